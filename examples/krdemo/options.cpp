@@ -1,0 +1,61 @@
+#include "options.h"
+
+#include <stdlib.h>
+#include <string.h>
+
+namespace {
+
+constexpr DWORD DEFAULT_SPEED = 8 * 1024 * 1024;
+constexpr char PICTURES[] = "/pictures:";
+constexpr char SPEED[] = "/speed:";
+
+const char* valueOf(const char* pszArgument, const char* pszOption)
+{
+    size_t cch = strlen(pszOption);
+    return strncmp(pszArgument, pszOption, cch) == 0 ? pszArgument + cch : nullptr;
+}
+
+void setDefaults(DemoOptions* pOptions)
+{
+    char szTemp[MAX_PATH] = "";
+    GetModuleFileNameA(nullptr, pOptions->szFrom, MAX_PATH);
+    if (char* pchLast = strrchr(pOptions->szFrom, '\\')) {
+        *pchLast = '\0';
+    }
+    GetTempPathA(MAX_PATH, szTemp);
+    joinPath(pOptions->szTo, szTemp, "KRDEMO");
+    pOptions->szPictures[0] = '\0';
+    pOptions->cbPerSecond = DEFAULT_SPEED;
+}
+
+} // namespace
+
+bool joinPath(char (&szPath)[MAX_PATH], const char* pszFolder, const char* pszName)
+{
+    size_t cchFolder = strlen(pszFolder);
+    bool fSlash = cchFolder > 0 && pszFolder[cchFolder - 1] != '\\';
+    szPath[0] = '\0';
+    if (cchFolder + strlen(pszName) + 2 > MAX_PATH) {
+        return false;
+    }
+    strcpy(szPath, pszFolder);
+    strcat(szPath, fSlash ? "\\" : "");
+    strcat(szPath, pszName);
+    return true;
+}
+
+void readOptions(DemoOptions* pOptions)
+{
+    char* const aszFolders[] = {pOptions->szFrom, pOptions->szTo};
+    unsigned cFolders = 0;
+    setDefaults(pOptions);
+    for (int n = 1; n < __argc; ++n) {
+        if (const char* pszPictures = valueOf(__argv[n], PICTURES)) {
+            lstrcpynA(pOptions->szPictures, pszPictures, MAX_PATH);
+        } else if (const char* pszSpeed = valueOf(__argv[n], SPEED)) {
+            pOptions->cbPerSecond = strtoul(pszSpeed, nullptr, 10);
+        } else if (cFolders < ARRAYSIZE(aszFolders)) {
+            lstrcpynA(aszFolders[cFolders++], __argv[n], MAX_PATH);
+        }
+    }
+}

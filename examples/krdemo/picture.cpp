@@ -1,0 +1,76 @@
+#include "picture.h"
+
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+namespace {
+
+struct Picture {
+    BITMAPINFOHEADER info;
+    void* pBits;
+};
+
+Picture describe(LONG cx, LONG cy)
+{
+    Picture picture = {};
+    picture.info.biSize = sizeof picture.info;
+    picture.info.biWidth = cx;
+    picture.info.biHeight = cy;
+    picture.info.biPlanes = 1;
+    picture.info.biBitCount = 24;
+    picture.info.biSizeImage = DWORD((cx * 3 + 3) / 4 * 4 * cy);
+    return picture;
+}
+
+// Copies a rectangle of the screen, so that everything that lies over the window shows too.
+bool copyScreen(const RECT* prc, Picture* pPicture)
+{
+    HDC hdcScreen = GetDC(nullptr);
+    HDC hdc = CreateCompatibleDC(hdcScreen);
+    auto pInfo = reinterpret_cast<BITMAPINFO*>(&pPicture->info);
+    HBITMAP hbm = CreateDIBSection(hdcScreen, pInfo, DIB_RGB_COLORS, &pPicture->pBits, nullptr, 0);
+    bool fCopied = false;
+    if (hbm != nullptr) {
+        HGDIOBJ hbmOld = SelectObject(hdc, hbm);
+        fCopied = BitBlt(hdc, 0, 0, pPicture->info.biWidth, pPicture->info.biHeight, hdcScreen,
+                         prc->left, prc->top, SRCCOPY) != 0;
+        GdiFlush();
+        void* pCopy = malloc(pPicture->info.biSizeImage);
+        if (pCopy != nullptr) {
+            memcpy(pCopy, pPicture->pBits, pPicture->info.biSizeImage);
+        }
+        pPicture->pBits = pCopy;
+        SelectObject(hdc, hbmOld);
+        DeleteObject(hbm);
+    }
+    DeleteDC(hdc);
+    ReleaseDC(nullptr, hdcScreen);
+    return fCopied && pPicture->pBits != nullptr;
+}
+
+bool writeBitmap(const Picture* pPicture, const char* pszFile)
+{
+    BITMAPFILEHEADER file = {};
+    file.bfType = 0x4D42;
+    file.bfOffBits = sizeof file + sizeof pPicture->info;
+    file.bfSize = file.bfOffBits + pPicture->info.biSizeImage;
+    FILE* pFile = fopen(pszFile, "wb");
+    if (pFile == nullptr) {
+        return false;
+    }
+    bool fWritten = fwrite(&file, sizeof file, 1, pFile) == 1 &&
+                    fwrite(&pPicture->info, sizeof pPicture->info, 1, pFile) == 1 &&
+                    fwrite(pPicture->pBits, pPicture->info.biSizeImage, 1, pFile) == 1;
+    return fclose(pFile) == 0 && fWritten;
+}
+
+} // namespace
+
+bool takePicture(const RECT* prc, const char* pszFile)
+{
+    Picture picture = describe(prc->right - prc->left, prc->bottom - prc->top);
+    bool fDone = copyScreen(prc, &picture) && writeBitmap(&picture, pszFile);
+    free(picture.pBits);
+    return fDone;
+}

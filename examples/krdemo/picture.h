@@ -1,0 +1,10 @@
+// Pictures of windows, for demonstrations without a display.
+#ifndef KRDEMO_PICTURE_H
+#define KRDEMO_PICTURE_H
+
+#include <windows.h>
+
+// Writes a part of the screen into a bitmap file. Gives false if it can't.
+bool takePicture(const RECT* prc, const char* pszFile);
+
+#endif

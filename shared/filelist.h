@@ -1,0 +1,36 @@
+// The file list container: its block in memory, and the calls that only this library uses.
+// The exported calls stand in krhaul.h.
+#ifndef SHARED_FILELIST_H
+#define SHARED_FILELIST_H
+
+#include "../include/krhaul.h"
+
+enum XferCellType : DWORD { XFERCELL_EMPTY = 0, XFERCELL_STRING = 1, XFERCELL_DWORD = 2 };
+
+constexpr LONG XFERLIST_COLUMNS = 2;
+
+struct XferFileListRow {
+    XferCellType types[XFERLIST_COLUMNS];
+    DWORD values[XFERLIST_COLUMNS]; // the number, or the address of the list's own copy
+};
+
+// The head of the one block that is the list; the rows follow it. cUsed is at most
+// cCapacity, and all cells from row cUsed up are empty.
+struct XferFileListHeader {
+    LONG cCapacity;
+    LONG cUsed;
+    LONG cGrowBy;
+    XferFileListRow* pRows; // set anew whenever the block has moved
+};
+
+static_assert(sizeof(XferFileListRow) == 16, "a row is four 32-bit words");
+static_assert(sizeof(XferFileListHeader) == 16, "the header is four 32-bit words");
+
+// Makes a list of one row with a text in one column. Gives 1, or 0 with no list made and
+// *pList 0.
+int XferFileListCreateOne(XferFileList* pList, LONG nColumn, const char* pszText);
+
+// Empties the cells of some rows and frees their texts.
+void XferFileListClearRows(XferFileList list, LONG nFirst, LONG cRows);
+
+#endif

@@ -1,0 +1,14 @@
+// Help: one help file for all windows, a context id for each.
+#ifndef SHARED_HELP_H
+#define SHARED_HELP_H
+
+#include <windows.h>
+
+enum XferHelpContext : DWORD {
+    XFERHELP_STATUS = 990,
+};
+
+// Opens the help file at a window's page.
+void vXferShowHelp(HWND hwndOwner, XferHelpContext context);
+
+#endif

@@ -1,0 +1,127 @@
+// Host command strings: validation, and sending piece by piece.
+#include "../include/krhaul.h"
+
+#include <string.h>
+
+namespace {
+
+constexpr DWORD PAUSE_MS = 1000;
+
+struct Piece {
+    const char* pch;
+    LONG cch;
+};
+
+// One walk through a template: where its pieces go and what the names stand for.
+struct Translation {
+    XferSendProc pfnSend;
+    DWORD dwUserData;
+    Piece hostName;
+    Piece localName;
+};
+
+Piece pieceOf(const char* psz)
+{
+    return {psz, psz == nullptr ? 0 : lstrlenA(psz)};
+}
+
+bool isAutomatic(Piece name)
+{
+    return name.cch == 0 || lstrcmpiA(name.pch, "<Automatic>") == 0;
+}
+
+// Sends a piece; an empty one is no send. Gives false when the callback refused.
+bool send(const Translation* pTranslation, Piece piece)
+{
+    static DWORD s_dwScratch;
+    if (piece.cch == 0) {
+        return true;
+    }
+    return pTranslation->pfnSend != nullptr &&
+           pTranslation->pfnSend(pTranslation->dwUserData, piece.pch, piece.cch, &s_dwScratch) == 0;
+}
+
+bool sendAt(const Translation* pTranslation)
+{
+    return send(pTranslation, {"@", 1});
+}
+
+bool pause(const Translation*)
+{
+    DWORD dwStart = GetTickCount();
+    while (GetTickCount() - dwStart < PAUSE_MS) {
+    }
+    return true;
+}
+
+bool sendHostName(const Translation* pTranslation)
+{
+    return send(pTranslation, pTranslation->hostName);
+}
+
+bool sendLocalName(const Translation* pTranslation)
+{
+    return send(pTranslation, pTranslation->localName);
+}
+
+struct EscapeRow {
+    char ch;
+    bool (*pfnAct)(const Translation*);
+};
+
+constexpr EscapeRow ESCAPES[] = {
+    {'@', sendAt},       {'D', pause},         {'d', pause},         {'H', sendHostName},
+    {'h', sendHostName}, {'L', sendLocalName}, {'l', sendLocalName},
+};
+
+const EscapeRow* findEscape(char ch)
+{
+    for (const EscapeRow& escape : ESCAPES) {
+        if (escape.ch == ch) {
+            return &escape;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+int KRHAULAPI nXferTranslateHCS(const char* pszTemplate, const char* pszHostName,
+                                const char* pszLocalName, XferSendProc pfnSend, DWORD dwUserData)
+{
+    Translation translation = {pfnSend, dwUserData, pieceOf(pszHostName), pieceOf(pszLocalName)};
+    if (isAutomatic(translation.hostName)) {
+        translation.hostName = translation.localName;
+    }
+    for (const char* pch = pszTemplate; pch != nullptr && *pch != '\0'; ++pch) {
+        bool fSent = true;
+        if (*pch != '@') {
+            fSent = send(&translation, {pch, 1});
+        } else if (*++pch == '\0') {
+            break;
+        } else if (const EscapeRow* pEscape = findEscape(*pch)) {
+            fSent = pEscape->pfnAct(&translation);
+        }
+        if (!fSent) {
+            return -1;
+        }
+    }
+    return 0;
+}
+
+int KRHAULAPI fXferValidHCS(const char* pszTemplate, DWORD* pdwPosition)
+{
+    DWORD dwIgnored;
+    DWORD* pdwOut = pdwPosition != nullptr ? pdwPosition : &dwIgnored;
+    *pdwOut = 0;
+    if (pszTemplate == nullptr) {
+        return 1;
+    }
+    for (const char* pch = strchr(pszTemplate, '@'); pch != nullptr; pch = strchr(pch + 2, '@')) {
+        if (findEscape(pch[1]) == nullptr) {
+            *pdwOut = DWORD(pch + 1 - pszTemplate);
+            return 0;
+        }
+    }
+    return 1;
+}

@@ -1,0 +1,134 @@
+#include "dialog.h"
+#include "../resources/ids.h"
+#include "../shared/help.h"
+#include "../shared/library.h"
+
+namespace {
+
+constexpr char ICON[] = "FileXferIcon";
+constexpr int CORNER_MARGIN = 5;
+
+// The owner of help calls of all status windows: the parent of the one that was made last.
+HWND s_hwndHelpOwner;
+
+HICON loadIcon()
+{
+    return LoadIconA(g_hInstance, ICON);
+}
+
+void moveToCorner(HWND hdlgStat)
+{
+    RECT rc;
+    GetWindowRect(hdlgStat, &rc);
+    int cx = rc.right - rc.left;
+    MoveWindow(hdlgStat, GetSystemMetrics(SM_CXSCREEN) - cx - CORNER_MARGIN, CORNER_MARGIN, cx,
+               rc.bottom - rc.top, TRUE);
+}
+
+INT_PTR onInitDialog(HWND hdlgStat, WPARAM, LPARAM lParam)
+{
+    auto pInit = reinterpret_cast<const XferStatInit*>(lParam);
+    if (pInit == nullptr) {
+        return 1;
+    }
+    s_hwndHelpOwner = pInit->hwndParent;
+    if (LOWORD(pInit->dwFlags) != 0) {
+        moveToCorner(hdlgStat);
+    }
+    if (HIWORD(pInit->dwFlags) != 0) {
+        CloseWindow(hdlgStat);
+    }
+    SendDlgItemMessageA(hdlgStat, IDC_STAT_PARENT, LB_ADDSTRING, 0,
+                        reinterpret_cast<LPARAM>(pInit->hwndParent));
+    return 1;
+}
+
+INT_PTR onTimer(HWND hdlgStat, WPARAM, LPARAM)
+{
+    XferStatTick(hdlgStat);
+    return 1;
+}
+
+INT_PTR onHelp(HWND, WPARAM, LPARAM)
+{
+    vXferShowHelp(s_hwndHelpOwner, XFERHELP_STATUS);
+    return 1;
+}
+
+// Cancel and the caption button are swallowed: a caller that subclasses the window sees them.
+INT_PTR onCommand(HWND hdlgStat, WPARAM wParam, LPARAM lParam)
+{
+    switch (LOWORD(wParam)) {
+    case IDC_STAT_HELP:
+        return onHelp(hdlgStat, wParam, lParam);
+    case IDCANCEL:
+    case IDC_STAT_BUTTON:
+        return 1;
+    default:
+        return 0;
+    }
+}
+
+INT_PTR onFocusParent(HWND, WPARAM, LPARAM)
+{
+    SetFocus(s_hwndHelpOwner);
+    return 1;
+}
+
+// The slot stays taken until nXferStatDestroy.
+INT_PTR onClose(HWND hdlgStat, WPARAM, LPARAM)
+{
+    DestroyWindow(hdlgStat);
+    return 1;
+}
+
+INT_PTR onPaint(HWND hdlgStat, WPARAM, LPARAM)
+{
+    if (!IsIconic(hdlgStat)) {
+        return 0;
+    }
+    PAINTSTRUCT paint;
+    HDC hdc = BeginPaint(hdlgStat, &paint);
+    DefDlgProcA(hdlgStat, WM_ICONERASEBKGND, reinterpret_cast<WPARAM>(hdc), 0);
+    DrawIcon(hdc, 0, 0, loadIcon());
+    EndPaint(hdlgStat, &paint);
+    return 1;
+}
+
+INT_PTR onEraseBackground(HWND hdlgStat, WPARAM, LPARAM)
+{
+    return IsIconic(hdlgStat) ? 1 : 0;
+}
+
+INT_PTR onQueryDragIcon(HWND, WPARAM, LPARAM)
+{
+    return reinterpret_cast<INT_PTR>(loadIcon());
+}
+
+} // namespace
+
+INT_PTR CALLBACK fDlgXferStatProc(HWND hdlgStat, UINT uMessage, WPARAM wParam, LPARAM lParam)
+{
+    switch (uMessage) {
+    case WM_INITDIALOG:
+        return onInitDialog(hdlgStat, wParam, lParam);
+    case WM_TIMER:
+        return onTimer(hdlgStat, wParam, lParam);
+    case WM_COMMAND:
+        return onCommand(hdlgStat, wParam, lParam);
+    case WM_XFER_HELP:
+        return onHelp(hdlgStat, wParam, lParam);
+    case WM_XFERSTAT_FOCUSPARENT:
+        return onFocusParent(hdlgStat, wParam, lParam);
+    case WM_CLOSE:
+        return onClose(hdlgStat, wParam, lParam);
+    case WM_PAINT:
+        return onPaint(hdlgStat, wParam, lParam);
+    case WM_ERASEBKGND:
+        return onEraseBackground(hdlgStat, wParam, lParam);
+    case WM_QUERYDRAGICON:
+        return onQueryDragIcon(hdlgStat, wParam, lParam);
+    default:
+        return 0;
+    }
+}

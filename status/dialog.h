@@ -1,0 +1,21 @@
+// The status window itself: its dialog procedure stands in krhaul.h, the once-a-second tick
+// and the painting of the bar are declared here.
+#ifndef STATUS_DIALOG_H
+#define STATUS_DIALOG_H
+
+#include "slots.h"
+
+// What hdlgXferStatLangCreate hands to WM_INITDIALOG. It only lives through the creation.
+struct XferStatInit {
+    DWORD dwFlags; // corner flag in the low word, minimise flag in the high word
+    HWND hwndParent;
+};
+
+// Turns the values of the window's slot into figures. Gives 0, or -1 if it has no slot.
+int XferStatTick(HWND hdlgStat);
+
+// The bar is a plain control that is painted from outside, only when its look changes.
+void vXferStatPaintEmptyBar(HWND hdlgStat, HMODULE hLanguage);
+void vXferStatPaintBar(HWND hdlgStat, DWORD nPercent);
+
+#endif

@@ -1,0 +1,22 @@
+/* The public header is a C header: a caller in C declares a callback, takes an address of
+   each kind of export and calls one. */
+#include "../include/krhaul.h"
+
+static int KRHAULAPI refuse(DWORD dwUserData, const char* pchText, LONG cchText, DWORD* pdwScratch)
+{
+    *pdwScratch = dwUserData;
+    return pchText != NULL && cchText > 0;
+}
+
+int headerTestInC(void);
+
+int headerTestInC(void)
+{
+    XferSendProc pfnSend = refuse;
+    XferFileList list;
+    int nRefused = nXferTranslateHCS("x", "", "", pfnSend, 1);
+    int fMade = XferFileList_fCreate(&list) && XferFileList_vSetDWord(list, 0, XFERLIST_HOST, 7);
+    DWORD dwValue = XferFileList_nGetDWord(list, 0, XFERLIST_HOST);
+    XferFileList_vDestroy(list);
+    return nRefused == -1 && fMade && dwValue == 7;
+}

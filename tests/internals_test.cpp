@@ -1,0 +1,103 @@
+// What the library doesn't export, in the objects that it is made of.
+#include "../shared/filelist.h"
+#include "../shared/language.h"
+#include "support/imports.h"
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <string>
+
+namespace {
+
+HMODULE self()
+{
+    return GetModuleHandleA(nullptr);
+}
+
+struct Box {
+    HWND hwndOwner = nullptr;
+    std::string text, caption;
+    UINT uStyle = 0;
+    int cShown = 0;
+};
+
+Box s_box;
+int s_cFreed;
+
+// The fakes stand in this very program, so they reach the originals by these.
+decltype(&LocalFree) s_pfnLocalFree;
+decltype(&GlobalAlloc) s_pfnGlobalAlloc;
+decltype(&GlobalFree) s_pfnGlobalFree;
+
+int WINAPI fakeMessageBox(HWND hwndOwner, LPCSTR pszText, LPCSTR pszCaption, UINT uStyle)
+{
+    s_box = {hwndOwner, pszText, pszCaption, uStyle, s_box.cShown + 1};
+    return IDRETRY;
+}
+
+HLOCAL WINAPI countingLocalFree(HLOCAL hBlock)
+{
+    ++s_cFreed;
+    return s_pfnLocalFree(hBlock);
+}
+
+TEST(SystemErrorBox, ShowsTheSystemsText)
+{
+    ReplacedImport box(self(), "MessageBoxA", fakeMessageBox);
+    ReplacedImport free(self(), "LocalFree", countingLocalFree);
+    s_pfnLocalFree = free.original<decltype(&LocalFree)>();
+    HWND hwndOwner = GetDesktopWindow();
+    s_box = {};
+    s_cFreed = 0;
+    EXPECT_EQ(XferSystemErrorBox(hwndOwner, ERROR_FILE_NOT_FOUND, MB_RETRYCANCEL), IDRETRY);
+    EXPECT_EQ(s_box.hwndOwner, hwndOwner);
+    EXPECT_EQ(s_box.caption, "Korvalen");
+    EXPECT_EQ(s_box.uStyle, UINT(MB_RETRYCANCEL));
+    EXPECT_FALSE(s_box.text.empty());
+    EXPECT_EQ(s_cFreed, 1);
+
+    EXPECT_EQ(XferSystemErrorBox(hwndOwner, 0x2FFFFFFF, MB_OK), 1);
+    EXPECT_EQ(s_box.cShown, 1);
+    EXPECT_EQ(s_cFreed, 1);
+}
+
+int s_nUntilFailure;
+int s_cBlocks;
+
+HGLOBAL WINAPI fakeGlobalAlloc(UINT uFlags, SIZE_T cb)
+{
+    HGLOBAL hBlock = --s_nUntilFailure == 0 ? nullptr : s_pfnGlobalAlloc(uFlags, cb);
+    s_cBlocks += hBlock != nullptr;
+    return hBlock;
+}
+
+HGLOBAL WINAPI fakeGlobalFree(HGLOBAL hBlock)
+{
+    --s_cBlocks;
+    return s_pfnGlobalFree(hBlock);
+}
+
+TEST(FileListOfOne, HoldsTheNameOrIsNotMade)
+{
+    ReplacedImport alloc(self(), "GlobalAlloc", fakeGlobalAlloc);
+    ReplacedImport free(self(), "GlobalFree", fakeGlobalFree);
+    s_pfnGlobalAlloc = alloc.original<decltype(&GlobalAlloc)>();
+    s_pfnGlobalFree = free.original<decltype(&GlobalFree)>();
+    XferFileList list = nullptr;
+    char szName[16];
+    ASSERT_EQ(XferFileListCreateOne(&list, XFERLIST_HOST, "name"), 1);
+    EXPECT_EQ(XferFileList_cGetSize(list), 1);
+    EXPECT_STREQ(XferFileList_lpszGetString(list, 0, XFERLIST_HOST, szName, sizeof szName), "name");
+    EXPECT_STREQ(XferFileList_lpszGetString(list, 0, XFERLIST_LOCAL, szName, sizeof szName), "");
+    XferFileList_vDestroy(list);
+
+    // No block; then a column that the list doesn't have.
+    s_nUntilFailure = 1;
+    EXPECT_EQ(XferFileListCreateOne(&list, XFERLIST_HOST, "name"), 0);
+    EXPECT_EQ(list, nullptr);
+    EXPECT_EQ(XferFileListCreateOne(&list, 2, "name"), 0);
+    EXPECT_EQ(list, nullptr);
+    EXPECT_EQ(s_cBlocks, 0);
+}
+
+} // namespace

@@ -1,0 +1,532 @@
+// The status window: its slots, its calls, its figures and its procedure.
+#include "../include/krhaul.h"
+#include "../resources/ids.h"
+#include "support/imports.h"
+#include "support/input.h"
+#include "support/windows.h"
+
+#include <gtest/gtest.h>
+#include <map>
+
+namespace {
+
+HMODULE library()
+{
+    return GetModuleHandleA("KRHAUL.DLL");
+}
+
+// The clock of the library, set by the test.
+DWORD s_dwNow;
+DWORD WINAPI fakeTickCount()
+{
+    return s_dwNow;
+}
+
+// The timers of the library: id and window of those that run.
+std::map<UINT_PTR, HWND> s_timers;
+bool s_fTimersFail;
+UINT_PTR WINAPI fakeSetTimer(HWND hwnd, UINT_PTR id, UINT uMs, TIMERPROC)
+{
+    EXPECT_EQ(uMs, 1000u);
+    if (s_fTimersFail) {
+        return 0;
+    }
+    s_timers[id] = hwnd;
+    return id + 100;
+}
+
+BOOL WINAPI fakeKillTimer(HWND, UINT_PTR id)
+{
+    return s_timers.erase(id) != 0;
+}
+
+int s_cModules;
+HMODULE WINAPI countingLoadLibrary(LPCSTR pszFile)
+{
+    HMODULE hModule = LoadLibraryA(pszFile);
+    s_cModules += hModule != nullptr;
+    return hModule;
+}
+
+BOOL WINAPI countingFreeLibrary(HMODULE hModule)
+{
+    --s_cModules;
+    return FreeLibrary(hModule);
+}
+
+class Status : public testing::Test {
+protected:
+    Status()
+        : m_clock(library(), "GetTickCount", fakeTickCount),
+          m_setTimer(library(), "SetTimer", fakeSetTimer),
+          m_killTimer(library(), "KillTimer", fakeKillTimer),
+          m_load(library(), "LoadLibraryA", countingLoadLibrary),
+          m_free(library(), "FreeLibrary", countingFreeLibrary)
+    {
+        s_dwNow = 5000;
+        s_timers.clear();
+        s_fTimersFail = false;
+        s_cModules = 0;
+        m_hEnglish = LoadLibraryA("XFREN.DLL");
+    }
+    ~Status() override
+    {
+        EXPECT_EQ(s_cModules, 0);
+        EXPECT_TRUE(s_timers.empty());
+        FreeLibrary(m_hEnglish);
+    }
+
+    HWND create(DWORD dwLabel = 1)
+    {
+        HWND hwnd = hdlgXferStatCreate("Title", dwLabel, m_parent.hwnd(), 0, 0);
+        EXPECT_NE(hwnd, nullptr);
+        return hwnd;
+    }
+
+    void tickAfter(HWND hwnd, DWORD dwMs)
+    {
+        s_dwNow += dwMs;
+        SendMessageA(hwnd, WM_TIMER, 0, 0);
+    }
+
+    ParentWindow m_parent;
+    HMODULE m_hEnglish;
+
+private:
+    ReplacedImport m_clock, m_setTimer, m_killTimer, m_load, m_free;
+};
+
+struct Box {
+    HWND hwndOwner;
+    std::string text;
+};
+std::vector<Box> s_boxes;
+int WINAPI fakeMessageBox(HWND hwndOwner, LPCSTR pszText, LPCSTR, UINT)
+{
+    s_boxes.push_back({hwndOwner, pszText});
+    return IDOK;
+}
+
+TEST_F(Status, EightWindowsRunSideBySideAndTheNinthIsRefused)
+{
+    ReplacedImport box(GetModuleHandleA("KRUTILS.DLL"), "MessageBoxA", fakeMessageBox);
+    s_boxes.clear();
+    HWND windows[XFERSTAT_MAXWINDOWS];
+    for (HWND& hwnd : windows) {
+        hwnd = create();
+        EXPECT_EQ(nXferStatStartTransfer(hwnd), XFER_OK);
+        nXferStatFileInfo(hwnd, "a", "b", 100 + DWORD(&hwnd - windows));
+    }
+    for (int n = 0; n < XFERSTAT_MAXWINDOWS; ++n) {
+        EXPECT_EQ(s_timers[UINT_PTR(n)], windows[n]);
+        EXPECT_EQ(textOf(windows[n], IDC_STAT_SIZE), std::to_string(100 + n));
+    }
+    EXPECT_EQ(hdlgXferStatCreate("Ninth", 0, m_parent.hwnd(), 0, 0), nullptr);
+    ASSERT_EQ(s_boxes.size(), 1u);
+    EXPECT_EQ(s_boxes[0].hwndOwner, m_parent.hwnd());
+    EXPECT_EQ(s_boxes[0].text, stringOf(m_hEnglish, IDS_NO_RESOURCES));
+    EXPECT_EQ(s_cModules, XFERSTAT_MAXWINDOWS);
+
+    // The lowest place that is free is taken again: the timer's id tells which it is.
+    for (int n : {6, 3}) {
+        EXPECT_EQ(nXferStatDestroy(windows[n]), XFER_OK);
+    }
+    for (int n : {3, 6}) {
+        windows[n] = create();
+        nXferStatStartTransfer(windows[n]);
+        EXPECT_EQ(s_timers[UINT_PTR(n)], windows[n]);
+    }
+    for (HWND hwnd : windows) {
+        EXPECT_EQ(nXferStatDestroy(hwnd), XFER_OK);
+    }
+}
+
+TEST_F(Status, CreationSetsCaptionAndLabel)
+{
+    for (DWORD dwLabel : {0u, 1u, 0x10000u}) {
+        HWND hwnd = create(dwLabel);
+        EXPECT_EQ(textOf(hwnd), "Title");
+        EXPECT_EQ(textOf(hwnd, IDC_STAT_LABEL) == stringOf(m_hEnglish, IDS_STAT_LABEL),
+                  dwLabel == 0);
+        EXPECT_EQ(SendDlgItemMessageA(hwnd, IDC_STAT_PARENT, LB_GETITEMDATA, 0, 0),
+                  LRESULT(m_parent.hwnd()));
+        nXferStatDestroy(hwnd);
+    }
+    HWND hwnd = hdlgXferStatLangCreate("EN", nullptr, 0, nullptr, 0, 0);
+    ASSERT_NE(hwnd, nullptr);
+    EXPECT_EQ(textOf(hwnd), "");
+    EXPECT_EQ(GetWindow(hwnd, GW_OWNER), nullptr);
+    nXferStatDestroy(hwnd);
+}
+
+TEST_F(Status, PlaceAndIconComeFromTheLowWords)
+{
+    struct Case {
+        DWORD fCorner, fMinimize;
+        bool fInCorner, fIcon;
+    };
+    const Case cases[] = {{0, 0, false, false},
+                          {1, 0, true, false},
+                          {0x8000, 0x10000, true, false},
+                          {0x10000, 2, false, true}};
+    for (const Case& c : cases) {
+        HWND hwnd = hdlgXferStatCreate("", 0, m_parent.hwnd(), c.fCorner, c.fMinimize);
+        RECT rc;
+        GetWindowRect(hwnd, &rc);
+        bool fInCorner = rc.top == 5 && rc.right == GetSystemMetrics(SM_CXSCREEN) - 5;
+        EXPECT_EQ(fInCorner, c.fInCorner);
+        EXPECT_EQ(IsIconic(hwnd) != 0, c.fIcon);
+        nXferStatDestroy(hwnd);
+    }
+}
+
+TEST_F(Status, CreationFailuresLeaveNothing)
+{
+    EXPECT_EQ(hdlgXferStatLangCreate("NO", "", 0, m_parent.hwnd(), 0, 0), nullptr);
+    EXPECT_EQ(hdlgXferStatLangCreate(nullptr, "", 0, m_parent.hwnd(), 0, 0), nullptr);
+    // A module without templates.
+    ASSERT_TRUE(CopyFileA("KRUTILS.DLL", "XFRBARE.DLL", FALSE));
+    EXPECT_EQ(hdlgXferStatLangCreate("BARE", "", 0, m_parent.hwnd(), 0, 0), nullptr);
+    EXPECT_TRUE(DeleteFileA("XFRBARE.DLL"));
+    HWND hwnd = create();
+    nXferStatStartTransfer(hwnd);
+    EXPECT_EQ(s_timers.count(0), 1u);
+    nXferStatDestroy(hwnd);
+}
+
+TEST_F(Status, FileInfoAndErrorsShowAtOnce)
+{
+    HWND hwnd = create();
+    HWND hwndBar = GetDlgItem(hwnd, IDC_STAT_BAR);
+    nXferStatFileInfo(hwnd, "c:\\a&b.bin", "host.bin", 0xFFFFFFFF);
+    EXPECT_EQ(textOf(hwnd, IDC_STAT_NAME1), "c:\\a&b.bin");
+    EXPECT_EQ(textOf(hwnd, IDC_STAT_NAME2), "host.bin");
+    EXPECT_EQ(textOf(hwnd, IDC_STAT_SIZE), "4294967295");
+    EXPECT_TRUE(IsWindowEnabled(hwndBar));
+    nXferStatFileInfo(hwnd, nullptr, nullptr, 0);
+    EXPECT_EQ(textOf(hwnd, IDC_STAT_NAME1), "");
+    EXPECT_EQ(textOf(hwnd, IDC_STAT_SIZE), stringOf(m_hEnglish, IDS_NOT_KNOWN));
+    nXferStatFileInfo(hwnd, "a", "b", 1);
+    EXPECT_FALSE(IsWindowEnabled(hwndBar));
+    nXferStatErrorInfo(hwnd, 0, 0xFFFFFFFF);
+    EXPECT_EQ(textOf(hwnd, IDC_STAT_ERRORS1), "0");
+    EXPECT_EQ(textOf(hwnd, IDC_STAT_ERRORS2), "4294967295");
+    nXferStatDestroy(hwnd);
+}
+
+constexpr LONG NO_MESSAGE = -1;
+
+struct Tick {
+    DWORD cbSize, cbCount, dwMs; // milliseconds since the start
+    const char *pszElapsed, *pszRate, *pszRemaining, *pszTimeLeft;
+    LONG nPercent; // what the parent is told
+};
+
+// A field that isn't touched keeps this.
+constexpr char KEPT[] = "kept";
+
+const Tick TICKS[] = {
+    {1000, 0, 999, "00:00:00", KEPT, "1000", KEPT, 0},
+    {1000, 500, 999, "00:00:00", KEPT, "500", KEPT, 50},
+    {1000, 0, 1000, "00:00:01", "0", "1000", KEPT, 0},
+    {1000, 333, 2000, "00:00:02", "166", "667", "00:00:04", 33},
+    {1000, 999, 3661000, "01:01:01", "0", "1", KEPT, 99},
+    {1000, 1000, 1000, "00:00:01", "1000", "0", "00:00:00", 100},
+    {1000, 2000, 1000, "00:00:01", "2000", "0", "00:00:00", 100},
+    {0xFFFFFFFF, 0xFFFFFFFE, 360000000, "100:00:00", "11930", "1", "00:00:00", 99},
+    {0xFFFFFFFF, 1, 1000, "00:00:01", "1", "4294967294", "1193046:28:14", 0},
+    {0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, "1193:02:47", "1000", "0", "00:00:00", 100},
+    {1, 0xFFFFFFFF, 1000, "00:00:01", "4294967295", "0", "00:00:00", 100},
+    {0, 700, 7000, "00:00:07", "100", nullptr, nullptr, NO_MESSAGE},
+};
+
+TEST_F(Status, TickTurnsValuesIntoFigures)
+{
+    const std::string notKnown = stringOf(m_hEnglish, IDS_NOT_KNOWN);
+    auto expected = [&](const char* psz) { return psz == nullptr ? notKnown : std::string(psz); };
+    for (const Tick& tick : TICKS) {
+        SCOPED_TRACE(testing::Message()
+                     << tick.cbCount << " of " << tick.cbSize << " in " << tick.dwMs);
+        // The clock runs over the end of the counter meanwhile.
+        s_dwNow = 0xFFFFFF00;
+        HWND hwnd = create();
+        for (int id : {IDC_STAT_RATE, IDC_STAT_REMAINING, IDC_STAT_TIMELEFT}) {
+            SetDlgItemTextA(hwnd, id, KEPT);
+        }
+        nXferStatFileInfo(hwnd, "a", "b", tick.cbSize);
+        nXferStatStartTransfer(hwnd);
+        nXferStatCountInfo(hwnd, tick.cbCount);
+        nXferStatStatusInfo(hwnd, "Busy");
+        EXPECT_EQ(textOf(hwnd, IDC_STAT_COUNT), "");
+        tickAfter(hwnd, tick.dwMs);
+        EXPECT_EQ(textOf(hwnd, IDC_STAT_STATUS), "Busy");
+        EXPECT_EQ(textOf(hwnd, IDC_STAT_COUNT), std::to_string(tick.cbCount));
+        EXPECT_EQ(textOf(hwnd, IDC_STAT_ELAPSED), tick.pszElapsed);
+        EXPECT_EQ(textOf(hwnd, IDC_STAT_RATE), tick.pszRate);
+        EXPECT_EQ(textOf(hwnd, IDC_STAT_REMAINING), expected(tick.pszRemaining));
+        EXPECT_EQ(textOf(hwnd, IDC_STAT_TIMELEFT), expected(tick.pszTimeLeft));
+        std::vector<Message> messages;
+        if (tick.nPercent != NO_MESSAGE) {
+            messages.push_back({WM_XFERSTAT_PERCENT, WPARAM(tick.nPercent), 0});
+        }
+        tickAfter(hwnd, 0);
+        EXPECT_EQ(m_parent.messages(), messages);
+        nXferStatDestroy(hwnd);
+        EXPECT_EQ(m_parent.messages(), (std::vector<Message>{{WM_XFERSTAT_CLOSED, 0, 0}}));
+    }
+}
+
+TEST_F(Status, StartAndEndRunOneTimer)
+{
+    HWND hwnd = create();
+    nXferStatFileInfo(hwnd, "a", "b", 100);
+    // An end without a start ticks all the same, on the clock of the system.
+    EXPECT_EQ(nXferStatEndTransfer(hwnd), XFER_OK);
+    EXPECT_EQ(textOf(hwnd, IDC_STAT_ELAPSED), "00:00:05");
+
+    s_fTimersFail = true;
+    EXPECT_EQ(nXferStatStartTransfer(hwnd), XFER_OK);
+    s_fTimersFail = false;
+    EXPECT_EQ(nXferStatStartTransfer(hwnd), XFER_OK);
+    EXPECT_EQ(s_timers.size(), 1u);
+    tickAfter(hwnd, 3000);
+    EXPECT_EQ(textOf(hwnd, IDC_STAT_ELAPSED), "00:00:03");
+    EXPECT_EQ(nXferStatStartTransfer(hwnd), XFER_OK);
+    EXPECT_EQ(s_timers.size(), 1u);
+    nXferStatCountInfo(hwnd, 40);
+    s_dwNow += 2000;
+    EXPECT_EQ(nXferStatEndTransfer(hwnd), XFER_OK);
+    EXPECT_EQ(textOf(hwnd, IDC_STAT_ELAPSED), "00:00:02");
+    EXPECT_EQ(textOf(hwnd, IDC_STAT_RATE), "20");
+    EXPECT_TRUE(s_timers.empty());
+    nXferStatDestroy(hwnd);
+}
+
+TEST(StatusTimer, TicksByItselfOnceStarted)
+{
+    HWND hwnd = hdlgXferStatCreate("", 0, nullptr, 0, 0);
+    nXferStatFileInfo(hwnd, "a", "b", 100);
+    nXferStatStartTransfer(hwnd);
+    nXferStatCountInfo(hwnd, 64);
+    EXPECT_TRUE(waitUntil([&] { return textOf(hwnd, IDC_STAT_COUNT) == "64"; }));
+    nXferStatDestroy(hwnd);
+}
+
+TEST_F(Status, StatusTextIsCutToItsFieldAndStays)
+{
+    HWND hwnd = create();
+    const std::string longText(5000, 's');
+    nXferStatFileInfo(hwnd, "a", "b", 100);
+    nXferStatCountInfo(hwnd, 17);
+    for (size_t cch : {0u, 78u, 79u, 80u, 81u, 5000u}) {
+        nXferStatStatusInfo(hwnd, longText.substr(0, cch).c_str());
+        tickAfter(hwnd, 0);
+        EXPECT_EQ(textOf(hwnd, IDC_STAT_STATUS), longText.substr(0, std::min<size_t>(cch, 79)));
+        EXPECT_EQ(textOf(hwnd, IDC_STAT_COUNT), "17");
+    }
+    nXferStatStatusInfo(hwnd, nullptr);
+    nXferStatDestroy(hwnd);
+    // The next window of the same place still shows it.
+    hwnd = create();
+    tickAfter(hwnd, 0);
+    EXPECT_EQ(textOf(hwnd, IDC_STAT_STATUS), longText.substr(0, 79));
+    nXferStatDestroy(hwnd);
+}
+
+TEST_F(Status, ButtonTakesItsCaptions)
+{
+    HWND hwnd = create();
+    HWND hwndButton = GetDlgItem(hwnd, IDC_STAT_BUTTON);
+    const DWORD strings[] = {IDS_STAT_BUTTON1, IDS_STAT_BUTTON2, IDS_STAT_BUTTON3};
+    for (DWORD n = 0; n < 3; ++n) {
+        vXferStatButtonText(hwnd, n + 1);
+        EXPECT_EQ(textOf(hwndButton), stringOf(m_hEnglish, strings[n]));
+    }
+    const std::string before = textOf(hwndButton);
+    for (DWORD dwCode : {4u, 0xFFFFFFFFu}) {
+        vXferStatButtonText(hwnd, dwCode);
+        EXPECT_EQ(textOf(hwndButton), before);
+        EXPECT_TRUE(IsWindowVisible(hwndButton));
+    }
+    vXferStatButtonText(hwnd, 0);
+    vXferStatButtonText(hwnd, 1);
+    EXPECT_FALSE(IsWindowVisible(hwndButton));
+    nXferStatDestroy(hwnd);
+}
+
+TEST_F(Status, NoSlotNoEffect)
+{
+    HWND hwndOwn = create();
+    for (HWND hwnd : {HWND(nullptr), m_parent.hwnd(), reinterpret_cast<HWND>(0xBAD)}) {
+        EXPECT_EQ(nXferStatStartTransfer(hwnd), XFER_NOWINDOW);
+        EXPECT_EQ(nXferStatEndTransfer(hwnd), XFER_NOWINDOW);
+        EXPECT_EQ(nXferStatDestroy(hwnd), XFER_NOWINDOW);
+        EXPECT_EQ(nXferStatFileInfo(hwnd, "a", "b", 1), XFER_OK);
+        EXPECT_EQ(nXferStatErrorInfo(hwnd, 1, 1), XFER_OK);
+        EXPECT_EQ(nXferStatStatusInfo(hwnd, "x"), XFER_OK);
+        EXPECT_EQ(nXferStatCountInfo(hwnd, 1), XFER_OK);
+        vXferStatButtonText(hwnd, 1);
+    }
+    vXferStatDummy();
+    EXPECT_TRUE(IsWindow(m_parent.hwnd()));
+    EXPECT_EQ(textOf(hwndOwn, IDC_STAT_SIZE), "");
+    nXferStatDestroy(hwndOwn);
+}
+
+TEST_F(Status, TheCallerGoesOnWhenTheUserClosesTheWindow)
+{
+    HWND hwnd = create();
+    nXferStatFileInfo(hwnd, "a", "b", 100);
+    nXferStatStartTransfer(hwnd);
+    SetForegroundWindow(hwnd);
+    typeKey(VK_F4, true);
+    ASSERT_TRUE(waitUntil([&] { return !IsWindow(hwnd); }));
+    EXPECT_EQ(nXferStatFileInfo(hwnd, "c", "d", 0), XFER_OK);
+    EXPECT_EQ(nXferStatErrorInfo(hwnd, 1, 2), XFER_OK);
+    EXPECT_EQ(nXferStatCountInfo(hwnd, 50), XFER_OK);
+    vXferStatButtonText(hwnd, 2);
+    EXPECT_EQ(nXferStatStartTransfer(hwnd), XFER_OK);
+    EXPECT_EQ(nXferStatEndTransfer(hwnd), XFER_OK);
+    // The place is still taken: the next window gets the second one.
+    HWND hwndNext = create();
+    nXferStatStartTransfer(hwndNext);
+    EXPECT_EQ(s_timers.count(1), 1u);
+    m_parent.messages();
+    EXPECT_EQ(nXferStatDestroy(hwnd), XFER_OK);
+    EXPECT_EQ(m_parent.messages(), (std::vector<Message>{{WM_XFERSTAT_CLOSED, 0, 0}}));
+    EXPECT_EQ(nXferStatDestroy(hwnd), XFER_NOWINDOW);
+    nXferStatDestroy(hwndNext);
+}
+
+// A caller that destroys the window from inside its end, and makes another.
+WNDPROC s_pfnStatProc;
+HWND s_hwndMadeInside;
+LRESULT CALLBACK destroyingProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
+{
+    if (uMessage == WM_DESTROY && s_hwndMadeInside == nullptr) {
+        s_hwndMadeInside = hwnd;
+        EXPECT_EQ(nXferStatDestroy(hwnd), XFER_OK);
+        s_hwndMadeInside = hdlgXferStatCreate("inside", 0, nullptr, 0, 0);
+    }
+    return CallWindowProcA(s_pfnStatProc, hwnd, uMessage, wParam, lParam);
+}
+
+TEST_F(Status, SurvivesCallsFromInsideItsDestruction)
+{
+    HWND hwnd = create();
+    s_pfnStatProc = reinterpret_cast<WNDPROC>(
+        SetWindowLongA(hwnd, GWL_WNDPROC, reinterpret_cast<LONG>(destroyingProc)));
+    EXPECT_EQ(nXferStatDestroy(hwnd), XFER_OK);
+    EXPECT_TRUE(IsWindow(s_hwndMadeInside));
+    EXPECT_EQ(s_cModules, 1);
+    EXPECT_EQ(nXferStatDestroy(s_hwndMadeInside), XFER_OK);
+}
+
+struct HelpCall {
+    HWND hwndOwner;
+    std::string file;
+    UINT uCommand;
+    ULONG_PTR data;
+};
+std::vector<HelpCall> s_help;
+BOOL WINAPI fakeWinHelp(HWND hwndOwner, LPCSTR pszFile, UINT uCommand, ULONG_PTR data)
+{
+    s_help.push_back({hwndOwner, pszFile, uCommand, data});
+    return TRUE;
+}
+
+TEST_F(Status, HelpAndFocusGoByTheParentOfTheLastWindow)
+{
+    ReplacedImport help(library(), "WinHelpA", fakeWinHelp);
+    ParentWindow second;
+    HWND hwnd = create();
+    HWND hwndSecond = hdlgXferStatCreate("", 0, second.hwnd(), 0, 0);
+    s_help.clear();
+    SendMessageA(hwnd, WM_COMMAND, IDC_STAT_HELP, 0);
+    SendMessageA(hwnd, WM_XFER_HELP, 0, 0);
+    ASSERT_EQ(s_help.size(), 2u);
+    for (const HelpCall& call : s_help) {
+        EXPECT_EQ(call.hwndOwner, second.hwnd());
+        EXPECT_EQ(call.file, "KRDEMO.HLP");
+        EXPECT_EQ(call.uCommand, UINT(HELP_CONTEXT));
+        EXPECT_EQ(call.data, 990u);
+    }
+    SetFocus(hwnd);
+    SendMessageA(hwnd, WM_XFERSTAT_FOCUSPARENT, 0, 0);
+    EXPECT_EQ(GetFocus(), second.hwnd());
+    nXferStatDestroy(hwndSecond);
+    nXferStatDestroy(hwnd);
+}
+
+int s_cIconsDrawn;
+BOOL WINAPI countingDrawIcon(HDC hdc, int x, int y, HICON hicon)
+{
+    ++s_cIconsDrawn;
+    EXPECT_EQ(x, 0);
+    EXPECT_EQ(y, 0);
+    return DrawIcon(hdc, x, y, hicon);
+}
+
+TEST_F(Status, ProcedureAnswersByItsTable)
+{
+    struct Case {
+        UINT uMessage;
+        WPARAM wParam;
+        INT_PTR nOpen, nIcon;
+    };
+    const Case cases[] = {
+        {WM_COMMAND, IDCANCEL, 1, 1},
+        {WM_COMMAND, IDC_STAT_BUTTON, 1, 1},
+        {WM_COMMAND, MAKELONG(IDC_STAT_BUTTON, BN_DOUBLECLICKED), 1, 1},
+        {WM_COMMAND, IDOK, 0, 0},
+        {WM_COMMAND, IDC_STAT_BAR, 0, 0},
+        {WM_TIMER, 12345, 1, 1},
+        {WM_ERASEBKGND, 0, 0, 1},
+        {WM_PAINT, 0, 0, 1},
+        {WM_SIZE, 0, 0, 0},
+        {WM_XFERSTAT_PERCENT, 0, 0, 0},
+    };
+    ReplacedImport draw(library(), "DrawIcon", countingDrawIcon);
+    HWND hwnd = create();
+    HWND hwndIcon = hdlgXferStatCreate("", 0, m_parent.hwnd(), 0, 1);
+    s_cIconsDrawn = 0;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.uMessage << " " << c.wParam);
+        EXPECT_EQ(fDlgXferStatProc(hwnd, c.uMessage, c.wParam, 0), c.nOpen);
+        EXPECT_EQ(fDlgXferStatProc(hwndIcon, c.uMessage, c.wParam, 0), c.nIcon);
+    }
+    EXPECT_EQ(s_cIconsDrawn, 1);
+    HICON hicon = LoadIconA(library(), "FileXferIcon");
+    EXPECT_NE(hicon, nullptr);
+    EXPECT_EQ(SendMessageA(hwnd, WM_QUERYDRAGICON, 0, 0), LRESULT(hicon));
+    nXferStatDestroy(hwndIcon);
+    nXferStatDestroy(hwnd);
+}
+
+// What a caller does that wants to know of Stop and Cancel.
+std::vector<WORD> s_commands;
+LRESULT CALLBACK listeningProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
+{
+    if (uMessage == WM_COMMAND) {
+        s_commands.push_back(LOWORD(wParam));
+    }
+    return CallWindowProcA(s_pfnStatProc, hwnd, uMessage, wParam, lParam);
+}
+
+TEST_F(Status, ASubclassSeesRealPressesOfItsButtons)
+{
+    HWND hwnd = create();
+    s_pfnStatProc = reinterpret_cast<WNDPROC>(
+        SetWindowLongA(hwnd, GWL_WNDPROC, reinterpret_cast<LONG>(listeningProc)));
+    SetForegroundWindow(hwnd);
+    for (int id : {XFERSTAT_BUTTON, XFERSTAT_CANCEL}) {
+        s_commands.clear();
+        clickWindow(GetDlgItem(hwnd, id));
+        EXPECT_TRUE(waitUntil([] { return !s_commands.empty(); }));
+        EXPECT_EQ(s_commands, std::vector<WORD>{WORD(id)});
+        EXPECT_TRUE(IsWindow(hwnd));
+    }
+    nXferStatDestroy(hwnd);
+}
+
+} // namespace

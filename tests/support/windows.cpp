@@ -1,0 +1,98 @@
+#include "windows.h"
+
+#include <ostream>
+#include <utility>
+
+namespace {
+
+constexpr DWORD WAIT_MS = 20000;
+constexpr char CLASS[] = "TestParent";
+
+LRESULT CALLBACK parentProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
+{
+    auto pParent = reinterpret_cast<ParentWindow*>(GetWindowLongA(hwnd, GWL_USERDATA));
+    if (pParent != nullptr && uMessage > 0x500 && uMessage < 0x600) {
+        pParent->keep({uMessage, wParam, lParam});
+    }
+    return DefWindowProcA(hwnd, uMessage, wParam, lParam);
+}
+
+} // namespace
+
+void pumpMessages()
+{
+    MSG msg;
+    while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
+        TranslateMessage(&msg);
+        DispatchMessageA(&msg);
+    }
+}
+
+bool waitUntil(const std::function<bool()>& condition)
+{
+    DWORD dwStart = GetTickCount();
+    for (;;) {
+        pumpMessages();
+        if (condition()) {
+            return true;
+        }
+        if (GetTickCount() - dwStart > WAIT_MS) {
+            return false;
+        }
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
+    }
+}
+
+std::string textOf(HWND hwnd)
+{
+    char szText[512] = "";
+    GetWindowTextA(hwnd, szText, sizeof szText);
+    return szText;
+}
+
+std::string textOf(HWND hwndDialog, int idControl)
+{
+    return textOf(GetDlgItem(hwndDialog, idControl));
+}
+
+std::string stringOf(HMODULE hModule, UINT id)
+{
+    char szText[512] = "";
+    LoadStringA(hModule, id, szText, sizeof szText);
+    return szText;
+}
+
+std::ostream& operator<<(std::ostream& stream, const Message& message)
+{
+    return stream << std::hex << "{0x" << message.uMessage << ", " << std::dec << message.wParam
+                  << ", " << message.lParam << "}";
+}
+
+ParentWindow::ParentWindow()
+{
+    WNDCLASSA wndclass = {};
+    wndclass.lpfnWndProc = parentProc;
+    wndclass.lpszClassName = CLASS;
+    wndclass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
+    RegisterClassA(&wndclass);
+    m_hwnd = CreateWindowA(CLASS, "Parent", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 500, 300, 200,
+                           nullptr, nullptr, nullptr, nullptr);
+    SetWindowLongA(m_hwnd, GWL_USERDATA, reinterpret_cast<LONG>(this));
+}
+
+ParentWindow::~ParentWindow()
+{
+    DestroyWindow(m_hwnd);
+    pumpMessages();
+}
+
+std::vector<Message> ParentWindow::messages()
+{
+    pumpMessages();
+    return std::exchange(m_messages, {});
+}
+
+void ParentWindow::keep(const Message& message)
+{
+    m_messages.push_back(message);
+}
