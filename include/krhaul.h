@@ -14,8 +14,8 @@
  *  IsDialogMessageA.
  *
  *  @par Re-entry
- *  Message boxes run loops of their own, so a message of the caller's windows, and through it
- *  any export, can arrive before a call that shows one has returned.
+ *  Dialogs and message boxes run loops of their own, so a message of the caller's windows,
+ *  and through it any export, can arrive before a call that shows one has returned.
  *
  *  @par Texts
  *  All texts are NUL-terminated ANSI strings. Names and paths hold at most #XFER_MAX_NAME
@@ -283,6 +283,238 @@ void KRHAULAPI vXferStatDummy(void);
 
 /** The dialog procedure of the status window. Not meant to be called. */
 INT_PTR CALLBACK fDlgXferStatProc(HWND hdlgStat, UINT uMessage, WPARAM wParam, LPARAM lParam);
+/** @} */
+
+/* -------------------------------------------------------------------------------------- */
+/** @defgroup transfer The transfer window
+ *  A modeless window with two panes, local above host, a toolbar, a menu, a log (the info
+ *  line), a message strip with a thermometer, and a second view mode in which log and
+ *  command line take the place of the panes. The library does the local work; what concerns
+ *  the host it asks of the caller, through #HostCallbacks.
+ *
+ *  Order of calls: hdlgXferDandDCreate2(); the message loop, which delivers the first view
+ *  mode; vXferDandDSetBusyState() with 0 once the host can take orders; at last
+ *  nXferDandDDestroy(). The window starts busy.
+ *
+ *  Three things reach the caller through no callback. It has to see them by looking at the
+ *  window's messages first, with a window procedure of its own before the window's
+ *  (SetWindowLongA with GWL_WNDPROC): the command #XFERCMD_REFRESH; WM_COMMAND with IDABORT,
+ *  which the stop command sends; and WM_CLOSE, which by itself closes nothing.
+ *
+ *  Calls with a window that isn't a transfer window of this library do nothing. Calls with
+ *  an integer result then give 0, but for nXferDandDDialogBoxParam().
+ *  @{ */
+
+/** @name View modes */
+/**@{*/
+#define XFERVIEW_TWOPANE 0     /**< Two panes. */
+#define XFERVIEW_COMMANDLINE 1 /**< Log and command line. */
+/**@}*/
+
+/** @name File types, as the user has selected them */
+/**@{*/
+#define XFERTYPE_TEXT 1
+#define XFERTYPE_BINARY 2
+#define XFERTYPE_AUTOMATIC 3
+/**@}*/
+
+/** @name Commands that only the caller can carry out */
+/**@{*/
+#define XFERCMD_REFRESH 228 /**< The user wants the host panes filled anew. */
+/**@}*/
+
+/** Shows a hint in the message strip: wParam is the id of a string in the window's language
+ *  module, which is also a command id, or 0 for no hint. */
+#define WM_XFER_SHOWHINT 0x0518
+
+/** What the caller can do on the host.
+ *
+ *  The first argument of each callback is the dwCallerData of the window; dw1 and dw2 are
+ *  always 0. Results aren't used where a callback has none. Texts lie in scratch buffers of
+ *  the library: keep a copy. A list belongs to the callback, which destroys it with
+ *  XferFileList_vDestroy(). Exported calls may be made from a callback, nXferDandDDestroy()
+ *  included.
+ *
+ *  A null slot is asked for nothing: a list that was made for it is destroyed. Without
+ *  pfnConfirmFlags the user is asked before each local delete and removal. */
+typedef struct HostCallbacks {
+    /** Size of this table in bytes, as the caller knows it. Slots beyond it count as null.
+     *  The creation of a window overwrites it with the size that the library knows. */
+    DWORD cbSize;
+    /** Send files: column #XFERLIST_LOCAL, with a target name in #XFERLIST_HOST where the
+     *  user gave one. pszHostDir is the host directory to send to, or null for the present
+     *  one. */
+    void(KRHAULAPI* pfnSendFiles)(DWORD dwCallerData, DWORD dw1, DWORD dw2, XferFileList list,
+                                  DWORD dw4, const char* pszHostDir);
+    /** Receive files: column #XFERLIST_HOST, with a target name in #XFERLIST_LOCAL where the
+     *  user gave one. */
+    void(KRHAULAPI* pfnReceiveFiles)(DWORD dwCallerData, DWORD dw1, DWORD dw2, XferFileList list,
+                                     DWORD dw4);
+    /** Delete files: column #XFERLIST_HOST. */
+    void(KRHAULAPI* pfnDeleteHostFiles)(DWORD dwCallerData, DWORD dw1, DWORD dw2,
+                                        XferFileList list, DWORD dw4);
+    void(KRHAULAPI* pfnRenameHostFile)(DWORD dwCallerData, DWORD dw1, DWORD dw2,
+                                       const char* pszOldName, const char* pszNewName);
+    void(KRHAULAPI* pfnMakeHostDir)(DWORD dwCallerData, DWORD dw1, DWORD dw2,
+                                    const char* pszDir);
+    /** fFromList is 1 if the name is a row of the host directory list, 0 if it was typed. */
+    void(KRHAULAPI* pfnChangeHostDir)(DWORD dwCallerData, DWORD dw1, DWORD dw2,
+                                      const char* pszDir, DWORD fFromList);
+    /** fFromList as for pfnChangeHostDir. */
+    void(KRHAULAPI* pfnRemoveHostDir)(DWORD dwCallerData, DWORD dw1, DWORD dw2,
+                                      const char* pszDir, DWORD fFromList);
+    /** The only store of the confirmation flags: gives the present flags, and takes new ones
+     *  when fSet is 1. Bit value 2 asks before a local file is deleted, 4 before a local
+     *  directory is removed; 1, 8 and 16 are the caller's own. */
+    DWORD(KRHAULAPI* pfnConfirmFlags)(DWORD dwCallerData, DWORD dwFlags, DWORD fSet);
+    /** A raw command of the command line. Optional. */
+    void(KRHAULAPI* pfnHostCommand)(DWORD dwCallerData, DWORD dw1, DWORD dw2,
+                                    const char* pszCommand);
+    /** Show only the files that pass a filter. */
+    void(KRHAULAPI* pfnHostFilter)(DWORD dwCallerData, DWORD dw1, DWORD dw2,
+                                   const char* pszFilter);
+    /** The view mode changes to nViewMode. Optional. */
+    void(KRHAULAPI* pfnViewModeChanged)(DWORD dwCallerData, DWORD dw1, DWORD dw2,
+                                        DWORD nViewMode);
+    /** Tell details of files: column #XFERLIST_HOST. */
+    void(KRHAULAPI* pfnHostFileDetails)(DWORD dwCallerData, DWORD dw1, DWORD dw2,
+                                        XferFileList list);
+    /** Show files: column #XFERLIST_HOST. */
+    void(KRHAULAPI* pfnViewHostFiles)(DWORD dwCallerData, DWORD dw1, DWORD dw2,
+                                      XferFileList list, DWORD dw4);
+} HostCallbacks;
+
+/** Makes a transfer window in English: hdlgXferDandDLangCreate2() with the code "EN". */
+HWND KRHAULAPI hdlgXferDandDCreate2(const char* pszTitle, HWND hwndParent, HGLOBAL* phRecord,
+                                    DWORD dwCallerData, HostCallbacks* pCallbacks,
+                                    DWORD nViewMode);
+
+/** Makes a transfer window.
+ *  @param pszLanguage language code of its module, which the window owns.
+ *  @param pszTitle the caption.
+ *  @param hwndParent the caller's window, or 0. It owns the new window if it has a parent or
+ *         owner itself; a top-level window doesn't. It and its parents are disabled while a
+ *         modal dialog runs.
+ *  @param phRecord receives a handle that nothing needs, and only when a window is made; can
+ *         be null. It is stale once the window has gone.
+ *  @param dwCallerData first argument of every callback.
+ *  @param pCallbacks read once; its cbSize is overwritten with sizeof(HostCallbacks). Null
+ *         counts as a table without slots.
+ *  @param nViewMode #XFERVIEW_TWOPANE or #XFERVIEW_COMMANDLINE. It takes effect, with
+ *         pfnViewModeChanged, when the message loop has run.
+ *  @return the window, or 0 with nothing left behind. The user is told, in a message box, if
+ *         resources were lacking; a module that can't be loaded or has no template says
+ *         nothing. */
+HWND KRHAULAPI hdlgXferDandDLangCreate2(const char* pszLanguage, const char* pszTitle,
+                                        HWND hwndParent, HGLOBAL* phRecord, DWORD dwCallerData,
+                                        HostCallbacks* pCallbacks, DWORD nViewMode);
+
+/** Destroys a transfer window and all that belongs to it, temporary copies of viewed files
+ *  included.
+ *  @return 0 always. */
+int KRHAULAPI nXferDandDDestroy(HWND hdlgDandD);
+
+/** Runs a modal dialog, from the window's language module and owned by the window, with the
+ *  window's parent and all its parents disabled.
+ *  @return the result of the dialog; -1 if it can't be made or the window isn't a transfer
+ *         window. */
+INT_PTR KRHAULAPI nXferDandDDialogBoxParam(HWND hdlgDandD, const char* pszTemplate,
+                                           DLGPROC pfnDialog, LPARAM lParam);
+
+/** Starts (not 0) or ends (0) the busy state, in which everything that would start a second
+ *  host operation is switched off, and the stop command on. A call with the present flag
+ *  changes nothing. In command line mode the end gives the focus to the command line. */
+void KRHAULAPI vXferDandDSetBusyState(HWND hdlgDandD, DWORD fBusy);
+
+/** Selects a file type. Other values than #XFERTYPE_TEXT to #XFERTYPE_AUTOMATIC uncheck the
+ *  menu items and leave the toolbar as it is. */
+void KRHAULAPI vXferDandDSetFileTypeSelection(HWND hdlgDandD, DWORD nType);
+
+/** @return the selected file type; #XFERTYPE_AUTOMATIC if none is. */
+int KRHAULAPI nXferDandDGetFileTypeSelection(HWND hdlgDandD);
+
+/** Shows a text in the message strip, cut to #XFER_MAX_NAME characters, until the next text
+ *  or hint. Null counts as empty. */
+void KRHAULAPI vXferDandDDisplayDILText(HWND hdlgDandD, const char* pszText);
+
+/** Sets the value that fills the thermometer; 0 if it isn't known, in which case the
+ *  position is shown as a number. It stays for later runs. */
+void KRHAULAPI vXferDandDSetThermometer(HWND hdlgDandD, LONG nTotal);
+
+/** Sets the position of the thermometer; -1 switches it off, at once. Cheap: it is painted
+ *  at most twice a second, so the last position of a run may go unseen. */
+void KRHAULAPI vXferDandDUpdateThermometer(HWND hdlgDandD, LONG nPosition);
+
+/** Adds an entry to the log, cut to 260 characters; line ends behind it are dropped. Null
+ *  counts as empty. When the log passes 30000 characters its oldest lines go, down to 24000. */
+void KRHAULAPI vXferDandDInfoLine(HWND hdlgDandD, const char* pszText);
+
+/** The window procedure of the log. Not meant to be called. */
+LRESULT CALLBACK lInfoLineProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam);
+
+/** @name Local panes
+ *  They are filled anew by the window itself whenever it has changed local files or the
+ *  current directory of the process, which is the directory that they show. */
+/**@{*/
+/** Fills the local panes anew. For a caller that has changed local files itself. */
+void KRHAULAPI vXferDandDRefreshLocalFiles(HWND hdlgDandD);
+
+/** Adds a file to the local file list, unless it is there, with no refresh.
+ *  @param pszName name or path; what follows the last backslash counts. Null does nothing.
+ *  @return 0 always. */
+int KRHAULAPI nXferDandDAddLocalFileName(HWND hdlgDandD, const char* pszName);
+/**@}*/
+
+/** @name Host panes
+ *  They show only what the caller puts there, in the order of lstrcmpA, case and all. After
+ *  each change of the host directory: nXferDandDClearHostFileList(), which also makes the
+ *  ".." row, vXferDandDPrintWorkingDir(), then the directories and files in any order; all of
+ *  it inside a busy period, whose end makes the columns as wide as the names. Names are cut
+ *  to #XFER_MAX_NAME characters; null does nothing. They are texts to this library and never
+ *  reach a local file operation. Results are 0 always. */
+/**@{*/
+#define XFERCLEAR_FILES 1   /**< The host file list. */
+#define XFERCLEAR_SUBDIRS 2 /**< The host directory list, which gets its ".." row anew. */
+#define XFERCLEAR_WORKDIR 4 /**< The host path line and the row of the working directory. */
+#define XFERCLEAR_FILTER 8  /**< The host filter line. */
+
+/** Clears what the sum of XFERCLEAR_ flags says. */
+int KRHAULAPI nXferDandDClearHostFileInfo(HWND hdlgDandD, DWORD dwFlags);
+
+/** Clears all of the host side. */
+int KRHAULAPI nXferDandDClearHostFileList(HWND hdlgDandD);
+
+/** Shows the working directory: its row in the directory list, and the host path line. */
+void KRHAULAPI vXferDandDPrintWorkingDir(HWND hdlgDandD, const char* pszRow, const char* pszPath);
+
+/** Adds a subdirectory; one of the same name is replaced. */
+int KRHAULAPI nXferDandDAddHostSubDir(HWND hdlgDandD, const char* pszName);
+
+/** Removes a subdirectory, if it is there. */
+int KRHAULAPI nXferDandDRemoveHostSubDir(HWND hdlgDandD, const char* pszName);
+
+/** Adds a file, unless it is there. The text is shown as it is given. */
+int KRHAULAPI nXferDandDAddHostFileName(HWND hdlgDandD, const char* pszName);
+
+/** Removes a file, if it is there. */
+int KRHAULAPI nXferDandDRemoveHostFileName(HWND hdlgDandD, const char* pszName);
+/**@}*/
+
+/** @name Window procedures of the lists
+ *  Not meant to be called. */
+/**@{*/
+LRESULT CALLBACK lHFileListProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam);
+LRESULT CALLBACK lLFileListProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam);
+LRESULT CALLBACK lHDirListProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam);
+LRESULT CALLBACK lLDirListProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam);
+/**@}*/
+
+/** Puts the keyboard focus where the view mode wants it: the local filter line, with its
+ *  text selected, or the command line. */
+void KRHAULAPI vXferDandDSetFocus(HWND hdlgDandD);
+
+/** Sets the caption of the window. */
+void KRHAULAPI vXferDandDSetTitle(HWND hdlgDandD, const char* pszTitle);
 /** @} */
 
 #ifdef __cplusplus

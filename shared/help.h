@@ -5,10 +5,14 @@
 #include <windows.h>
 
 enum XferHelpContext : DWORD {
+    XFERHELP_TRANSFER = 812,
     XFERHELP_STATUS = 990,
 };
 
 // Opens the help file at a window's page.
 void vXferShowHelp(HWND hwndOwner, XferHelpContext context);
+
+// Opens the search of the help file.
+void vXferSearchHelp(HWND hwndOwner);
 
 #endif

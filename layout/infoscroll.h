@@ -1,0 +1,20 @@
+// How far the log of the transfer window is scrolled. A line count of 0 means the count that
+// the control has.
+#ifndef LAYOUT_INFOSCROLL_H
+#define LAYOUT_INFOSCROLL_H
+
+#include <windows.h>
+
+// Lines that fit into the log.
+int nXferDandDInfoVisibleLines(HWND hdlgDandD);
+
+// The first line of the last page.
+int nXferDandDInfoLastTopLine(HWND hdlgDandD, int cLines);
+
+// 1 if the end of the log is in view and the user isn't in it.
+int fXferDandDInfoAtEnd(HWND hdlgDandD);
+
+// Scrolls to the last page.
+void vXferDandDInfoScrollToEnd(HWND hdlgDandD, int cLines);
+
+#endif

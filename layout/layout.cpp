@@ -1,0 +1,182 @@
+#include "layout.h"
+#include "infoscroll.h"
+#include "../resources/ids.h"
+
+namespace {
+
+constexpr BYTE CLIENT = XFERANCHOR_SAME;                     // same edge of the client area
+constexpr BYTE FAR_CLIENT = 0;                               // opposite edge of it
+constexpr BYTE CENTRE = XFERANCHOR_SAME | XFERANCHOR_CENTRE; // same edge of the centre box
+constexpr BYTE FAR_CENTRE = XFERANCHOR_CENTRE;               // opposite edge of it
+constexpr XferAnchorSet ABSENT = {0, 0, 0, 0, 0};
+
+constexpr LONG CENTRE_HALF = 5;
+constexpr UINT MOVE_FLAGS = SWP_NOZORDER | SWP_NOREDRAW | SWP_NOACTIVATE;
+constexpr UINT STAY_FLAGS = MOVE_FLAGS | SWP_NOSIZE | SWP_NOMOVE;
+
+// The closed drive list is this many times as high when it is dropped down.
+constexpr int DROPDOWN_FACTOR = 10;
+
+// In command line mode the log has a place of its own: past both sides of the client area,
+// below the toolbar, above the command line.
+constexpr int INFO_ROW = 17;
+constexpr int COMMANDLINE_ROW = 16;
+constexpr int COMMANDLINE_MODE = 1;
+constexpr LONG INFO_OVERLAP = 1;
+constexpr LONG INFO_TOP = 26;
+constexpr LONG INFO_GAP = 4;
+
+struct References {
+    RECT rcClient;
+    RECT rcCentre;
+};
+
+References computeReferences(HWND hdlgDandD)
+{
+    References references = {};
+    GetClientRect(hdlgDandD, &references.rcClient);
+    LONG x = references.rcClient.right / 2;
+    LONG y = references.rcClient.bottom / 2;
+    references.rcCentre = {x - CENTRE_HALF, y - CENTRE_HALF, x + CENTRE_HALF, y + CENTRE_HALF};
+    return references;
+}
+
+const RECT* referenceOf(const References* pReferences, BYTE bAnchor)
+{
+    return (bAnchor & XFERANCHOR_CENTRE) != 0 ? &pReferences->rcCentre : &pReferences->rcClient;
+}
+
+LONG edgeOf(const References* pReferences, BYTE bAnchor, LONG RECT::*pSame, LONG RECT::*pOpposite)
+{
+    const RECT* prc = referenceOf(pReferences, bAnchor);
+    return (bAnchor & XFERANCHOR_SAME) != 0 ? prc->*pSame : prc->*pOpposite;
+}
+
+// The reference edges of a control.
+RECT edgesOf(const References* pReferences, const XferAnchorSet* pSet)
+{
+    return {edgeOf(pReferences, pSet->bLeft, &RECT::left, &RECT::right),
+            edgeOf(pReferences, pSet->bTop, &RECT::top, &RECT::bottom),
+            edgeOf(pReferences, pSet->bRight, &RECT::right, &RECT::left),
+            edgeOf(pReferences, pSet->bBottom, &RECT::bottom, &RECT::top)};
+}
+
+// A control's place in client coordinates of the window.
+RECT placeOf(HWND hdlgDandD, HWND hwndControl)
+{
+    RECT rc = {};
+    GetWindowRect(hwndControl, &rc);
+    POINT ptFirst = {rc.left, rc.top};
+    POINT ptLast = {rc.right, rc.bottom};
+    ScreenToClient(hdlgDandD, &ptFirst);
+    ScreenToClient(hdlgDandD, &ptLast);
+    return {ptFirst.x, ptFirst.y, ptLast.x, ptLast.y};
+}
+
+bool isInMode(const XferLayoutRow* pRow, int nMode)
+{
+    return (pRow->modes[nMode].fInMode & 1) != 0;
+}
+
+void measureRow(HWND hdlgDandD, const References* pReferences, const XferLayoutRow* pRow, int nMode,
+                RECT* prcDistances)
+{
+    RECT rc = placeOf(hdlgDandD, GetDlgItem(hdlgDandD, pRow->nControlId));
+    RECT rcEdges = edgesOf(pReferences, &pRow->modes[nMode]);
+    *prcDistances = {rc.left - rcEdges.left, rc.top - rcEdges.top, rc.right - rcEdges.right,
+                     rc.bottom - rcEdges.bottom};
+}
+
+void moveRow(HWND hdlgDandD, const References* pReferences, const XferLayoutRow* pRow, int nMode,
+             const RECT* prcDistances)
+{
+    RECT rc = edgesOf(pReferences, &pRow->modes[nMode]);
+    LONG x = rc.left + prcDistances->left;
+    LONG y = rc.top + prcDistances->top;
+    SetWindowPos(GetDlgItem(hdlgDandD, pRow->nControlId), nullptr, x, y,
+                 rc.right + prcDistances->right - x, rc.bottom + prcDistances->bottom - y,
+                 MOVE_FLAGS);
+}
+
+// The height of a combo box is that of its dropped down list.
+void setDropDownHeight(HWND hdlgDandD)
+{
+    HWND hwndDrives = GetDlgItem(hdlgDandD, IDC_DANDD_LOCALDRIVES);
+    RECT rc = placeOf(hdlgDandD, hwndDrives);
+    SetWindowPos(hwndDrives, nullptr, rc.left, rc.top, rc.right - rc.left,
+                 (rc.bottom - rc.top) * DROPDOWN_FACTOR, MOVE_FLAGS);
+}
+
+void showRow(HWND hdlgDandD, const XferLayoutRow* pRow, int nMode)
+{
+    HWND hwndControl = GetDlgItem(hdlgDandD, pRow->nControlId);
+    if (isInMode(pRow, nMode)) {
+        EnableWindow(hwndControl, TRUE);
+        SetWindowPos(hwndControl, nullptr, 0, 0, 0, 0, STAY_FLAGS | SWP_SHOWWINDOW);
+    } else {
+        SetWindowPos(hwndControl, nullptr, 0, 0, 0, 0, STAY_FLAGS | SWP_HIDEWINDOW);
+        EnableWindow(hwndControl, FALSE);
+    }
+}
+
+} // namespace
+
+// Fields of a set: in mode, top, bottom, left, right.
+const XferLayoutRow g_xferLayoutRows[XFERLAYOUT_ROWS] = {
+    {IDC_DANDD_LOCALFILTERLABEL, {{1, CLIENT, FAR_CLIENT, FAR_CENTRE, CENTRE}, ABSENT}},
+    {IDC_DANDD_LOCALFILTER, {{1, CLIENT, FAR_CLIENT, CENTRE, CLIENT}, ABSENT}},
+    {IDC_DANDD_LOCALFILES, {{1, CLIENT, FAR_CENTRE, FAR_CENTRE, CLIENT}, ABSENT}},
+    {IDC_DANDD_LOCALPATHLABEL, {{1, CLIENT, FAR_CLIENT, CLIENT, FAR_CLIENT}, ABSENT}},
+    {IDC_DANDD_LOCALPATH, {{1, CLIENT, FAR_CLIENT, CLIENT, FAR_CENTRE}, ABSENT}},
+    {IDC_DANDD_LOCALDIRS, {{1, CLIENT, FAR_CENTRE, CLIENT, FAR_CENTRE}, ABSENT}},
+    {IDC_DANDD_LOCALDRIVESLABEL, {{1, CENTRE, FAR_CENTRE, CLIENT, FAR_CLIENT}, ABSENT}},
+    {IDC_DANDD_LOCALDRIVES, {{1, CENTRE, FAR_CENTRE, CLIENT, FAR_CENTRE}, ABSENT}},
+    {IDC_DANDD_HOSTFILTERLABEL, {{1, FAR_CENTRE, CENTRE, FAR_CENTRE, CENTRE}, ABSENT}},
+    {IDC_DANDD_HOSTFILTER, {{1, FAR_CENTRE, CENTRE, FAR_CENTRE, CLIENT}, ABSENT}},
+    {IDC_DANDD_HOSTFILES, {{1, FAR_CENTRE, CLIENT, FAR_CENTRE, CLIENT}, ABSENT}},
+    {IDC_DANDD_HOSTPATHLABEL, {{1, FAR_CENTRE, CENTRE, CLIENT, FAR_CLIENT}, ABSENT}},
+    {IDC_DANDD_HOSTPATH, {{1, FAR_CENTRE, CENTRE, CLIENT, FAR_CENTRE}, ABSENT}},
+    {IDC_DANDD_HOSTDIRS, {{1, FAR_CENTRE, CLIENT, CLIENT, FAR_CENTRE}, ABSENT}},
+    {IDC_DANDD_BAND, {{1, CENTRE, CENTRE, CLIENT, CLIENT}, ABSENT}},
+    {IDC_DANDD_COMMANDLABEL, {ABSENT, {1, FAR_CLIENT, CLIENT, CLIENT, FAR_CLIENT}}},
+    {IDC_DANDD_COMMANDLINE, {ABSENT, {1, FAR_CLIENT, CLIENT, CLIENT, CLIENT}}},
+    {IDC_DANDD_INFOLINE,
+     {{1, FAR_CLIENT, CLIENT, CLIENT, CLIENT}, {1, CLIENT, CLIENT, CLIENT, CLIENT}}},
+    {IDC_DANDD_STRIP, {{1, FAR_CLIENT, CLIENT, CLIENT, CLIENT}, ABSENT}},
+};
+
+void vXferDandDCaptureLayout(HWND hdlgDandD, XferLayout* pLayout)
+{
+    References references = computeReferences(hdlgDandD);
+    for (int nMode = 0; nMode < XFERLAYOUT_MODES; ++nMode) {
+        for (int n = 0; n < XFERLAYOUT_ROWS; ++n) {
+            if (isInMode(&g_xferLayoutRows[n], nMode)) {
+                measureRow(hdlgDandD, &references, &g_xferLayoutRows[n], nMode,
+                           &pLayout->distances[n][nMode]);
+            }
+        }
+    }
+    LONG nCommandTop = pLayout->distances[COMMANDLINE_ROW][COMMANDLINE_MODE].top;
+    pLayout->distances[INFO_ROW][COMMANDLINE_MODE] = {-INFO_OVERLAP, INFO_TOP, INFO_OVERLAP,
+                                                      nCommandTop - INFO_GAP};
+}
+
+void vXferDandDApplyLayout(HWND hdlgDandD, const XferLayout* pLayout, int nMode)
+{
+    int fAtEnd = fXferDandDInfoAtEnd(hdlgDandD);
+    References references = computeReferences(hdlgDandD);
+    for (int n = 0; n < XFERLAYOUT_ROWS; ++n) {
+        if (isInMode(&g_xferLayoutRows[n], nMode)) {
+            moveRow(hdlgDandD, &references, &g_xferLayoutRows[n], nMode,
+                    &pLayout->distances[n][nMode]);
+        }
+    }
+    setDropDownHeight(hdlgDandD);
+    for (const XferLayoutRow& row : g_xferLayoutRows) {
+        showRow(hdlgDandD, &row, nMode);
+    }
+    if (fAtEnd) {
+        vXferDandDInfoScrollToEnd(hdlgDandD, 0);
+    }
+    InvalidateRect(hdlgDandD, nullptr, TRUE);
+}

@@ -1,0 +1,45 @@
+// The anchored layout: keeps the transfer window's controls in place when it is sized or
+// changes its view mode. Every edge of a control hangs on an edge of the client area or of a
+// small box at its centre; the distances are measured once, from the dialog template.
+#ifndef LAYOUT_LAYOUT_H
+#define LAYOUT_LAYOUT_H
+
+#include <windows.h>
+
+constexpr int XFERLAYOUT_ROWS = 19;
+constexpr int XFERLAYOUT_MODES = 2;
+
+// Where the edges of a control hang in one view mode. An anchor byte has two bits.
+constexpr BYTE XFERANCHOR_SAME = 0x80;   // the same edge of the reference, else the opposite one
+constexpr BYTE XFERANCHOR_CENTRE = 0x01; // the reference is the centre box, else the client area
+
+struct XferAnchorSet {
+    WORD fInMode; // bit 0: the control belongs to this mode
+    BYTE bTop;
+    BYTE bBottom;
+    BYTE bLeft;
+    BYTE bRight;
+};
+
+struct XferLayoutRow {
+    LONG nControlId;
+    XferAnchorSet modes[XFERLAYOUT_MODES];
+};
+
+static_assert(sizeof(XferAnchorSet) == 6 && sizeof(XferLayoutRow) == 16, "rows have no gaps");
+
+extern const XferLayoutRow g_xferLayoutRows[XFERLAYOUT_ROWS];
+
+// The measured distances, edge of the control minus edge of the reference, in pixels.
+struct XferLayout {
+    RECT distances[XFERLAYOUT_ROWS][XFERLAYOUT_MODES];
+};
+
+// Measures the distances for both modes. Called once, while the window has the size of its
+// template.
+void vXferDandDCaptureLayout(HWND hdlgDandD, XferLayout* pLayout);
+
+// Places and shows the controls of a mode, 0 or 1, and hides the others; one repaint.
+void vXferDandDApplyLayout(HWND hdlgDandD, const XferLayout* pLayout, int nMode);
+
+#endif

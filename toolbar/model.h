@@ -1,0 +1,117 @@
+// The toolbar's record: its rows and strips of pictures, where the rows lie, and the press that
+// is under way. One record belongs to each control, from WM_CREATE to WM_DESTROY; it moves when
+// rows are added. Whoever sends a message to another window gets it anew afterwards.
+#ifndef TOOLBAR_MODEL_H
+#define TOOLBAR_MODEL_H
+
+#include "toolbar.h"
+
+// Sizes and places in pixels. A button is one pixel wider than the step to the next one, so that
+// neighbours share a line of their frames.
+constexpr int TOOL_HEIGHT = 27; // of the control
+constexpr int TOOL_LEFT = 8;
+constexpr int TOOL_TOP = 2;
+constexpr int TOOL_BUTTON_CX = 24;
+constexpr int TOOL_BUTTON_CY = 22;
+constexpr int TOOL_STEP = 23;
+constexpr int TOOL_PICTURE_CX = 16;
+constexpr int TOOL_PICTURE_CY = 15;
+
+struct XferToolBitmap {
+    LONG cPictures;
+    HINSTANCE hModule; // 0: wId is a bitmap handle, which stays its owner's
+    WORD wId;
+    HBITMAP hbm; // 0 until it is needed, and after it was thrown away
+};
+
+struct XferToolbar {
+    XferToolButton* pTracked; // the row under a press, in buttons below; null without one
+    HWND hwndNotify;
+    LONG cBitmaps;
+    XferToolBitmap* pBitmaps; // a block of its own; the sum of cPictures fits into 31 bits
+    DWORD cButtons;
+    XferToolButton buttons[1]; // as many as cButtons says
+};
+
+constexpr int TOOL_NONE = -1;
+
+// The record of a control, or null if it has none or the window is gone.
+XferToolbar* XferToolbarGet(HWND hwnd);
+
+// Makes an empty record. Gives null if there is no memory.
+XferToolbar* XferToolbarCreate(HWND hwndNotify);
+
+// Frees the record, its strips and the bitmaps that were loaded for them.
+void XferToolbarDestroy(XferToolbar* pToolbar);
+
+// x of the row that follows one which begins at x. It stops growing far outside of any window,
+// so that no sum of widths runs over.
+int XferToolbarNextX(int x, const XferToolButton* pButton);
+
+// x of a picture, counted over all strips. It wraps, as the origin that is set for a strip does.
+inline int XferToolbarPictureX(LONG iPicture)
+{
+    return int(DWORD(iPicture) * DWORD(TOOL_PICTURE_CX));
+}
+
+// Gives 1 and the rectangle, or 0 for an index past the end or a hidden row.
+int fXferToolbarItemRect(const XferToolbar* pToolbar, DWORD nRow, RECT* prc);
+
+// Has a row painted anew, without erasing, or the whole control, with erasing.
+void vXferToolbarInvalidate(HWND hwnd, const XferToolbar* pToolbar, const XferToolButton* pButton);
+void XferToolbarInvalidateAll(HWND hwnd);
+
+// The index of the button at a point, or TOOL_NONE; a separator is none.
+int nXferToolbarHitTest(const XferToolbar* pToolbar, int x, int y);
+
+// The index of the first row with this command, or TOOL_NONE.
+int nXferToolbarFindCommand(const XferToolbar* pToolbar, DWORD idCommand);
+
+// If the row of the command is checked, unchecks the other one of its group.
+void vXferToolbarGroupRule(HWND hwnd, XferToolbar* pToolbar, DWORD idCommand);
+
+// The number of the first picture, or -1. TOOLM_ADDBITMAP says the rest.
+int nXferToolbarAddBitmap(XferToolbar* pToolbar, LONG cPictures, HINSTANCE hModule, WORD wId);
+
+// Both give 1, or 0 with nothing changed, and end a press. The record may move. An index past the
+// end inserts at the end.
+int fXferToolbarInsert(HWND hwnd, XferToolbar* pToolbar, DWORD nRow, DWORD cRows,
+                       const XferToolButton* pRows);
+int fXferToolbarDelete(HWND hwnd, XferToolbar* pToolbar, DWORD nRow);
+
+// The press, from WM_LBUTTONDOWN to WM_LBUTTONUP. The capture is held all the while.
+LRESULT XferToolbarButtonDown(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam);
+LRESULT XferToolbarMouseMove(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam);
+LRESULT XferToolbarButtonUp(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam);
+
+// Ends a press, if there is one, without a notification: the button comes up and the capture is
+// given back.
+void XferToolbarLetGo(HWND hwnd, XferToolbar* pToolbar);
+
+// The same without anything on the screen: for a caller who is about to move the rows. Gives
+// whether there was a press; XferToolbarFreeCapture has to follow then.
+bool XferToolbarForgetPress(XferToolbar* pToolbar);
+void XferToolbarFreeCapture(HWND hwnd);
+
+inline bool XferToolbarIs(const XferToolButton* pButton, BYTE fsState)
+{
+    return (pButton->fsState & fsState) != 0;
+}
+
+inline bool XferToolbarHasStyle(const XferToolButton* pButton, BYTE fsStyle)
+{
+    return (pButton->fsStyle & fsStyle) != 0;
+}
+
+// A state with some of its bits set or cleared.
+inline BYTE XferToolbarWith(BYTE fsState, BYTE fsBits, bool fSet)
+{
+    return BYTE(fSet ? fsState | fsBits : fsState & ~fsBits);
+}
+
+inline void XferToolbarSet(XferToolButton* pButton, BYTE fsBits, bool fSet)
+{
+    pButton->fsState = XferToolbarWith(pButton->fsState, fsBits, fSet);
+}
+
+#endif

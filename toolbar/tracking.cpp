@@ -1,0 +1,196 @@
+// The press of a button. The mouse is followed from the press to the release, and the parent
+// learns of it step by step. It may do anything while it does, so that nothing of the record is
+// kept in hand from before a notification to after it.
+#include "model.h"
+
+namespace {
+
+int hitTest(const XferToolbar* pToolbar, LPARAM lParam)
+{
+    POINTS point = MAKEPOINTS(lParam);
+    return nXferToolbarHitTest(pToolbar, point.x, point.y);
+}
+
+bool isOverTracked(const XferToolbar* pToolbar, LPARAM lParam)
+{
+    int nHit = hitTest(pToolbar, lParam);
+    return nHit != TOOL_NONE && &pToolbar->buttons[nHit] == pToolbar->pTracked;
+}
+
+void setPressed(HWND hwnd, const XferToolbar* pToolbar, XferToolButton* pButton, bool fPressed)
+{
+    if (XferToolbarIs(pButton, TOOLSTATE_PRESSED) != fPressed) {
+        XferToolbarSet(pButton, TOOLSTATE_PRESSED, fPressed);
+        vXferToolbarInvalidate(hwnd, pToolbar, pButton);
+    }
+}
+
+// The control may be gone since the last notification; then this one has no receiver.
+void notify(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
+{
+    const XferToolbar* pToolbar = XferToolbarGet(hwnd);
+    if (pToolbar != nullptr) {
+        SendMessageA(pToolbar->hwndNotify, uMessage, wParam, lParam);
+    }
+}
+
+void sendHint(HWND hwnd, DWORD idCommand)
+{
+    notify(hwnd, WM_XFER_SHOWHINT, idCommand, 0);
+}
+
+void sendPress(HWND hwnd, WORD wCode, DWORD idCommand)
+{
+    notify(hwnd, WM_COMMAND, WPARAM(GetWindowLongA(hwnd, GWL_ID)), MAKELPARAM(idCommand, wCode));
+}
+
+// Whether there is a press. Versions below 4 don't tell a window that its capture was taken
+// away; a press that has lost it is ended here.
+bool holdsPress(HWND hwnd, XferToolbar* pToolbar)
+{
+    if (GetCapture() != hwnd) {
+        XferToolbarLetGo(hwnd, pToolbar);
+    }
+    return pToolbar->pTracked != nullptr;
+}
+
+// Puts the pressed look on the screen before the parent hears of the press.
+void showPressed(HWND hwnd)
+{
+    XferToolbar* pToolbar = XferToolbarGet(hwnd);
+    if (pToolbar != nullptr && pToolbar->pTracked != nullptr &&
+        XferToolbarIs(pToolbar->pTracked, TOOLSTATE_ENABLED)) {
+        setPressed(hwnd, pToolbar, pToolbar->pTracked, true);
+        UpdateWindow(hwnd);
+    }
+}
+
+// Gives the capture back at the release. The press outlives it, until the parent has heard of
+// the release, so the message that the capture is lost must not find it.
+void freeCaptureInPress(HWND hwnd, XferToolbar* pToolbar)
+{
+    DWORD nRow = DWORD(pToolbar->pTracked - pToolbar->buttons);
+    pToolbar->pTracked = nullptr;
+    ReleaseCapture();
+    pToolbar = XferToolbarGet(hwnd);
+    if (pToolbar != nullptr && nRow < pToolbar->cButtons) {
+        pToolbar->pTracked = &pToolbar->buttons[nRow];
+    }
+}
+
+// Brings the check of a clicked button up to date. Gives false if the click counts for nothing:
+// a group can't be emptied by clicking.
+bool toggleCheck(HWND hwnd, XferToolbar* pToolbar, XferToolButton* pButton)
+{
+    if (!XferToolbarHasStyle(pButton, TOOLSTYLE_CHECK)) {
+        return true;
+    }
+    bool fGroup = XferToolbarHasStyle(pButton, TOOLSTYLE_GROUP);
+    bool fWasChecked = XferToolbarIs(pButton, TOOLSTATE_CHECKED);
+    if (fGroup && fWasChecked) {
+        return false;
+    }
+    XferToolbarSet(pButton, TOOLSTATE_CHECKED, !fWasChecked);
+    if (fGroup) {
+        vXferToolbarGroupRule(hwnd, pToolbar, pButton->idCommand);
+    }
+    return true;
+}
+
+// The end of a press, once the parent has heard of the release. The command is the last thing,
+// since it may change everything.
+void finishPress(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam)
+{
+    XferToolButton* pButton = pToolbar->pTracked;
+    bool fClick = XferToolbarIs(pButton, TOOLSTATE_ENABLED) && isOverTracked(pToolbar, lParam);
+    pToolbar->pTracked = nullptr;
+    setPressed(hwnd, pToolbar, pButton, false);
+    if (!fClick) {
+        return;
+    }
+    fClick = toggleCheck(hwnd, pToolbar, pButton);
+    vXferToolbarInvalidate(hwnd, pToolbar, pButton);
+    if (fClick) {
+        notify(hwnd, WM_COMMAND, pButton->idCommand, 0);
+    }
+}
+
+} // namespace
+
+LRESULT XferToolbarButtonDown(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam)
+{
+    // A press that is still there has lost its release.
+    XferToolbarLetGo(hwnd, pToolbar);
+    pToolbar = XferToolbarGet(hwnd);
+    int nHit = pToolbar == nullptr ? TOOL_NONE : hitTest(pToolbar, lParam);
+    if (nHit == TOOL_NONE) {
+        return 0;
+    }
+    DWORD idCommand = pToolbar->buttons[nHit].idCommand;
+    pToolbar->pTracked = &pToolbar->buttons[nHit];
+    SetCapture(hwnd);
+    showPressed(hwnd);
+    sendHint(hwnd, idCommand);
+    sendPress(hwnd, TOOLN_PRESS, idCommand);
+    return 0;
+}
+
+LRESULT XferToolbarMouseMove(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam)
+{
+    if (!holdsPress(hwnd, pToolbar) || !XferToolbarIs(pToolbar->pTracked, TOOLSTATE_ENABLED)) {
+        return 0;
+    }
+    bool fOver = isOverTracked(pToolbar, lParam);
+    bool fBack = fOver && !XferToolbarIs(pToolbar->pTracked, TOOLSTATE_PRESSED);
+    setPressed(hwnd, pToolbar, pToolbar->pTracked, fOver);
+    if (fBack) {
+        sendHint(hwnd, pToolbar->pTracked->idCommand);
+    }
+    return 0;
+}
+
+LRESULT XferToolbarButtonUp(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam)
+{
+    sendHint(hwnd, 0);
+    pToolbar = XferToolbarGet(hwnd);
+    if (pToolbar == nullptr || !holdsPress(hwnd, pToolbar)) {
+        return 0;
+    }
+    DWORD idCommand = pToolbar->pTracked->idCommand;
+    freeCaptureInPress(hwnd, pToolbar);
+    sendPress(hwnd, TOOLN_RELEASE, idCommand);
+    pToolbar = XferToolbarGet(hwnd);
+    // With the capture here again, the press is a new one, begun in a loop of the parent's.
+    if (pToolbar != nullptr && pToolbar->pTracked != nullptr && GetCapture() != hwnd) {
+        finishPress(hwnd, pToolbar, lParam);
+    }
+    return 0;
+}
+
+void XferToolbarLetGo(HWND hwnd, XferToolbar* pToolbar)
+{
+    XferToolButton* pButton = pToolbar->pTracked;
+    if (pButton != nullptr) {
+        pToolbar->pTracked = nullptr;
+        setPressed(hwnd, pToolbar, pButton, false);
+        XferToolbarFreeCapture(hwnd);
+    }
+}
+
+bool XferToolbarForgetPress(XferToolbar* pToolbar)
+{
+    XferToolButton* pButton = pToolbar->pTracked;
+    if (pButton == nullptr) {
+        return false;
+    }
+    pToolbar->pTracked = nullptr;
+    XferToolbarSet(pButton, TOOLSTATE_PRESSED, false);
+    return true;
+}
+
+void XferToolbarFreeCapture(HWND hwnd)
+{
+    if (GetCapture() == hwnd) {
+        ReleaseCapture();
+    }
+}

@@ -1,0 +1,203 @@
+#include "dialog.h"
+#include "panes.h"
+#include "../resources/ids.h"
+#include "../shared/help.h"
+#include "../shared/library.h"
+
+namespace {
+
+constexpr char ICON[] = "XferDandDIcon";
+constexpr int LEAST_ITEM_HEIGHT = 16;
+constexpr LPARAM SECOND_POPUP = 1; // not a system menu, at position 1
+
+HICON loadIcon()
+{
+    return LoadIconA(g_hInstance, ICON);
+}
+
+INT_PTR onSize(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM wParam, LPARAM lParam)
+{
+    if (wParam != SIZE_MINIMIZED) {
+        vXferDandDStripRect(hdlgDandD, pRecord);
+        SendDlgItemMessageA(hdlgDandD, IDC_DANDD_TOOLBAR, WM_SIZE, wParam, lParam);
+        vXferDandDApplyLayout(hdlgDandD, &pRecord->layout, pRecord->nViewMode != 0);
+    }
+    if (wParam == SIZE_MINIMIZED) {
+        pRecord->fMinimized = 1;
+    } else if (wParam == SIZE_RESTORED) {
+        pRecord->fMinimized = 0;
+    }
+    return 0;
+}
+
+INT_PTR onPaint(HWND hdlgDandD, XferWindowRecord*, WPARAM, LPARAM)
+{
+    if (!IsIconic(hdlgDandD)) {
+        vXferDandDPaintStrip(hdlgDandD);
+        return 0;
+    }
+    PAINTSTRUCT paint;
+    HDC hdc = BeginPaint(hdlgDandD, &paint);
+    DefDlgProcA(hdlgDandD, WM_ICONERASEBKGND, reinterpret_cast<WPARAM>(hdc), 0);
+    DrawIcon(hdc, 0, 0, loadIcon());
+    EndPaint(hdlgDandD, &paint);
+    return 1;
+}
+
+INT_PTR onEraseBackground(HWND hdlgDandD, XferWindowRecord*, WPARAM, LPARAM)
+{
+    return IsIconic(hdlgDandD) ? 1 : 0;
+}
+
+// An iconic window stays an icon when its parent comes back.
+INT_PTR onShowWindow(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM, LPARAM lParam)
+{
+    if (LOWORD(lParam) == SW_PARENTOPENING && pRecord->fMinimized) {
+        ShowWindow(hdlgDandD, SW_MINIMIZE);
+    }
+    return 0;
+}
+
+INT_PTR onSetCursor(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM, LPARAM lParam)
+{
+    WORD nHit = LOWORD(lParam);
+    if (!pRecord->fBusy || (nHit != HTCLIENT && nHit != HTCAPTION && nHit != HTMENU)) {
+        return 0;
+    }
+    SetCursor(pRecord->hcurBusy);
+    SetWindowLongA(hdlgDandD, DWL_MSGRESULT, 1);
+    return 1;
+}
+
+INT_PTR onDrawItem(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM, LPARAM lParam)
+{
+    vXferDandDDrawListItem(hdlgDandD, pRecord, reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
+    return 1;
+}
+
+INT_PTR onQueryDragIcon(HWND, XferWindowRecord*, WPARAM, LPARAM)
+{
+    return reinterpret_cast<INT_PTR>(loadIcon());
+}
+
+// The controls still live here, and the rows that have records are in them.
+INT_PTR onDestroy(HWND hdlgDandD, XferWindowRecord*, WPARAM, LPARAM)
+{
+    vXferDandDReleaseRows(hdlgDandD);
+    return 0;
+}
+
+INT_PTR onNcDestroy(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM, LPARAM)
+{
+    vXferDandDTearDown(hdlgDandD, pRecord);
+    return 1;
+}
+
+INT_PTR onCommand(HWND hdlgDandD, XferWindowRecord*, WPARAM wParam, LPARAM lParam)
+{
+    vXferDandDCommand(hdlgDandD, LOWORD(wParam), reinterpret_cast<HWND>(lParam), HIWORD(wParam));
+    return 0;
+}
+
+// Copy and save need a selection in the log.
+INT_PTR onInitMenuPopup(HWND hdlgDandD, XferWindowRecord*, WPARAM wParam, LPARAM lParam)
+{
+    if (lParam != SECOND_POPUP) {
+        return 0;
+    }
+    DWORD nStart = 0;
+    DWORD nEnd = 0;
+    SendDlgItemMessageA(hdlgDandD, IDC_DANDD_INFOLINE, EM_GETSEL, reinterpret_cast<WPARAM>(&nStart),
+                        reinterpret_cast<LPARAM>(&nEnd));
+    UINT uState = nStart != nEnd ? MF_ENABLED : MF_GRAYED;
+    auto hmenu = reinterpret_cast<HMENU>(wParam);
+    EnableMenuItem(hmenu, IDM_XFER_COPY, uState);
+    EnableMenuItem(hmenu, IDM_XFER_SAVESELECTION, uState);
+    return 1;
+}
+
+INT_PTR onMenuSelect(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM wParam, LPARAM lParam)
+{
+    vXferDandDMenuHint(hdlgDandD, pRecord, wParam, lParam);
+    return 0;
+}
+
+INT_PTR onHelp(HWND, XferWindowRecord* pRecord, WPARAM, LPARAM)
+{
+    vXferShowHelp(XferHelpOwner(pRecord), XFERHELP_TRANSFER);
+    return 1;
+}
+
+INT_PTR onShowHint(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM wParam, LPARAM)
+{
+    vXferDandDButtonHint(hdlgDandD, pRecord, UINT(wParam));
+    return 1;
+}
+
+struct MessageRow {
+    UINT uMessage;
+    INT_PTR (*pfnHandle)(HWND, XferWindowRecord*, WPARAM, LPARAM);
+};
+
+// The messages of a window that has its record.
+constexpr MessageRow MESSAGES[] = {
+    {WM_SIZE, onSize},
+    {WM_PAINT, onPaint},
+    {WM_ERASEBKGND, onEraseBackground},
+    {WM_SHOWWINDOW, onShowWindow},
+    {WM_SETCURSOR, onSetCursor},
+    {WM_DRAWITEM, onDrawItem},
+    {WM_QUERYDRAGICON, onQueryDragIcon},
+    {WM_DESTROY, onDestroy},
+    {WM_NCDESTROY, onNcDestroy},
+    {WM_COMMAND, onCommand},
+    {WM_INITMENUPOPUP, onInitMenuPopup},
+    {WM_MENUSELECT, onMenuSelect},
+    {WM_XFER_HELP, onHelp},
+    {WM_XFER_SHOWHINT, onShowHint},
+};
+
+bool isOwnerDrawn(UINT idControl)
+{
+    return idControl == IDC_DANDD_LOCALDIRS || idControl == IDC_DANDD_HOSTDIRS ||
+           idControl == IDC_DANDD_LOCALDRIVES;
+}
+
+// Arrives while the controls are made, when the window has no record yet.
+INT_PTR onMeasureItem(HWND hdlgDandD, LPARAM lParam)
+{
+    auto pMeasure = reinterpret_cast<MEASUREITEMSTRUCT*>(lParam);
+    if (!isOwnerDrawn(pMeasure->CtlID)) {
+        return 0;
+    }
+    TEXTMETRICA metrics = {};
+    HDC hdc = GetDC(hdlgDandD);
+    GetTextMetricsA(hdc, &metrics);
+    ReleaseDC(hdlgDandD, hdc);
+    int cy = metrics.tmAscent + metrics.tmExternalLeading;
+    g_nListItemHeight = cy < LEAST_ITEM_HEIGHT ? LEAST_ITEM_HEIGHT : cy;
+    pMeasure->itemHeight = UINT(g_nListItemHeight);
+    return 0;
+}
+
+} // namespace
+
+INT_PTR CALLBACK fDlgXferDandDProc(HWND hdlgDandD, UINT uMessage, WPARAM wParam, LPARAM lParam)
+{
+    if (uMessage == WM_MEASUREITEM) {
+        return onMeasureItem(hdlgDandD, lParam);
+    }
+    if (uMessage == WM_INITDIALOG) {
+        return fXferDandDInitDialog(hdlgDandD, reinterpret_cast<XferWindowRecord*>(lParam));
+    }
+    auto pRecord = reinterpret_cast<XferWindowRecord*>(GetWindowLongA(hdlgDandD, DWL_USER));
+    if (pRecord == nullptr) {
+        return 0;
+    }
+    for (const MessageRow& row : MESSAGES) {
+        if (row.uMessage == uMessage) {
+            return row.pfnHandle(hdlgDandD, pRecord, wParam, lParam);
+        }
+    }
+    return 0;
+}

@@ -1,0 +1,140 @@
+// The initialisation of a transfer window.
+#include "dialog.h"
+#include "panes.h"
+#include "../resources/ids.h"
+#include "../shared/library.h"
+
+#include <direct.h>
+
+namespace {
+
+constexpr char WINDOW_ICON[] = "XferDandDIcon";
+constexpr int LIST_FONT_HEIGHT = -8;
+constexpr char LIST_FONT_FACE[] = "MS Sans Serif";
+constexpr DWORD FIRST_TYPE = XFERTYPE_AUTOMATIC;
+
+constexpr const char* LIST_ICONS[XFERICON_COUNT] = {
+    "OpenFolder", "ClosedFolder", "SelectedFolder", "FloppyDrive",
+    "FixedDrive", "CDRomDrive",   "NetDrive",       "RamDrive",
+};
+
+// A control whose procedure is replaced, and where the old one is kept.
+struct SubclassRow {
+    int idControl;
+    WNDPROC pfnNew;
+    WNDPROC XferWindowRecord::*pOriginal;
+};
+
+constexpr SubclassRow SUBCLASSED[] = {
+    {IDC_DANDD_LOCALFILES, lLFileListProc, &XferWindowRecord::pfnOrigLocalFileList},
+    {IDC_DANDD_HOSTFILES, lHFileListProc, &XferWindowRecord::pfnOrigHostFileList},
+    {IDC_DANDD_HOSTDIRS, lHDirListProc, &XferWindowRecord::pfnOrigHostDirList},
+    {IDC_DANDD_LOCALDIRS, lLDirListProc, &XferWindowRecord::pfnOrigLocalDirList},
+    {IDC_DANDD_INFOLINE, lInfoLineProc, &XferWindowRecord::pfnOrigInfoLine},
+};
+
+void loadPopups(XferWindowRecord* pRecord)
+{
+    HMENU hmenu = GetMenu(pRecord->hwndDialog);
+    for (int n = 0; n < XFER_POPUPS; ++n) {
+        pRecord->hmenuPopup[n] = GetSubMenu(hmenu, n);
+    }
+}
+
+void loadIcons(HWND hdlgDandD)
+{
+    for (int n = 0; n < XFERICON_COUNT; ++n) {
+        g_listIcons[n] = LoadIconA(g_hInstance, LIST_ICONS[n]);
+    }
+    if (fXferIsVersion4()) {
+        SendMessageA(hdlgDandD, WM_SETICON, ICON_BIG,
+                     reinterpret_cast<LPARAM>(LoadIconA(g_hInstance, WINDOW_ICON)));
+    }
+}
+
+void setFont(HWND hdlgDandD, int idControl, HGDIOBJ hfont)
+{
+    SendDlgItemMessageA(hdlgDandD, idControl, WM_SETFONT, reinterpret_cast<WPARAM>(hfont), FALSE);
+}
+
+// The names of files in a font of their own, the log and the command line in fixed pitch, so
+// that columns stay in line.
+void setFonts(HWND hdlgDandD, XferWindowRecord* pRecord)
+{
+    pRecord->hfontList =
+        CreateFontA(LIST_FONT_HEIGHT, 0, 0, 0, FW_NORMAL, 0, 0, 0, 0, 0, 0, 0, 0, LIST_FONT_FACE);
+    if (pRecord->hfontList != nullptr) {
+        setFont(hdlgDandD, IDC_DANDD_LOCALFILES, pRecord->hfontList);
+        setFont(hdlgDandD, IDC_DANDD_HOSTFILES, pRecord->hfontList);
+    }
+    HGDIOBJ hfontFixed = GetStockObject(ANSI_FIXED_FONT);
+    setFont(hdlgDandD, IDC_DANDD_COMMANDLABEL, hfontFixed);
+    setFont(hdlgDandD, IDC_DANDD_COMMANDLINE, hfontFixed);
+    setFont(hdlgDandD, IDC_DANDD_INFOLINE, hfontFixed);
+}
+
+// The mode that the caller asked for is set by the ordinary command, when the caller's message
+// loop runs. A command only acts on a change, hence the inversion.
+void postFirstMode(HWND hdlgDandD, XferWindowRecord* pRecord)
+{
+    pRecord->nViewMode = pRecord->nViewMode == 0;
+    PostMessageA(hdlgDandD, WM_COMMAND,
+                 pRecord->nViewMode == 1 ? IDM_XFER_TWOPANE : IDM_XFER_COMMANDLINE, 0);
+}
+
+void fillTypes(HWND hdlgDandD, const XferWindowRecord* pRecord)
+{
+    char szMask[XFER_NAME_SIZE];
+    vXferDandDFillTypeList(hdlgDandD, pRecord->hLanguage);
+    SendDlgItemMessageA(hdlgDandD, IDC_DANDD_LOCALTYPES, CB_SETCURSEL, 0, 0);
+    vXferDandDLoadString(pRecord, IDS_TYPE1_MASK, szMask, sizeof szMask);
+    SendDlgItemMessageA(hdlgDandD, IDC_DANDD_LOCALFILTER, WM_SETTEXT, 0,
+                        reinterpret_cast<LPARAM>(szMask));
+}
+
+void fillDrives(HWND hdlgDandD, XferWindowRecord* pRecord)
+{
+    pRecord->nLocalDrive = _getdrive();
+    vXferDandDFillDriveList(hdlgDandD);
+    LRESULT nRow = nXferDandDFindDriveRow(hdlgDandD, pRecord->nLocalDrive);
+    SendDlgItemMessageA(hdlgDandD, IDC_DANDD_LOCALDRIVES, CB_SETCURSEL, WPARAM(nRow), 0);
+}
+
+void limitLines(HWND hdlgDandD)
+{
+    SendDlgItemMessageA(hdlgDandD, IDC_DANDD_HOSTPATH, EM_LIMITTEXT, XFER_NAME_SIZE, 0);
+    SendDlgItemMessageA(hdlgDandD, IDC_DANDD_HOSTPATH, EM_SETMODIFY, FALSE, 0);
+    SendDlgItemMessageA(hdlgDandD, IDC_DANDD_LOCALFILTER, EM_LIMITTEXT, XFER_NAME_SIZE, 0);
+    SendDlgItemMessageA(hdlgDandD, IDC_DANDD_HOSTFILTER, EM_LIMITTEXT, XFER_NAME_SIZE, 0);
+}
+
+void subclassControls(HWND hdlgDandD, XferWindowRecord* pRecord)
+{
+    for (const SubclassRow& row : SUBCLASSED) {
+        HWND hwndControl = GetDlgItem(hdlgDandD, row.idControl);
+        pRecord->*row.pOriginal =
+            reinterpret_cast<WNDPROC>(GetWindowLongA(hwndControl, GWL_WNDPROC));
+        SetWindowLongA(hwndControl, GWL_WNDPROC, reinterpret_cast<LONG>(row.pfnNew));
+    }
+}
+
+} // namespace
+
+int fXferDandDInitDialog(HWND hdlgDandD, XferWindowRecord* pRecord)
+{
+    SetWindowLongA(hdlgDandD, DWL_USER, reinterpret_cast<LONG>(pRecord));
+    pRecord->hwndDialog = hdlgDandD;
+    loadPopups(pRecord);
+    loadIcons(hdlgDandD);
+    pRecord->hcurBusy = LoadCursorA(nullptr, MAKEINTRESOURCEA(32650)); // IDC_APPSTARTING
+    setFonts(hdlgDandD, pRecord);
+    vXferDandDInitStrip(hdlgDandD, pRecord);
+    vXferDandDInitToolbar(hdlgDandD, pRecord->nViewMode, FIRST_TYPE);
+    vXferDandDCaptureLayout(hdlgDandD, &pRecord->layout);
+    postFirstMode(hdlgDandD, pRecord);
+    fillTypes(hdlgDandD, pRecord);
+    fillDrives(hdlgDandD, pRecord);
+    limitLines(hdlgDandD);
+    subclassControls(hdlgDandD, pRecord);
+    return 1;
+}

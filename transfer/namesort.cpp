@@ -1,0 +1,113 @@
+#include "namesort.h"
+
+#include <stdlib.h>
+#include <string.h>
+
+namespace {
+
+constexpr LONG FIRST_ROOM = 256;
+constexpr size_t BLOCK_BYTES = 64 * 1024;
+constexpr int KEY_BYTES = 2048; // more than a name of 259 characters needs
+
+} // namespace
+
+// Texts and keys lie in large blocks: a hundred thousand names are a few dozen allocations.
+struct XferNameBlock {
+    XferNameBlock* pNext;
+    size_t cbUsed;
+    char bytes[BLOCK_BYTES];
+};
+
+namespace {
+
+char* takeBytes(XferNames* pNames, const void* pFrom, size_t cb)
+{
+    XferNameBlock* pBlock = pNames->pBlocks;
+    if (pBlock == nullptr || pBlock->cbUsed + cb > BLOCK_BYTES) {
+        pBlock = static_cast<XferNameBlock*>(malloc(sizeof *pBlock));
+        if (pBlock == nullptr) {
+            return nullptr;
+        }
+        pBlock->pNext = pNames->pBlocks;
+        pBlock->cbUsed = 0;
+        pNames->pBlocks = pBlock;
+    }
+    char* pBytes = pBlock->bytes + pBlock->cbUsed;
+    memcpy(pBytes, pFrom, cb);
+    pBlock->cbUsed += cb;
+    return pBytes;
+}
+
+bool makeRoom(XferNames* pNames)
+{
+    if (pNames->cNames < pNames->cRoom) {
+        return true;
+    }
+    LONG cRoom = pNames->cRoom == 0 ? FIRST_ROOM : pNames->cRoom * 2;
+    void* pNew = realloc(pNames->pNames, size_t(cRoom) * sizeof(XferSortedName));
+    if (pNew == nullptr) {
+        return false;
+    }
+    pNames->pNames = static_cast<XferSortedName*>(pNew);
+    pNames->cRoom = cRoom;
+    return true;
+}
+
+// Sort keys compare byte by byte as lstrcmpA compares the texts, and far more quickly.
+void addKey(XferNames* pNames, XferSortedName* pName)
+{
+    BYTE key[KEY_BYTES];
+    int cb = LCMapStringA(GetThreadLocale(), LCMAP_SORTKEY, pName->pszName, -1,
+                          reinterpret_cast<char*>(key), sizeof key);
+    pName->pbKey = cb <= 0 ? nullptr : reinterpret_cast<BYTE*>(takeBytes(pNames, key, size_t(cb)));
+    pName->cbKey = pName->pbKey == nullptr ? 0 : DWORD(cb);
+}
+
+// Where the keys are equal, or one is missing, the texts decide.
+int compareNames(const void* p1, const void* p2)
+{
+    auto pName1 = static_cast<const XferSortedName*>(p1);
+    auto pName2 = static_cast<const XferSortedName*>(p2);
+    if (pName1->pbKey != nullptr && pName2->pbKey != nullptr) {
+        DWORD cb = pName1->cbKey < pName2->cbKey ? pName1->cbKey : pName2->cbKey;
+        int nOrder = memcmp(pName1->pbKey, pName2->pbKey, cb);
+        if (nOrder != 0) {
+            return nOrder;
+        }
+    }
+    return lstrcmpA(pName1->pszName, pName2->pszName);
+}
+
+} // namespace
+
+bool fXferNamesAdd(XferNames* pNames, const char* pszName)
+{
+    if (!makeRoom(pNames)) {
+        return false;
+    }
+    XferSortedName name = {takeBytes(pNames, pszName, strlen(pszName) + 1), nullptr, 0};
+    if (name.pszName == nullptr) {
+        return false;
+    }
+    pNames->pNames[pNames->cNames++] = name;
+    return true;
+}
+
+void vXferNamesSort(XferNames* pNames)
+{
+    for (LONG n = 0; n < pNames->cNames; ++n) {
+        addKey(pNames, &pNames->pNames[n]);
+    }
+    qsort(pNames->pNames, size_t(pNames->cNames), sizeof(XferSortedName), compareNames);
+}
+
+void vXferNamesFree(XferNames* pNames)
+{
+    while (pNames->pBlocks != nullptr) {
+        XferNameBlock* pNext = pNames->pBlocks->pNext;
+        free(pNames->pBlocks);
+        pNames->pBlocks = pNext;
+    }
+    free(pNames->pNames);
+    *pNames = {};
+}

@@ -1,0 +1,31 @@
+// Names of files or directories, collected and then sorted once, in the order of lstrcmpA.
+#ifndef TRANSFER_NAMESORT_H
+#define TRANSFER_NAMESORT_H
+
+#include <windows.h>
+
+struct XferSortedName {
+    const char* pszName;
+    const BYTE* pbKey; // null where there was no memory for it
+    DWORD cbKey;
+};
+
+struct XferNameBlock;
+
+// Starts zeroed. Owns its texts until vXferNamesFree.
+struct XferNames {
+    XferSortedName* pNames;
+    LONG cNames;
+    LONG cRoom;
+    XferNameBlock* pBlocks;
+};
+
+// Takes a copy of a name. Gives false if there is no memory for it; the list goes on without.
+bool fXferNamesAdd(XferNames* pNames, const char* pszName);
+
+// Sorts all names.
+void vXferNamesSort(XferNames* pNames);
+
+void vXferNamesFree(XferNames* pNames);
+
+#endif

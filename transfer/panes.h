@@ -1,0 +1,63 @@
+// The panes: what fills the lists on both sides, and what the user does in them. Each group is
+// one source file. The exported calls stand in krhaul.h.
+#ifndef TRANSFER_PANES_H
+#define TRANSFER_PANES_H
+
+#include "rows.h"
+
+#include <sys/stat.h>
+
+// locallist.cpp: the local panes.
+UINT nXferDandDTypePatternId(LRESULT nTypeRow);
+int nXferDandDRemoveLocalFileName(HWND hdlgDandD, const char* pszName);
+
+// drives.cpp: the drive list and the list of file types.
+void vXferDandDFillDriveList(HWND hdlgDandD);
+void vXferDandDFillTypeList(HWND hdlgDandD, HMODULE hLanguage);
+
+// Selects the row of a drive, which is 1 for A:. Gives the row, or CB_ERR if it has none.
+LRESULT nXferDandDFindDriveRow(HWND hdlgDandD, LONG nDrive);
+
+// drawitem.cpp: a row of an owner-drawn list.
+void vXferDandDDrawListItem(HWND hdlgDandD, XferWindowRecord* pRecord, const DRAWITEMSTRUCT* pDraw);
+
+// pathline.cpp: Enter and double clicks. Gives 1 if the control is one that they mean something
+// to.
+int fXferDandDActivate(HWND hdlgDandD, XferWindowRecord* pRecord, HWND hwndControl);
+void vXferDandDApplyLocalFilter(HWND hdlgDandD);
+
+// The path of an ancestor row of the local directory list.
+void vXferDandDAncestorPath(const XferWindowRecord* pRecord, const XferRow* pRow,
+                            char (&szPath)[XFER_NAME_SIZE]);
+
+// Says in the log that a local file or directory can't be had. Only cchFormat characters of
+// the format count, at most 80.
+void vXferDandDReportLocalFailure(HWND hdlgDandD, const XferWindowRecord* pRecord,
+                                  const char* pszName, int cchFormat);
+
+// drag.cpp: the drag itself. Gives the id of the list under the pointer at its end, or 0.
+int nXferDandDTrackDrag(HWND hdlgDandD, int idSource, int idFileTarget, int idDirTarget);
+
+// drop.cpp: what follows a drag, or the transfer command.
+enum XferDirection { XFERDIR_RECEIVE = 0, XFERDIR_SEND = 1 };
+void vXferDandDDropOn(XferWindowRecord* pRecord, int idSource, int idTarget,
+                      XferDirection direction, bool fOnDirList);
+
+// Makes a list of the selected rows' names, in one column; nAction is what each name is
+// recorded as, or 0. Gives 1, or 0 with no list.
+int fXferDandDListSelection(const XferWindowRecord* pRecord, int idSource, LONG nColumn,
+                            int nAction, XferFileList* pList);
+
+// Gives 1, also when nothing was selected, or 0 when the directory can't be entered or the
+// list not be made. *pList is the list that was handed over; it isn't ours any more.
+int fXferDandDTransferSelection(XferWindowRecord* pRecord, int idSource, XferDirection direction,
+                                XferFileList* pList, const char* pszDir);
+
+// commands.cpp: while it is set, a change of selection leaves the text of the strip alone.
+void vXferDandDKeepStripText(bool fKeep);
+
+// details.cpp: lines in the style of a directory listing.
+void vXferDandDFileDetails(HWND hdlgDandD, const char* pszName);
+int nXferDandDFileStat(const char* pszPath, struct _stat* pStat);
+
+#endif

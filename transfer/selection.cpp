@@ -1,0 +1,327 @@
+// The commands that act on selected rows. A selection counts in two-pane mode only; without
+// one, a command asks for the names in its dialog.
+#include "commands.h"
+#include "../resources/ids.h"
+#include "../shared/krutils.h"
+
+#include <direct.h>
+#include <stdio.h>
+#include <string.h>
+
+namespace {
+
+constexpr DWORD CONFIRM_LOCALDELETE = 2;
+constexpr DWORD CONFIRM_LOCALRMDIR = 4;
+constexpr int CCH_QUESTION = 80;
+constexpr DWORD FROM_LIST = 1;
+
+bool isTwoPane(const XferCommand* pCommand)
+{
+    return pCommand->pRecord->nViewMode == XFERVIEW_TWOPANE;
+}
+
+bool isAlive(const XferCommand* pCommand)
+{
+    return fXferDandDIsAlive(pCommand->hdlgDandD, pCommand->pRecord);
+}
+
+LONG countSelected(const XferCommand* pCommand, int idList)
+{
+    return isTwoPane(pCommand)
+               ? LONG(SendDlgItemMessageA(pCommand->hdlgDandD, idList, LB_GETSELCOUNT, 0, 0))
+               : 0;
+}
+
+// The row of a directory list that a command acts on.
+enum RowState { ROW_NONE, ROW_BROKEN, ROW_FOUND };
+
+RowState selectedDir(const XferCommand* pCommand, int idList, XferRow* pRow)
+{
+    HWND hwndList = GetDlgItem(pCommand->hdlgDandD, idList);
+    LRESULT nRow = isTwoPane(pCommand) ? SendMessageA(hwndList, LB_GETCURSEL, 0, 0) : LB_ERR;
+    if (nRow == LB_ERR) {
+        return ROW_NONE;
+    }
+    return fXferDandDReadRow(hwndList, LONG(nRow), pRow) ? ROW_FOUND : ROW_BROKEN;
+}
+
+// Whether the user has to be asked: always, where the caller keeps no flags.
+bool mustConfirm(const XferWindowRecord* pRecord, DWORD dwFlag)
+{
+    if (pRecord->callbacks.pfnConfirmFlags == nullptr) {
+        return true;
+    }
+    return (pRecord->callbacks.pfnConfirmFlags(pRecord->dwCallerData, 0, 0) & dwFlag) != 0;
+}
+
+// Asks about a name. Gives true only for a yes, and only if the window has outlived the box.
+bool userConfirms(const XferCommand* pCommand, UINT idText, UINT idCaption, const char* pszName)
+{
+    char szFormat[CCH_QUESTION];
+    char szCaption[CCH_QUESTION];
+    char szText[XFER_FORMAT_SIZE];
+    vXferDandDLoadString(pCommand->pRecord, idText, szFormat, sizeof szFormat);
+    vXferDandDLoadString(pCommand->pRecord, idCaption, szCaption, sizeof szCaption);
+    wsprintfA(szText, szFormat, pszName);
+    int nAnswer = MessageBoxA(pCommand->hdlgDandD, szText, szCaption, MB_YESNO | MB_ICONQUESTION);
+    return nAnswer == IDYES && isAlive(pCommand);
+}
+
+bool mayGoOn(const XferCommand* pCommand, DWORD dwFlag, UINT idText, UINT idCaption,
+             const char* pszName)
+{
+    bool fAsk = mustConfirm(pCommand->pRecord, dwFlag);
+    return isAlive(pCommand) && (!fAsk || userConfirms(pCommand, idText, idCaption, pszName));
+}
+
+void reportFailure(const XferCommand* pCommand, const char* pszName)
+{
+    vXferDandDReportLocalFailure(pCommand->hdlgDandD, pCommand->pRecord, pszName, CCH_QUESTION);
+}
+
+void showString(const XferCommand* pCommand, UINT idString)
+{
+    char szText[XFER_NAME_SIZE];
+    vXferDandDLoadString(pCommand->pRecord, idString, szText, sizeof szText);
+    vXferDandDDisplayDILText(pCommand->hdlgDandD, szText);
+}
+
+void removeHostDir(const XferCommand* pCommand, const XferRow* pRow)
+{
+    const XferWindowRecord* pRecord = pCommand->pRecord;
+    if (pRow->nKind != XFERITEM_CHILD) {
+        showString(pCommand, IDS_HOSTDIR_FIXED);
+        return;
+    }
+    HWND hwndParent = pRecord->hwndParent;
+    if (pRecord->callbacks.pfnRemoveHostDir != nullptr) {
+        pRecord->callbacks.pfnRemoveHostDir(pRecord->dwCallerData, 0, 0, pRow->szText, FROM_LIST);
+    }
+    KrRecordAction(hwndParent, KRACTION_HOSTDIR_REMOVED, pRow->szText);
+}
+
+void removeLocalDir(const XferCommand* pCommand, const XferRow* pRow)
+{
+    if (pRow->nKind != XFERITEM_CHILD) {
+        showString(pCommand, IDS_HOSTDIR_FIXED);
+        return;
+    }
+    if (!mayGoOn(pCommand, CONFIRM_LOCALRMDIR, IDS_RMDIR_TEXT, IDS_RMDIR_CAPTION, pRow->szText)) {
+        return;
+    }
+    if (_rmdir(pRow->szText) != 0) {
+        reportFailure(pCommand, pRow->szText);
+        return;
+    }
+    KrRecordAction(pCommand->pRecord->hwndParent, KRACTION_LOCALDIR_REMOVED, pRow->szText);
+    fXferDandDRemoveSubDir(pCommand->hdlgDandD, IDC_DANDD_LOCALDIRS, pRow->szText);
+}
+
+void deleteHostFiles(const XferCommand* pCommand)
+{
+    const XferWindowRecord* pRecord = pCommand->pRecord;
+    XferFileList list;
+    if (!fXferDandDListSelection(pRecord, IDC_DANDD_HOSTFILES, XFERLIST_HOST,
+                                 KRACTION_HOSTFILE_DELETED, &list)) {
+        return;
+    }
+    if (pRecord->callbacks.pfnDeleteHostFiles != nullptr) {
+        pRecord->callbacks.pfnDeleteHostFiles(pRecord->dwCallerData, 0, 0, list, 0);
+    } else {
+        XferFileList_vDestroy(list);
+    }
+}
+
+// Asks for one file if need be, and deletes it. Gives whether it has gone.
+bool deleteLocalFile(const XferCommand* pCommand, const char* pszName)
+{
+    if (!mayGoOn(pCommand, CONFIRM_LOCALDELETE, IDS_DELETE_TEXT, IDS_DELETE_CAPTION, pszName)) {
+        return false;
+    }
+    if (remove(pszName) != 0) {
+        reportFailure(pCommand, pszName);
+        return false;
+    }
+    KrRecordAction(pCommand->pRecord->hwndParent, KRACTION_LOCALFILE_DELETED, pszName);
+    nXferDandDRemoveLocalFileName(pCommand->hdlgDandD, pszName);
+    return true;
+}
+
+// The rows in hand, ascending, in a block of the global heap.
+struct SelectedRows {
+    HGLOBAL hRows;
+    LONG* pRows;
+    LONG cRows;
+};
+
+bool takeSelection(HWND hwndList, SelectedRows* pSelected)
+{
+    auto cSelected = LONG(SendMessageA(hwndList, LB_GETSELCOUNT, 0, 0));
+    if (cSelected <= 0) {
+        return false;
+    }
+    pSelected->hRows = GlobalAlloc(GMEM_MOVEABLE, SIZE_T(cSelected) * sizeof(LONG));
+    pSelected->pRows =
+        static_cast<LONG*>(pSelected->hRows == nullptr ? nullptr : GlobalLock(pSelected->hRows));
+    if (pSelected->pRows == nullptr) {
+        if (pSelected->hRows != nullptr) {
+            GlobalFree(pSelected->hRows);
+        }
+        return false;
+    }
+    pSelected->cRows = LONG(SendMessageA(hwndList, LB_GETSELITEMS, WPARAM(cSelected),
+                                         reinterpret_cast<LPARAM>(pSelected->pRows)));
+    return true;
+}
+
+void giveBackSelection(SelectedRows* pSelected)
+{
+    GlobalUnlock(pSelected->hRows);
+    GlobalFree(pSelected->hRows);
+}
+
+// The names are read before the first box opens: while one is open, the list can be filled
+// anew, and what stood in a row must not be taken for what stands there then.
+void deleteLocalFiles(const XferCommand* pCommand)
+{
+    HWND hwndList = GetDlgItem(pCommand->hdlgDandD, IDC_DANDD_LOCALFILES);
+    XferFileList names;
+    char szName[XFER_NAME_SIZE];
+    if (!fXferDandDListSelection(pCommand->pRecord, IDC_DANDD_LOCALFILES, XFERLIST_LOCAL, 0,
+                                 &names)) {
+        return;
+    }
+    char szDir[XFER_NAME_SIZE];
+    lstrcpynA(szDir, pCommand->pRecord->szLocalDir, sizeof szDir);
+    for (LONG n = 0; n < XferFileList_cGetSize(names) && isAlive(pCommand) && IsWindow(hwndList);
+         ++n) {
+        // A name belongs to the directory it was selected in.
+        if (strcmp(szDir, pCommand->pRecord->szLocalDir) != 0) {
+            break;
+        }
+        XferFileList_lpszGetString(names, n, XFERLIST_LOCAL, szName, sizeof szName);
+        deleteLocalFile(pCommand, szName);
+    }
+    XferFileList_vDestroy(names);
+}
+
+void viewHostFiles(const XferWindowRecord* pRecord, XferFileList list)
+{
+    if (pRecord->callbacks.pfnViewHostFiles != nullptr) {
+        pRecord->callbacks.pfnViewHostFiles(pRecord->dwCallerData, 0, 0, list, 0);
+    } else {
+        XferFileList_vDestroy(list);
+    }
+}
+
+void detailHostFiles(const XferWindowRecord* pRecord, XferFileList list)
+{
+    if (pRecord->callbacks.pfnHostFileDetails != nullptr) {
+        pRecord->callbacks.pfnHostFileDetails(pRecord->dwCallerData, 0, 0, list);
+    } else {
+        XferFileList_vDestroy(list);
+    }
+}
+
+void detailLocalFiles(const XferCommand* pCommand)
+{
+    char szName[XFER_NAME_SIZE];
+    HWND hwndList = GetDlgItem(pCommand->hdlgDandD, IDC_DANDD_LOCALFILES);
+    auto cRows = LONG(SendMessageA(hwndList, LB_GETCOUNT, 0, 0));
+    for (LONG n = 0; n < cRows; ++n) {
+        if (SendMessageA(hwndList, LB_GETSEL, WPARAM(n), 0) > 0 &&
+            nXferDandDRowText(hwndList, n, szName) != LB_ERR) {
+            vXferDandDFileDetails(pCommand->hdlgDandD, szName);
+        }
+    }
+}
+
+// Sizes of the selected files, from the last to the first; 0 if one can't be had.
+DWORD sumSizes(HWND hwndList, const SelectedRows* pSelected)
+{
+    char szName[XFER_NAME_SIZE];
+    struct _stat stat;
+    DWORD cbTotal = 0;
+    for (LONG n = pSelected->cRows - 1; n >= 0; --n) {
+        nXferDandDRowText(hwndList, pSelected->pRows[n], szName);
+        if (nXferDandDFileStat(szName, &stat) != 0) {
+            return 0;
+        }
+        cbTotal += DWORD(stat.st_size);
+    }
+    return cbTotal;
+}
+
+} // namespace
+
+void vXferDandDRemoveDirs(const XferCommand* pCommand)
+{
+    XferRow row;
+    RowState state = selectedDir(pCommand, IDC_DANDD_HOSTDIRS, &row);
+    if (state != ROW_NONE) {
+        if (state == ROW_FOUND) {
+            removeHostDir(pCommand, &row);
+        }
+        return;
+    }
+    if (selectedDir(pCommand, IDC_DANDD_LOCALDIRS, &row) == ROW_FOUND) {
+        removeLocalDir(pCommand, &row);
+    }
+}
+
+void vXferDandDTransfer(const XferCommand* pCommand)
+{
+    if (countSelected(pCommand, IDC_DANDD_LOCALFILES) > 0) {
+        vXferDandDDropOn(pCommand->pRecord, IDC_DANDD_LOCALFILES, IDC_DANDD_HOSTFILES, XFERDIR_SEND,
+                         false);
+    } else if (countSelected(pCommand, IDC_DANDD_HOSTFILES) > 0) {
+        vXferDandDDropOn(pCommand->pRecord, IDC_DANDD_HOSTFILES, IDC_DANDD_LOCALFILES,
+                         XFERDIR_RECEIVE, false);
+    }
+}
+
+void vXferDandDDelete(const XferCommand* pCommand)
+{
+    if (countSelected(pCommand, IDC_DANDD_HOSTFILES) > 0) {
+        deleteHostFiles(pCommand);
+    } else if (countSelected(pCommand, IDC_DANDD_LOCALFILES) > 0) {
+        deleteLocalFiles(pCommand);
+    }
+}
+
+void vXferDandDView(const XferCommand* pCommand)
+{
+    XferFileList list;
+    if (countSelected(pCommand, IDC_DANDD_HOSTFILES) > 0 &&
+        fXferDandDListSelection(pCommand->pRecord, IDC_DANDD_HOSTFILES, XFERLIST_HOST, 0, &list)) {
+        viewHostFiles(pCommand->pRecord, list);
+    }
+}
+
+void vXferDandDDetails(const XferCommand* pCommand)
+{
+    XferFileList list;
+    if (countSelected(pCommand, IDC_DANDD_HOSTFILES) > 0) {
+        if (fXferDandDListSelection(pCommand->pRecord, IDC_DANDD_HOSTFILES, XFERLIST_HOST, 0,
+                                    &list)) {
+            detailHostFiles(pCommand->pRecord, list);
+        }
+    } else if (countSelected(pCommand, IDC_DANDD_LOCALFILES) > 0) {
+        detailLocalFiles(pCommand);
+    }
+}
+
+void vXferDandDSumSelection(const XferCommand* pCommand)
+{
+    char szFormat[XFER_NAME_SIZE];
+    char szText[XFER_FORMAT_SIZE];
+    SelectedRows selected = {};
+    if (!takeSelection(pCommand->hwndControl, &selected)) {
+        return;
+    }
+    DWORD cbTotal = sumSizes(pCommand->hwndControl, &selected);
+    vXferDandDLoadString(pCommand->pRecord, IDS_SELECTION_SUM, szFormat, sizeof szFormat);
+    wsprintfA(szText, szFormat, DWORD(selected.cRows), cbTotal);
+    giveBackSelection(&selected);
+    vXferDandDDisplayDILText(pCommand->hdlgDandD, szText);
+}
