@@ -69,13 +69,13 @@ using Table = std::map<std::string, std::string>;
 
 // What the library may ask of the system: the calls that its work is made of.
 const Table PLATFORM = {
-    {"COMDLG32.DLL", "GetSaveFileNameA a3a0"},
+    {"COMDLG32.DLL", "GetSaveFileNameA"},
     {"GDI32.DLL",
      "BitBlt CreateBitmap CreateCompatibleDC CreateDIBitmap CreateDiscardableBitmap "
      "CreateFontA CreatePatternBrush CreatePen CreateSolidBrush DPtoLP DeleteDC "
      "DeleteObject ExtTextOutA GetCharWidthA GetStockObject GetTextExtentPointA "
      "GetTextMetricsA LineTo MoveToEx PatBlt RectVisible SelectObject SetBkColor SetBkMode "
-     "SetTextColor SetWindowOrgEx StretchDIBits a410"},
+     "SetTextColor SetWindowOrgEx StretchDIBits"},
     {"KERNEL32.DLL",
      "FileTimeToSystemTime FindClose FindFirstFileA FindNextFileA FindResourceA "
      "FormatMessageA FreeLibrary FreeResource GetDriveTypeA GetLastError GetLogicalDrives "
