@@ -81,11 +81,11 @@ const Table PLATFORM = {
      "FormatMessageA FreeLibrary FreeResource GetDriveTypeA GetLastError GetLogicalDrives "
      "GetThreadLocale GetTickCount GetUserDefaultLangID GetVersion GetVolumeInformationA "
      "GlobalAlloc GlobalFree GlobalHandle GlobalLock GlobalReAlloc GlobalSize GlobalUnlock "
-     "LCMapStringA LoadLibraryA LoadResource LocalFree LockResource SizeofResource a4c0 "
+     "LCMapStringA LoadLibraryA LoadResource LocalFree LockResource SizeofResource "
      "lstrcmpA lstrcmpiA lstrcpynA lstrlenA"},
     {"MSVCRT.DLL",
      "_chdir _chdrive _close _fstat _fullpath _getcwd _getdrive _open _rmdir _strlwr "
-     "_unlink a574 fclose fopen fputs free malloc memcmp memcpy memmove memset qsort "
+     "_unlink fclose fopen fputs free malloc memcmp memcpy memmove memset qsort "
      "realloc remove strcat strchr strcmp strcpy strlen strncat strncmp strncpy strpbrk "
      "strrchr strstr"},
     {"USER32.DLL",
@@ -100,7 +100,7 @@ const Table PLATFORM = {
      "RegisterClassA ReleaseCapture ReleaseDC ScreenToClient SendDlgItemMessageA "
      "SendMessageA SetCapture SetCursor SetDlgItemInt SetDlgItemTextA SetFocus SetRect "
      "SetTimer SetWindowLongA SetWindowPos SetWindowTextA ShowWindow UpdateWindow WinHelpA "
-     "WindowFromPoint a690 wsprintfA"},
+     "WindowFromPoint wsprintfA"},
 };
 
 // What the compiler's start-up code can't do without.
