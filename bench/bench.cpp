@@ -1,5 +1,6 @@
 // The benchmark: each measurement beside a yardstick, in one run. Only the ratios mean
 // something beyond this machine.
+#include "toolbar_bench.h"
 #include "../include/krhaul.h"
 
 #include <algorithm>
@@ -158,6 +159,18 @@ void benchLoad()
     printf("%-34s %10lu bytes\n", "size of KRHAUL.DLL", find.nFileSizeLow);
 }
 
+void benchToolbar(BenchToolbarLook look, const char* pszWhat)
+{
+    constexpr int REPAINTS = 500;
+    BenchToolbars toolbars = makeBenchToolbars(GetModuleHandleA("KRHAUL.DLL"));
+    setBenchToolbarLook(&toolbars, look);
+    double dOurs = best([=] { repaintBenchToolbar(toolbars.hwndOurs, REPAINTS); });
+    double dLibrary = best([=] { repaintBenchToolbar(toolbars.hwndLibrary, REPAINTS); });
+    print(pszWhat, dOurs / REPAINTS * 1e6, "us", dLibrary / REPAINTS * 1e6,
+          "the common controls' toolbar", dOurs / dLibrary);
+    destroyBenchToolbars(&toolbars);
+}
+
 } // namespace
 
 int main()
@@ -166,5 +179,7 @@ int main()
     benchFileList();
     benchHostString();
     benchLoad();
+    benchToolbar(BENCH_IDLE, "repainting the toolbar, idle");
+    benchToolbar(BENCH_BUSY, "repainting the toolbar, busy");
     return 0;
 }

@@ -80,7 +80,7 @@ void adaptColors(StripHeader* pHeader)
 
 bool copyPixels(HDC hdc, HBITMAP hbm, const StripHeader* pHeader, const BYTE* pPixels)
 {
-    HGDIOBJ hbmOld = hbm == nullptr ? nullptr : SelectObject(hdc, hbm);
+    HGDIOBJ hbmOld = SelectObject(hdc, hbm);
     if (hbmOld == nullptr) {
         return false;
     }
@@ -128,10 +128,10 @@ void loadStrip(XferToolBitmap* pStrip)
 
 HGDIOBJ selectStrip(HDC hdc, XferToolBitmap* pStrip)
 {
-    HGDIOBJ hbmOld = pStrip->hbm == nullptr ? nullptr : SelectObject(hdc, pStrip->hbm);
+    HGDIOBJ hbmOld = SelectObject(hdc, pStrip->hbm);
     if (hbmOld == nullptr) {
         loadStrip(pStrip);
-        hbmOld = pStrip->hbm == nullptr ? nullptr : SelectObject(hdc, pStrip->hbm);
+        hbmOld = SelectObject(hdc, pStrip->hbm);
     }
     return hbmOld;
 }

@@ -92,7 +92,7 @@ void makeMask(const Look* pLook, const XferToolbar* pToolbar, const XferToolButt
 // Brushes a part of the work area through the mask. Without a brush nothing is drawn.
 void brushThroughMask(HDC hdc, const Look* pLook, int nOffset, HBRUSH hbr, DWORD dwOperation)
 {
-    HGDIOBJ hbrOld = hbr == nullptr ? nullptr : SelectObject(hdc, hbr);
+    HGDIOBJ hbrOld = SelectObject(hdc, hbr);
     if (hbrOld == nullptr) {
         return;
     }

@@ -105,11 +105,8 @@ constexpr UINT TOOLM_COMMANDTOINDEX = 0x0519;
 // or destroy the control. A press that ends in another way than by the release of the button
 // (rows come or go, or the capture is taken away) ends without a notification.
 //
-// The hint: wParam is the command when a button is pressed or the pointer comes back to the one
-// that was, and 0 at every release of the mouse button; lParam is 0.
-#ifndef WM_XFER_SHOWHINT
-#define WM_XFER_SHOWHINT 0x0518
-#endif
+// The hint is WM_XFER_SHOWHINT: wParam is the command when a button is pressed or the pointer
+// comes back to the one that was, and 0 at every release of the mouse button; lParam is 0.
 
 // High word of the lParam of a WM_COMMAND whose wParam is the id of the control; the low word
 // is the command. They come for disabled buttons as well. The click itself is a WM_COMMAND

@@ -160,7 +160,8 @@ LRESULT handleRowMessage(HWND hwnd, const RowMessage* pRow, WPARAM wParam, LPARA
     return pToolbar == nullptr ? pRow->lFailure : pRow->pfnHandle(hwnd, pToolbar, wParam, lParam);
 }
 
-// After a failure comes WM_DESTROY, which gives back what was taken here.
+// Whoever has a record is a user of the shared objects. A failure gives them back at once: not
+// every platform sends WM_DESTROY after it.
 LRESULT onCreate(HWND hwnd, LPARAM lParam)
 {
     auto pCreate = reinterpret_cast<const CREATESTRUCTA*>(lParam);
@@ -168,8 +169,12 @@ LRESULT onCreate(HWND hwnd, LPARAM lParam)
     if (fXferToolbarAcquireShared()) {
         pToolbar = XferToolbarCreate(pCreate->hwndParent);
     }
+    if (pToolbar == nullptr) {
+        vXferToolbarReleaseShared();
+        return -1;
+    }
     SetWindowLongA(hwnd, 0, reinterpret_cast<LONG>(pToolbar));
-    return pToolbar == nullptr ? -1 : 0;
+    return 0;
 }
 
 LRESULT onDestroy(HWND hwnd)
@@ -178,8 +183,8 @@ LRESULT onDestroy(HWND hwnd)
     if (pToolbar != nullptr) {
         SetWindowLongA(hwnd, 0, 0);
         XferToolbarDestroy(pToolbar);
+        vXferToolbarReleaseShared();
     }
-    vXferToolbarReleaseShared();
     return 0;
 }
 

@@ -33,6 +33,23 @@ void clickWindow(HWND hwnd)
     sendMouse(MOUSEEVENTF_LEFTUP);
 }
 
+void movePointer(HWND hwnd, int x, int y)
+{
+    POINT point = {x, y};
+    ClientToScreen(hwnd, &point);
+    sendMouse(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE, point.x, point.y);
+}
+
+void pressLeft()
+{
+    sendMouse(MOUSEEVENTF_LEFTDOWN);
+}
+
+void releaseLeft()
+{
+    sendMouse(MOUSEEVENTF_LEFTUP);
+}
+
 void typeKey(WORD vk, bool fAlt)
 {
     if (fAlt) {
