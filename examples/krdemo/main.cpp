@@ -1,110 +1,37 @@
 // The sample caller: a program that transfers files and lets KRHAUL show it.
 //
-//   main.cpp      the window and the message loop
-//   transfer.cpp  the transfer, a chunk for each turn of the loop
-//   options.cpp   the command line
-//   picture.cpp   pictures of a run that nobody watches
-#include "picture.h"
-#include "transfer.h"
-#include "../../include/krhaul.h"
-
-#include <stdio.h>
+//   main.cpp        the windows and the message loop
+//   session.cpp     the transfer window and its callbacks
+//   job.cpp         a transfer, with its status window, a chunk for each turn of the loop
+//   copy.cpp        copying with a status window alone
+//   check.cpp       reading files, for a thermometer without a total
+//   folderhost.cpp  the host that is built in, behind the table of host.h
+//   driver.cpp      a user who works the transfer window by himself
+//   options.cpp     the command line
+//   picture.cpp     pictures of a run that nobody watches
+#include "copy.h"
+#include "driver.h"
+#include "job.h"
+#include "session.h"
 
 namespace {
 
 constexpr char CLASS[] = "KRDEMO";
 constexpr char TITLE[] = "Sample caller";
 constexpr DWORD TURN_MS = 10;
-constexpr int ID_LOG = 1;
+constexpr int LOG_HEIGHT = 130;
+constexpr int EXIT_FAILED = 1;
 
-HWND s_hwndMain;
 HWND s_hwndLog;
 DemoOptions s_options;
-
-// The log fills the lower end of the window; the status window stands above it.
-constexpr int LOG_HEIGHT = 130;
-
-// Pictures of a run: one near its start, one in its middle, one when all is done.
-struct PictureMoment {
-    const char* pszFile;
-    DWORD nFile;          // the file in hand; 0 when all is done
-    WPARAM nFirst, nLast; // percentages of that file
-    bool fTaken;
-};
-
-PictureMoment s_moments[] = {
-    {"start.bmp", 1, 1, 50, false},
-    {"middle.bmp", 3, 51, 80, false},
-    {"end.bmp", 0, 0, 0, false},
-};
-
-// A picture waits some turns of the loop, until all that was drawn has come to the screen.
-constexpr int PICTURE_TURNS = 20;
-PictureMoment* s_pDue;
-int s_cTurnsToPicture;
-
-void log(const char* pszLine)
-{
-    LRESULT nRow = SendMessageA(s_hwndLog, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(pszLine));
-    SendMessageA(s_hwndLog, LB_SETTOPINDEX, WPARAM(nRow), 0);
-}
-
-void logFile(const char* pszName, DWORD cbSize)
-{
-    char szLine[MAX_PATH + 40];
-    sprintf(szLine, "%s, %lu bytes", pszName, cbSize);
-    log(szLine);
-}
-
-void noticeMoment(DWORD nFile, WPARAM nPercent)
-{
-    for (PictureMoment& moment : s_moments) {
-        if (s_options.szPictures[0] != '\0' && s_pDue == nullptr && !moment.fTaken &&
-            moment.nFile == nFile && nPercent >= moment.nFirst && nPercent <= moment.nLast) {
-            s_pDue = &moment;
-            s_cTurnsToPicture = PICTURE_TURNS;
-        }
-    }
-}
-
-void takeDuePicture()
-{
-    char szPath[MAX_PATH];
-    RECT rcMain, rcStat, rc;
-    if (s_pDue == nullptr || --s_cTurnsToPicture > 0) {
-        return;
-    }
-    GetWindowRect(s_hwndMain, &rcMain);
-    GetWindowRect(transferWindow(), &rcStat);
-    UnionRect(&rc, &rcMain, &rcStat);
-    joinPath(szPath, s_options.szPictures, s_pDue->pszFile);
-    takePicture(&rc, szPath);
-    s_pDue->fTaken = true;
-    s_pDue = nullptr;
-}
 
 void onCreate(HWND hwnd)
 {
     s_hwndLog = CreateWindowExA(WS_EX_CLIENTEDGE, "LISTBOX", "",
                                 WS_CHILD | WS_VISIBLE | WS_VSCROLL | LBS_NOINTEGRALHEIGHT, 0, 0, 0,
-                                0, hwnd, reinterpret_cast<HMENU>(ID_LOG), nullptr, nullptr);
+                                0, hwnd, nullptr, nullptr, nullptr);
     SendMessageA(s_hwndLog, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)),
                  0);
-}
-
-// The whole percentage of the file in hand has changed.
-void onPercent(HWND hwnd, WPARAM nPercent)
-{
-    char szTitle[80];
-    sprintf(szTitle, "%u%% of file %lu - %s", unsigned(nPercent), transferFileNumber(), TITLE);
-    SetWindowTextA(hwnd, szTitle);
-    noticeMoment(transferFileNumber(), nPercent);
-}
-
-void onStatClosed(HWND hwnd)
-{
-    SetWindowTextA(hwnd, TITLE);
-    log("The status window is closed.");
 }
 
 LRESULT CALLBACK mainProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
@@ -117,10 +44,10 @@ LRESULT CALLBACK mainProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam
         MoveWindow(s_hwndLog, 0, HIWORD(lParam) - LOG_HEIGHT, LOWORD(lParam), LOG_HEIGHT, TRUE);
         return 0;
     case WM_XFERSTAT_PERCENT:
-        onPercent(hwnd, wParam);
+        copyPercent(hwnd, wParam);
         return 0;
     case WM_XFERSTAT_CLOSED:
-        onStatClosed(hwnd);
+        SetWindowTextA(hwnd, TITLE);
         return 0;
     case WM_DESTROY:
         PostQuitMessage(0);
@@ -130,20 +57,25 @@ LRESULT CALLBACK mainProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam
     }
 }
 
-bool makeWindow(HINSTANCE hInstance)
+HWND makeWindow(HINSTANCE hInstance)
 {
     WNDCLASSA wndclass = {};
     wndclass.lpfnWndProc = mainProc;
     wndclass.hInstance = hInstance;
-    wndclass.hCursor = LoadCursorA(nullptr, MAKEINTRESOURCEA(32512));
+    wndclass.hCursor = LoadCursorA(nullptr, MAKEINTRESOURCEA(32512)); // IDC_ARROW
     wndclass.hIcon = LoadIconA(hInstance, CLASS);
     wndclass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_APPWORKSPACE + 1);
     wndclass.lpszClassName = CLASS;
     RegisterClassA(&wndclass);
-    s_hwndMain = CreateWindowA(CLASS, TITLE, WS_OVERLAPPEDWINDOW, 40, 40, 520, 480, nullptr,
-                               nullptr, hInstance, nullptr);
-    ShowWindow(s_hwndMain, SW_SHOW);
-    return s_hwndMain != nullptr;
+    HWND hwnd = CreateWindowA(CLASS, TITLE, WS_OVERLAPPEDWINDOW, 40, 40, 520, 480, nullptr, nullptr,
+                              hInstance, nullptr);
+    ShowWindow(hwnd, SW_SHOW);
+    return hwnd;
+}
+
+bool isDialogMessage(HWND hdlg, MSG* pMsg)
+{
+    return hdlg != nullptr && IsDialogMessageA(hdlg, pMsg);
 }
 
 // The windows of KRHAUL live in the caller's loop: what they can use goes to them first.
@@ -155,7 +87,7 @@ bool handleMessages()
         if (msg.message == WM_QUIT) {
             return false;
         }
-        if (transferWindow() == nullptr || !IsDialogMessageA(transferWindow(), &msg)) {
+        if (!isDialogMessage(sessionWindow(), &msg) && !isDialogMessage(jobWindow(), &msg)) {
             TranslateMessage(&msg);
             DispatchMessageA(&msg);
         }
@@ -163,26 +95,45 @@ bool handleMessages()
     return true;
 }
 
-// Messages and chunks by turns, so that the windows stay alive during a transfer.
-TransferResult runLoop(bool fRunning)
+// Messages and chunks of work by turns, so that the windows stay alive during a transfer.
+// Ends with the window that the user works in.
+void runLoop()
 {
-    TransferResult result = fRunning ? TRANSFER_MORE : TRANSFER_FAILED;
     while (handleMessages()) {
-        if (result == TRANSFER_MORE) {
-            result = continueTransfer();
-        } else if (s_options.szPictures[0] != '\0') {
-            noticeMoment(0, 0);
-            if (s_pDue == nullptr) {
-                break;
-            }
-        } else if (transferWindowIsDismissed()) {
-            closeTransferWindow();
+        if (s_options.fCopy ? !continueCopy() : sessionWindow() == nullptr) {
+            return;
         }
-        takeDuePicture();
+        if (!s_options.fCopy) {
+            continueSession();
+        }
         MsgWaitForMultipleObjects(0, nullptr, FALSE, TURN_MS, QS_ALLINPUT);
     }
-    closeTransferWindow();
-    return result;
+}
+
+int runCopy(HINSTANCE hInstance)
+{
+    HWND hwnd = makeWindow(hInstance);
+    if (startCopy(&s_options, hwnd, s_hwndLog)) {
+        runLoop();
+    }
+    endCopy();
+    return hasCopiedAll() ? 0 : EXIT_FAILED;
+}
+
+int runSession(HINSTANCE hInstance)
+{
+    HWND hwnd = makeWindow(hInstance);
+    if (!openSession(&s_options, &FOLDER_HOST, hwnd)) {
+        return EXIT_FAILED;
+    }
+    if (s_options.fDrive) {
+        startDriver(&s_options);
+    }
+    runLoop();
+    if (sessionWindow() != nullptr) {
+        closeSession();
+    }
+    return s_options.fDrive ? endDriver() : 0;
 }
 
 } // namespace
@@ -190,13 +141,5 @@ TransferResult runLoop(bool fRunning)
 int WINAPI WinMain(HINSTANCE hInstance, HINSTANCE, LPSTR, int)
 {
     readOptions(&s_options);
-    if (!makeWindow(hInstance)) {
-        return 2;
-    }
-    tellFilesDone(logFile);
-    bool fRunning = startTransfer(&s_options, s_hwndMain);
-    if (!fRunning) {
-        log("There is nothing to copy, or no status window to be had.");
-    }
-    return runLoop(fRunning) == TRANSFER_DONE ? 0 : 1;
+    return s_options.fCopy ? runCopy(hInstance) : runSession(hInstance);
 }

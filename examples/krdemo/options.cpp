@@ -18,13 +18,13 @@ const char* valueOf(const char* pszArgument, const char* pszOption)
 void setDefaults(DemoOptions* pOptions)
 {
     char szTemp[MAX_PATH] = "";
-    GetModuleFileNameA(nullptr, pOptions->szFrom, MAX_PATH);
-    if (char* pchLast = strrchr(pOptions->szFrom, '\\')) {
+    *pOptions = {};
+    GetModuleFileNameA(nullptr, pOptions->szFirst, MAX_PATH);
+    if (char* pchLast = strrchr(pOptions->szFirst, '\\')) {
         *pchLast = '\0';
     }
     GetTempPathA(MAX_PATH, szTemp);
-    joinPath(pOptions->szTo, szTemp, "KRDEMO");
-    pOptions->szPictures[0] = '\0';
+    joinPath(pOptions->szSecond, szTemp, "KRDEMO");
     pOptions->cbPerSecond = DEFAULT_SPEED;
 }
 
@@ -46,16 +46,21 @@ bool joinPath(char (&szPath)[MAX_PATH], const char* pszFolder, const char* pszNa
 
 void readOptions(DemoOptions* pOptions)
 {
-    char* const aszFolders[] = {pOptions->szFrom, pOptions->szTo};
+    char* const aszFolders[] = {pOptions->szFirst, pOptions->szSecond};
     unsigned cFolders = 0;
     setDefaults(pOptions);
     for (int n = 1; n < __argc; ++n) {
-        if (const char* pszPictures = valueOf(__argv[n], PICTURES)) {
+        const char* pszArgument = __argv[n];
+        if (const char* pszPictures = valueOf(pszArgument, PICTURES)) {
             lstrcpynA(pOptions->szPictures, pszPictures, MAX_PATH);
-        } else if (const char* pszSpeed = valueOf(__argv[n], SPEED)) {
+        } else if (const char* pszSpeed = valueOf(pszArgument, SPEED)) {
             pOptions->cbPerSecond = strtoul(pszSpeed, nullptr, 10);
+        } else if (strcmp(pszArgument, "/copy") == 0) {
+            pOptions->fCopy = true;
+        } else if (strcmp(pszArgument, "/drive") == 0) {
+            pOptions->fDrive = true;
         } else if (cFolders < ARRAYSIZE(aszFolders)) {
-            lstrcpynA(aszFolders[cFolders++], __argv[n], MAX_PATH);
+            lstrcpynA(aszFolders[cFolders++], pszArgument, MAX_PATH);
         }
     }
 }

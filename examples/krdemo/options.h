@@ -5,14 +5,16 @@
 #include <windows.h>
 
 struct DemoOptions {
-    char szFrom[MAX_PATH];     // folder whose files are copied
-    char szTo[MAX_PATH];       // folder that they are copied to
+    char szFirst[MAX_PATH];    // local folder, or the folder to copy from
+    char szSecond[MAX_PATH];   // folder served as the host, or the folder to copy to
+    bool fCopy;                // copy files, with a status window alone
+    bool fDrive;               // work the transfer window by itself, with real input
     char szPictures[MAX_PATH]; // folder for pictures of the run, or empty for none
-    DWORD cbPerSecond;         // speed of the line that the copies go over
+    DWORD cbPerSecond;         // speed of the line that files go over
 };
 
-// Reads "[FROM TO] [/pictures:FOLDER] [/speed:BYTES]". Without folders, the files beside the
-// program are copied into the folder for temporary files.
+// Reads "[LOCAL HOST] [/copy] [/drive] [/pictures:FOLDER] [/speed:BYTES]". Without folders the
+// program's own folder is the local one, and a folder for temporary files the host.
 void readOptions(DemoOptions* pOptions);
 
 // Joins a folder and a name. Gives false, with an empty result, if they don't fit.

@@ -1,3 +1,8 @@
+// The pointer can be asked for from version 5 of the platform on.
+#undef WINVER
+#undef _WIN32_WINNT
+#define WINVER 0x0500
+#define _WIN32_WINNT 0x0500
 #include "picture.h"
 
 #include <stdio.h>
@@ -23,6 +28,22 @@ Picture describe(LONG cx, LONG cy)
     return picture;
 }
 
+// The screen's own picture doesn't hold the pointer.
+void drawPointer(HDC hdc, const RECT* prc)
+{
+    CURSORINFO cursor = {};
+    ICONINFO icon = {};
+    cursor.cbSize = sizeof cursor;
+    if (!GetCursorInfo(&cursor) || cursor.flags != CURSOR_SHOWING ||
+        !GetIconInfo(cursor.hCursor, &icon)) {
+        return;
+    }
+    DrawIcon(hdc, cursor.ptScreenPos.x - int(icon.xHotspot) - prc->left,
+             cursor.ptScreenPos.y - int(icon.yHotspot) - prc->top, cursor.hCursor);
+    DeleteObject(icon.hbmMask);
+    DeleteObject(icon.hbmColor);
+}
+
 // Copies a rectangle of the screen, so that everything that lies over the window shows too.
 bool copyScreen(const RECT* prc, Picture* pPicture)
 {
@@ -35,6 +56,7 @@ bool copyScreen(const RECT* prc, Picture* pPicture)
         HGDIOBJ hbmOld = SelectObject(hdc, hbm);
         fCopied = BitBlt(hdc, 0, 0, pPicture->info.biWidth, pPicture->info.biHeight, hdcScreen,
                          prc->left, prc->top, SRCCOPY) != 0;
+        drawPointer(hdc, prc);
         GdiFlush();
         void* pCopy = malloc(pPicture->info.biSizeImage);
         if (pCopy != nullptr) {

@@ -4,7 +4,8 @@
 
 #include <windows.h>
 
-// Writes a part of the screen into a bitmap file. Gives false if it can't.
+// Writes a part of the screen, the mouse pointer in it, into a bitmap file. Gives false if it
+// can't.
 bool takePicture(const RECT* prc, const char* pszFile);
 
 #endif

@@ -197,11 +197,15 @@ static const LangControlRow FILEOPEN_CONTROLS[] = {
 
 // No step of the code shows the two modeless windows, so they have to be visible themselves.
 static const LangStyleRule VISIBLE = {WS_VISIBLE, WS_VISIBLE, "WS_VISIBLE"};
+// The layout moves the controls without redraw and then repaints the window once; clipped
+// children would be left out of that.
+static const LangStyleRule REPAINTED = {WS_VISIBLE | WS_CLIPCHILDREN, WS_VISIBLE,
+                                        "WS_VISIBLE, no WS_CLIPCHILDREN"};
 static const LangStyleRule MODAL = {WS_CHILD, 0, "WS_CHILD"};
 
 const LangTemplateRow g_langTemplates[] = {
     {"DLGXFER", VISIBLE, 0, XFER_CONTROLS, countOf(XFER_CONTROLS)},
-    {"DLGDANDD", VISIBLE, LANGDLG_MENU | LANGDLG_STRIP, DANDD_CONTROLS, countOf(DANDD_CONTROLS)},
+    {"DLGDANDD", REPAINTED, LANGDLG_MENU | LANGDLG_STRIP, DANDD_CONTROLS, countOf(DANDD_CONTROLS)},
     {"DLGCOPY", MODAL, LANGDLG_DEFAULTOK, COPY_CONTROLS, countOf(COPY_CONTROLS)},
     {"DLGVIEW", MODAL, LANGDLG_DEFAULTOK, VIEW_CONTROLS, countOf(VIEW_CONTROLS)},
     {"DLGRENAME", MODAL, LANGDLG_DEFAULTOK, RENAME_CONTROLS, countOf(RENAME_CONTROLS)},

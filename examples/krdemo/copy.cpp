@@ -1,0 +1,189 @@
+#include "copy.h"
+#include "job.h"
+#include "picture.h"
+
+#include <stdio.h>
+
+namespace {
+
+// Pictures of a run: one near its start, one in its middle, one when all is done.
+struct PictureMoment {
+    const char* pszFile;
+    DWORD nFile;          // the file in hand; 0 when all is done
+    WPARAM nFirst, nLast; // percentages of that file
+    bool fTaken;
+};
+
+PictureMoment s_moments[] = {
+    {"start.bmp", 1, 1, 50, false},
+    {"middle.bmp", 3, 51, 80, false},
+    {"end.bmp", 0, 0, 0, false},
+};
+
+// A picture waits some turns of the loop, until all that was drawn has come to the screen.
+constexpr int PICTURE_TURNS = 20;
+
+struct Copy {
+    DemoOptions options;
+    HWND hwndMain;
+    HWND hwndLog;
+    DWORD cFiles, cCopied;
+    PictureMoment* pDue;
+    int cTurnsToPicture;
+};
+
+Copy s_copy = {};
+
+void log(const char* pszLine)
+{
+    LRESULT nRow = SendMessageA(s_copy.hwndLog, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(pszLine));
+    SendMessageA(s_copy.hwndLog, LB_SETTOPINDEX, WPARAM(nRow), 0);
+}
+
+void onProgress(DWORD, DWORD)
+{
+}
+
+void onFile(const char* pszTarget, DWORD cbSize, const char* pszFailure)
+{
+    char szLine[MAX_PATH + 80];
+    if (pszFailure == nullptr) {
+        ++s_copy.cCopied;
+        snprintf(szLine, sizeof szLine, "%s, %lu bytes", pszTarget, cbSize);
+    } else {
+        snprintf(szLine, sizeof szLine, "%s: %s", pszTarget, pszFailure);
+    }
+    log(szLine);
+}
+
+void onEnd(bool fStopped)
+{
+    log(fStopped ? "Stopped." : "Done.");
+}
+
+// Adds a name to the list in both columns. Gives false if there is no memory.
+bool addName(XferFileList* pList, const char* pszName)
+{
+    LONG n = XferFileList_cGetSize(*pList);
+    return XferFileList_fSetSize(pList, n + 1, XFERLIST_KEEPGROWTH) &&
+           XferFileList_fSetString(*pList, n, XFERLIST_LOCAL, pszName) &&
+           XferFileList_fSetString(*pList, n, XFERLIST_HOST, pszName);
+}
+
+// Lists all files of a folder. Gives false, with no list, if there are none or no memory.
+bool listFiles(const char* pszFolder, XferFileList* pList)
+{
+    char szMask[MAX_PATH];
+    WIN32_FIND_DATAA find;
+    if (!joinPath(szMask, pszFolder, "*") || !XferFileList_fCreate(pList)) {
+        return false;
+    }
+    bool fListed = true;
+    HANDLE hFind = FindFirstFileA(szMask, &find);
+    BOOL fFound = hFind != INVALID_HANDLE_VALUE;
+    for (; fFound && fListed; fFound = FindNextFileA(hFind, &find)) {
+        fListed = (find.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ||
+                  addName(pList, find.cFileName);
+    }
+    FindClose(hFind);
+    if (fListed && XferFileList_cGetSize(*pList) > 0) {
+        return true;
+    }
+    XferFileList_vDestroy(*pList);
+    return false;
+}
+
+bool takesPictures()
+{
+    return s_copy.options.szPictures[0] != '\0';
+}
+
+void noticeMoment(DWORD nFile, WPARAM nPercent)
+{
+    for (PictureMoment& moment : s_moments) {
+        if (takesPictures() && s_copy.pDue == nullptr && !moment.fTaken && moment.nFile == nFile &&
+            nPercent >= moment.nFirst && nPercent <= moment.nLast) {
+            s_copy.pDue = &moment;
+            s_copy.cTurnsToPicture = PICTURE_TURNS;
+        }
+    }
+}
+
+void takeDuePicture()
+{
+    char szPath[MAX_PATH];
+    RECT rcMain = {};
+    RECT rcStat = {};
+    RECT rc;
+    if (s_copy.pDue == nullptr || --s_copy.cTurnsToPicture > 0) {
+        return;
+    }
+    GetWindowRect(s_copy.hwndMain, &rcMain);
+    GetWindowRect(jobWindow(), &rcStat);
+    UnionRect(&rc, &rcMain, &rcStat);
+    joinPath(szPath, s_copy.options.szPictures, s_copy.pDue->pszFile);
+    takePicture(&rc, szPath);
+    s_copy.pDue->fTaken = true;
+    s_copy.pDue = nullptr;
+}
+
+} // namespace
+
+bool startCopy(const DemoOptions* pOptions, HWND hwndMain, HWND hwndLog)
+{
+    XferFileList list;
+    s_copy = {};
+    s_copy.options = *pOptions;
+    s_copy.hwndMain = hwndMain;
+    s_copy.hwndLog = hwndLog;
+    CreateDirectoryA(pOptions->szSecond, nullptr);
+    if (!listFiles(pOptions->szFirst, &list)) {
+        return false;
+    }
+    s_copy.cFiles = DWORD(XferFileList_cGetSize(list));
+    JobOptions job = {"Copying files",
+                      s_copy.options.szFirst,
+                      s_copy.options.szSecond,
+                      hwndMain,
+                      0,
+                      pOptions->cbPerSecond,
+                      true,
+                      {onProgress, onFile, onEnd}};
+    return startJob(&job, list, XFERLIST_LOCAL);
+}
+
+bool continueCopy()
+{
+    continueJob();
+    if (!isJobRunning() && takesPictures()) {
+        noticeMoment(0, 0);
+        if (s_copy.pDue == nullptr) {
+            return false;
+        }
+    }
+    if (isJobWindowDismissed()) {
+        closeJobWindow();
+    }
+    takeDuePicture();
+    return true;
+}
+
+void endCopy()
+{
+    stopJob();
+    continueJob();
+    closeJobWindow();
+}
+
+bool hasCopiedAll()
+{
+    return s_copy.cFiles > 0 && s_copy.cCopied == s_copy.cFiles;
+}
+
+void copyPercent(HWND hwndMain, WPARAM nPercent)
+{
+    char szTitle[80];
+    snprintf(szTitle, sizeof szTitle, "%u%% - Sample caller", unsigned(nPercent));
+    SetWindowTextA(hwndMain, szTitle);
+    noticeMoment(jobFileNumber(), nPercent);
+}
