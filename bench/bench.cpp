@@ -1,43 +1,14 @@
 // The benchmark: each measurement beside a yardstick, in one run. Only the ratios mean
 // something beyond this machine.
+#include "measure.h"
 #include "toolbar_bench.h"
+#include "transfer_bench.h"
 #include "../include/krhaul.h"
 
-#include <algorithm>
-#include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 
 namespace {
-
-constexpr int ROUNDS = 7;
-
-double seconds()
-{
-    LARGE_INTEGER now, frequency;
-    QueryPerformanceCounter(&now);
-    QueryPerformanceFrequency(&frequency);
-    return double(now.QuadPart) / double(frequency.QuadPart);
-}
-
-// The best of some rounds: everything that disturbs a round makes it slower.
-template <typename Work> double best(Work work)
-{
-    double dBest = 1e9;
-    for (int n = 0; n < ROUNDS; ++n) {
-        double dStart = seconds();
-        work();
-        dBest = std::min(dBest, seconds() - dStart);
-    }
-    return dBest;
-}
-
-void print(const char* pszWhat, double dValue, const char* pszUnit, double dYardstick,
-           const char* pszYardstick, double dRatio)
-{
-    printf("%-34s %10.2f %-6s %-34s %10.2f %-6s ratio %5.2f\n", pszWhat, dValue, pszUnit,
-           pszYardstick, dYardstick, pszUnit, dRatio);
-}
 
 void benchCountInfo()
 {
@@ -173,7 +144,7 @@ void benchToolbar(BenchToolbarLook look, const char* pszWhat)
 
 } // namespace
 
-int main()
+int main(int argc, char** argv)
 {
     benchCountInfo();
     benchFileList();
@@ -181,5 +152,7 @@ int main()
     benchLoad();
     benchToolbar(BENCH_IDLE, "repainting the toolbar, idle");
     benchToolbar(BENCH_BUSY, "repainting the toolbar, busy");
+    benchFrame();
+    benchPanes(argc > 1 ? argv[1] : nullptr);
     return 0;
 }

@@ -1,0 +1,11 @@
+// The benchmark of the transfer window: its frame, and its panes on large directories.
+#ifndef BENCH_TRANSFER_BENCH_H
+#define BENCH_TRANSFER_BENCH_H
+
+void benchFrame();
+
+// pszFolder holds folders named 1000, 10000 and 100000, each with so many files; null leaves
+// the local side out.
+void benchPanes(const char* pszFolder);
+
+#endif
