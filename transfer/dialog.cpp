@@ -87,9 +87,11 @@ INT_PTR onDestroy(HWND hdlgDandD, XferWindowRecord*, WPARAM, LPARAM)
     return 0;
 }
 
-INT_PTR onNcDestroy(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM, LPARAM)
+// The result 1 keeps the dialog manager from its own end of a dialog, in which its font goes.
+INT_PTR onNcDestroy(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM wParam, LPARAM lParam)
 {
     vXferDandDTearDown(hdlgDandD, pRecord);
+    DefDlgProcA(hdlgDandD, WM_NCDESTROY, wParam, lParam);
     return 1;
 }
 
