@@ -17,16 +17,16 @@ HICON loadIcon()
 
 INT_PTR onSize(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM wParam, LPARAM lParam)
 {
-    if (wParam != SIZE_MINIMIZED) {
-        vXferDandDStripRect(hdlgDandD, pRecord);
-        SendDlgItemMessageA(hdlgDandD, IDC_DANDD_TOOLBAR, WM_SIZE, wParam, lParam);
-        vXferDandDApplyLayout(hdlgDandD, &pRecord->layout, pRecord->nViewMode != 0);
-    }
     if (wParam == SIZE_MINIMIZED) {
         pRecord->fMinimized = 1;
-    } else if (wParam == SIZE_RESTORED) {
+        return 0;
+    }
+    if (wParam == SIZE_RESTORED) {
         pRecord->fMinimized = 0;
     }
+    vXferDandDStripRect(hdlgDandD, pRecord);
+    SendDlgItemMessageA(hdlgDandD, IDC_DANDD_TOOLBAR, WM_SIZE, wParam, lParam);
+    vXferDandDApplyLayout(hdlgDandD, &pRecord->layout, pRecord->nViewMode != 0);
     return 0;
 }
 
