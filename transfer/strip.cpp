@@ -37,9 +37,13 @@ RECT thermoBox(const RECT* prcStrip)
     return rc;
 }
 
-// The corners are part of the box: the lines run through them.
+// The corners are part of the box: the lines run through them. In a narrow window there may be
+// no room for a box, and its lines would then cross its neighbour.
 void drawSunkenBox(HDC hdc, const RECT* prc, HPEN hpenShadow, HPEN hpenHighlight)
 {
+    if (prc->right <= prc->left) {
+        return;
+    }
     SelectObject(hdc, hpenShadow);
     MoveToEx(hdc, prc->left, prc->bottom, nullptr);
     LineTo(hdc, prc->left, prc->top);
