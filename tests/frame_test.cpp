@@ -71,6 +71,35 @@ TEST_F(Frame, ProcedureAnswersByItsTable)
     EXPECT_EQ(s_cIconsDrawn, 1);
 }
 
+TEST_F(Frame, ControlsStartAsTheWindowNeedsThem)
+{
+    create();
+    for (int id : {IDC_DANDD_COMMANDLABEL, IDC_DANDD_COMMANDLINE, IDC_DANDD_INFOLINE}) {
+        EXPECT_EQ(HGDIOBJ(SendMessageA(item(id), WM_GETFONT, 0, 0)),
+                  GetStockObject(ANSI_FIXED_FONT));
+    }
+    for (int id : {IDC_DANDD_LOCALFILES, IDC_DANDD_HOSTFILES}) {
+        LOGFONTA font = {};
+        GetObjectA(HGDIOBJ(SendMessageA(item(id), WM_GETFONT, 0, 0)), sizeof font, &font);
+        EXPECT_EQ(font.lfHeight, -8);
+        EXPECT_EQ(font.lfWeight, FW_NORMAL);
+        EXPECT_STREQ(font.lfFaceName, "MS Sans Serif");
+    }
+    for (int id : {IDC_DANDD_HOSTPATH, IDC_DANDD_LOCALFILTER, IDC_DANDD_HOSTFILTER}) {
+        EXPECT_EQ(SendMessageA(item(id), EM_GETLIMITTEXT, 0, 0), 260);
+    }
+    EXPECT_EQ(SendMessageA(item(IDC_DANDD_LOCALTYPES), CB_GETCURSEL, 0, 0), 0);
+    // The rows of the owner-drawn lists have room for their icons.
+    TEXTMETRICA metrics;
+    HDC hdc = GetDC(m_hwnd);
+    GetTextMetricsA(hdc, &metrics);
+    ReleaseDC(m_hwnd, hdc);
+    const LRESULT cy = std::max(16L, metrics.tmAscent + metrics.tmExternalLeading);
+    EXPECT_EQ(SendMessageA(item(IDC_DANDD_LOCALDIRS), LB_GETITEMHEIGHT, 0, 0), cy);
+    EXPECT_EQ(SendMessageA(item(IDC_DANDD_HOSTDIRS), LB_GETITEMHEIGHT, 0, 0), cy);
+    EXPECT_EQ(SendMessageA(item(IDC_DANDD_LOCALDRIVES), CB_GETITEMHEIGHT, 0, 0), cy);
+}
+
 TEST_F(Frame, StaysAnIconWhenItsParentComesBack)
 {
     struct Case {
