@@ -747,6 +747,9 @@ TEST_F(Creation, DISABLED_OldPlatform)
 // The case above for real, in a program of which the platform says that it is an old one.
 TEST_F(Creation, WorksOnVersionsBelow4)
 {
+    if (GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") == nullptr) {
+        GTEST_SKIP() << "only Wine can be told to be an older platform";
+    }
     constexpr char KEY[] = "Software\\Wine\\AppDefaults\\OLD351.exe";
     char szSelf[MAX_PATH];
     GetModuleFileNameA(nullptr, szSelf, sizeof szSelf);
