@@ -178,5 +178,7 @@ void vXferDandDApplyLayout(HWND hdlgDandD, const XferLayout* pLayout, int nMode)
     if (fAtEnd) {
         vXferDandDInfoScrollToEnd(hdlgDandD, 0);
     }
-    InvalidateRect(hdlgDandD, nullptr, TRUE);
+    // The controls are named as well: a window that leaves them out of its own painting, which
+    // keeps them from flashing, leaves them out of a plain invalidation too.
+    RedrawWindow(hdlgDandD, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }

@@ -97,10 +97,10 @@ const Table PLATFORM = {
      "GetSysColor GetSystemMetrics GetWindowLongA GetWindowRect GetWindowTextA InflateRect "
      "InvalidateRect IsCharAlphaA IsIconic IsWindow IsWindowEnabled IsWindowVisible "
      "KillTimer LoadCursorA LoadIconA LoadStringA MessageBoxA MoveWindow PostMessageA "
-     "RegisterClassA ReleaseCapture ReleaseDC ScreenToClient SendDlgItemMessageA "
-     "SendMessageA SetCapture SetCursor SetDlgItemInt SetDlgItemTextA SetFocus SetRect "
-     "SetTimer SetWindowLongA SetWindowPos SetWindowTextA ShowWindow UpdateWindow WinHelpA "
-     "WindowFromPoint wsprintfA"},
+     "RedrawWindow RegisterClassA ReleaseCapture ReleaseDC ScreenToClient "
+     "SendDlgItemMessageA SendMessageA SetCapture SetCursor SetDlgItemInt SetDlgItemTextA "
+     "SetFocus SetRect SetTimer SetWindowLongA SetWindowPos SetWindowTextA ShowWindow "
+     "UpdateWindow WinHelpA WindowFromPoint wsprintfA"},
 };
 
 // What the compiler's start-up code can't do without.

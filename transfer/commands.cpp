@@ -231,7 +231,10 @@ void vXferDandDSetViewMode(HWND hdlgDandD, XferWindowRecord* pRecord, LONG nNewM
         }
     }
     vXferDandDApplyLayout(hdlgDandD, &pRecord->layout, nNewMode != 0);
-    pRecord->nViewMode = nNewMode;
+    // A control that is disabled gives up the focus, which can run the caller's code.
+    if (fXferDandDIsAlive(hdlgDandD, pRecord)) {
+        pRecord->nViewMode = nNewMode;
+    }
 }
 
 void vXferDandDKeepStripText(bool fKeep)

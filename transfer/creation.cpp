@@ -71,19 +71,35 @@ HWND createDialog(XferWindowRecord* pRecord, HMODULE hLanguage, HWND hwndParent,
     return *pfRecordGone ? nullptr : hdlgDandD;
 }
 
-INT_PTR nXferDandDDialogBoxDisabling(const XferWindowRecord* pRecord, const char* pszTemplate,
-                                     DLGPROC pfnDialog, LPARAM lParam, HWND hwnd)
+// A modal dialog that is about to run.
+struct ModalDialog {
+    HWND hdlgDandD;
+    const XferWindowRecord* pRecord;
+    const char* pszTemplate;
+    DLGPROC pfnDialog;
+    LPARAM lParam;
+};
+
+// A parent that hears of being disabled can destroy the window.
+INT_PTR runDialog(const ModalDialog* pDialog)
+{
+    if (!fXferDandDIsAlive(pDialog->hdlgDandD, pDialog->pRecord)) {
+        return DIALOG_FAILED;
+    }
+    return DialogBoxParamA(pDialog->pRecord->hLanguage, pDialog->pszTemplate, pDialog->hdlgDandD,
+                           pDialog->pfnDialog, pDialog->lParam);
+}
+
+INT_PTR nXferDandDDialogBoxDisabling(const ModalDialog* pDialog, HWND hwnd)
 {
     if (hwnd == nullptr) {
-        return DialogBoxParamA(pRecord->hLanguage, pszTemplate, pRecord->hwndDialog, pfnDialog,
-                               lParam);
+        return runDialog(pDialog);
     }
     BOOL fEnabled = IsWindowEnabled(hwnd);
     if (fEnabled) {
         EnableWindow(hwnd, FALSE);
     }
-    INT_PTR nResult =
-        nXferDandDDialogBoxDisabling(pRecord, pszTemplate, pfnDialog, lParam, GetParent(hwnd));
+    INT_PTR nResult = nXferDandDDialogBoxDisabling(pDialog, GetParent(hwnd));
     if (fEnabled) {
         EnableWindow(hwnd, TRUE);
     }
@@ -165,6 +181,6 @@ INT_PTR KRHAULAPI nXferDandDDialogBoxParam(HWND hdlgDandD, const char* pszTempla
     if (pRecord == nullptr) {
         return DIALOG_FAILED;
     }
-    return nXferDandDDialogBoxDisabling(pRecord, pszTemplate, pfnDialog, lParam,
-                                        pRecord->hwndParent);
+    ModalDialog dialog = {hdlgDandD, pRecord, pszTemplate, pfnDialog, lParam};
+    return nXferDandDDialogBoxDisabling(&dialog, pRecord->hwndParent);
 }

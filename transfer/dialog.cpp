@@ -17,16 +17,16 @@ HICON loadIcon()
 
 INT_PTR onSize(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM wParam, LPARAM lParam)
 {
-    if (wParam != SIZE_MINIMIZED) {
-        vXferDandDStripRect(hdlgDandD, pRecord);
-        SendDlgItemMessageA(hdlgDandD, IDC_DANDD_TOOLBAR, WM_SIZE, wParam, lParam);
-        vXferDandDApplyLayout(hdlgDandD, &pRecord->layout, pRecord->nViewMode != 0);
-    }
     if (wParam == SIZE_MINIMIZED) {
         pRecord->fMinimized = 1;
-    } else if (wParam == SIZE_RESTORED) {
+        return 0;
+    }
+    if (wParam == SIZE_RESTORED) {
         pRecord->fMinimized = 0;
     }
+    vXferDandDStripRect(hdlgDandD, pRecord);
+    SendDlgItemMessageA(hdlgDandD, IDC_DANDD_TOOLBAR, WM_SIZE, wParam, lParam);
+    vXferDandDApplyLayout(hdlgDandD, &pRecord->layout, pRecord->nViewMode != 0);
     return 0;
 }
 
@@ -87,9 +87,11 @@ INT_PTR onDestroy(HWND hdlgDandD, XferWindowRecord*, WPARAM, LPARAM)
     return 0;
 }
 
-INT_PTR onNcDestroy(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM, LPARAM)
+// The result 1 keeps the dialog manager from its own end of a dialog, in which its font goes.
+INT_PTR onNcDestroy(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM wParam, LPARAM lParam)
 {
     vXferDandDTearDown(hdlgDandD, pRecord);
+    DefDlgProcA(hdlgDandD, WM_NCDESTROY, wParam, lParam);
     return 1;
 }
 

@@ -37,9 +37,13 @@ RECT thermoBox(const RECT* prcStrip)
     return rc;
 }
 
-// The corners are part of the box: the lines run through them.
+// The corners are part of the box: the lines run through them. In a narrow window there may be
+// no room for a box, and its lines would then cross its neighbour.
 void drawSunkenBox(HDC hdc, const RECT* prc, HPEN hpenShadow, HPEN hpenHighlight)
 {
+    if (prc->right <= prc->left) {
+        return;
+    }
     SelectObject(hdc, hpenShadow);
     MoveToEx(hdc, prc->left, prc->bottom, nullptr);
     LineTo(hdc, prc->left, prc->top);
@@ -133,6 +137,14 @@ void drawBoxes(HDC hdc, XferWindowRecord* pRecord)
     DeleteObject(hpenHighlight);
 }
 
+// Always after the thermometer was off, also in the half second in which the counter begins
+// anew. Otherwise by the difference, so that the limit holds while the counter runs over.
+bool isPaintDue(const XferWindowRecord* pRecord)
+{
+    return pRecord->dwLastThermoPaint == 0 ||
+           GetTickCount() - pRecord->dwLastThermoPaint > LEAST_PAINT_MS;
+}
+
 } // namespace
 
 void vXferDandDInitStrip(HWND hdlgDandD, XferWindowRecord* pRecord)
@@ -210,8 +222,7 @@ void KRHAULAPI vXferDandDUpdateThermometer(HWND hdlgDandD, LONG nPosition)
     if (nPosition == XFERTHERMO_OFF) {
         pRecord->dwLastThermoPaint = 0;
         InvalidateRect(hdlgDandD, &pRecord->rcStrip, FALSE);
-    } else if (GetTickCount() - pRecord->dwLastThermoPaint > LEAST_PAINT_MS) {
-        // As a difference, so that the limit also holds while the counter runs over.
+    } else if (isPaintDue(pRecord)) {
         InvalidateRect(hdlgDandD, &pRecord->rcStrip, FALSE);
     }
 }

@@ -1,0 +1,781 @@
+// The life of a transfer window: what its creation takes, what its end gives back, and how it
+// survives an end in the middle of something.
+#include "../resources/ids.h"
+#include "../toolbar/toolbar.h"
+#include "../transfer/record.h"
+#include "support/transfer_window.h"
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <stdlib.h>
+#include <string.h>
+
+namespace {
+
+// What the library has and owes: each thing with the call that gave it.
+std::multimap<const void*, const char*> s_owed;
+int s_cAllocs;
+int s_nFailingAlloc; // counted from 1; 0 for none
+
+void take(const void* p, const char* pszFrom)
+{
+    if (p != nullptr) {
+        s_owed.emplace(p, pszFrom);
+    }
+}
+
+void giveBack(const void* p, const char* pszBy)
+{
+    auto found = s_owed.find(p);
+    if (found != s_owed.end()) {
+        s_owed.erase(found);
+    } else if (p != nullptr) {
+        ADD_FAILURE() << pszBy << " of what isn't owed";
+    }
+}
+
+std::string owed()
+{
+    std::string all;
+    for (const auto& [p, pszFrom] : s_owed) {
+        all += std::string(pszFrom) + " ";
+    }
+    return all;
+}
+
+bool allocFails()
+{
+    return ++s_cAllocs == s_nFailingAlloc;
+}
+
+HGLOBAL WINAPI owingGlobalAlloc(UINT uFlags, SIZE_T cb)
+{
+    HGLOBAL h = allocFails() ? nullptr : GlobalAlloc(uFlags, cb);
+    take(h, "GlobalAlloc");
+    return h;
+}
+
+HGLOBAL WINAPI owingGlobalReAlloc(HGLOBAL hOld, SIZE_T cb, UINT uFlags)
+{
+    HGLOBAL h = allocFails() ? nullptr : GlobalReAlloc(hOld, cb, uFlags);
+    if (h != nullptr) {
+        giveBack(hOld, "GlobalReAlloc");
+        take(h, "GlobalReAlloc");
+    }
+    return h;
+}
+
+// Freed blocks stay, filled with this, so that a use after the end shows.
+constexpr BYTE DEAD = 0xDD;
+std::vector<HGLOBAL> s_dead;
+
+HGLOBAL WINAPI owingGlobalFree(HGLOBAL h)
+{
+    giveBack(h, "GlobalFree");
+    if (h != nullptr) {
+        memset(GlobalLock(h), DEAD, GlobalSize(h));
+        s_dead.push_back(h);
+    }
+    return nullptr;
+}
+
+void burySafely()
+{
+    for (HGLOBAL h : std::exchange(s_dead, {})) {
+        auto pb = static_cast<const BYTE*>(GlobalLock(h));
+        EXPECT_EQ(std::count(pb, pb + GlobalSize(h), DEAD), int(GlobalSize(h)))
+            << "written to after its end";
+        while (GlobalUnlock(h)) {
+        }
+        GlobalFree(h);
+    }
+}
+
+void* owingMalloc(size_t cb)
+{
+    void* p = allocFails() ? nullptr : malloc(cb);
+    take(p, "malloc");
+    return p;
+}
+
+// The compiler makes it of malloc and memset.
+void* owingCalloc(size_t c, size_t cb)
+{
+    void* p = allocFails() ? nullptr : calloc(c, cb);
+    take(p, "calloc");
+    return p;
+}
+
+void* owingRealloc(void* pOld, size_t cb)
+{
+    if (allocFails()) {
+        return nullptr;
+    }
+    giveBack(pOld, "realloc");
+    void* p = realloc(pOld, cb);
+    take(p, "realloc");
+    return p;
+}
+
+void owingFree(void* p)
+{
+    giveBack(p, "free");
+    free(p);
+}
+
+// The fakes of platform calls that give something, and of those that take it back. A number
+// for each, because calls of one type would share a fake.
+template <int NUMBER, typename Result, typename... Args> struct Owing {
+    static inline Result(WINAPI* s_pfn)(Args...);
+    static inline const char* s_pszName;
+    static Result WINAPI make(Args... args)
+    {
+        Result result = s_pfn(args...);
+        take(result, s_pszName);
+        return result;
+    }
+    static Result WINAPI giveFirst(Args... args)
+    {
+        giveBack(std::get<0>(std::make_tuple(args...)), s_pszName);
+        return s_pfn(args...);
+    }
+    static Result WINAPI giveSecond(Args... args)
+    {
+        giveBack(std::get<1>(std::make_tuple(args...)), s_pszName);
+        return s_pfn(args...);
+    }
+};
+
+class Ledger {
+public:
+    Ledger()
+    {
+        s_owed.clear();
+        s_cAllocs = 0;
+        s_nFailingAlloc = 0;
+        replace("GlobalAlloc", owingGlobalAlloc);
+        replace("GlobalReAlloc", owingGlobalReAlloc);
+        replace("GlobalFree", owingGlobalFree);
+        replace("malloc", owingMalloc);
+        replace("calloc", owingCalloc);
+        replace("realloc", owingRealloc);
+        replace("free", owingFree);
+        makes<0>("LoadLibraryA", LoadLibraryA);
+        givesFirst<1>("FreeLibrary", FreeLibrary);
+        makes<2>("CreateFontA", CreateFontA);
+        makes<3>("CreatePen", CreatePen);
+        makes<4>("CreateSolidBrush", CreateSolidBrush);
+        makes<5>("CreatePatternBrush", CreatePatternBrush);
+        makes<6>("CreateBitmap", CreateBitmap);
+        makes<7>("CreateDIBitmap", CreateDIBitmap);
+        makes<8>("CreateDiscardableBitmap", CreateDiscardableBitmap);
+        makes<9>("CreateCompatibleDC", CreateCompatibleDC);
+        makes<10>("GetDC", GetDC);
+        makes<11>("BeginPaint", BeginPaint);
+        givesFirst<12>("DeleteObject", DeleteObject);
+        givesFirst<13>("DeleteDC", DeleteDC);
+        givesSecond<14>("ReleaseDC", ReleaseDC);
+        replace("EndPaint", endPaint);
+    }
+    ~Ledger()
+    {
+        burySafely();
+    }
+    Ledger(const Ledger&) = delete;
+    Ledger& operator=(const Ledger&) = delete;
+
+private:
+    static BOOL WINAPI endPaint(HWND hwnd, const PAINTSTRUCT* pPaint)
+    {
+        giveBack(pPaint->hdc, "EndPaint");
+        return EndPaint(hwnd, pPaint);
+    }
+    template <typename Function> void replace(const char* pszName, Function* pfnFake)
+    {
+        m_replaced.push_back(std::make_unique<ReplacedImport>(krhaul(), pszName, pfnFake));
+    }
+    template <int NUMBER, typename Result, typename... Args>
+    void makes(const char* pszName, Result(WINAPI* pfn)(Args...))
+    {
+        Owing<NUMBER, Result, Args...>::s_pfn = pfn;
+        Owing<NUMBER, Result, Args...>::s_pszName = pszName;
+        replace(pszName, Owing<NUMBER, Result, Args...>::make);
+    }
+    template <int NUMBER, typename Result, typename... Args>
+    void givesFirst(const char* pszName, Result(WINAPI* pfn)(Args...))
+    {
+        Owing<NUMBER, Result, Args...>::s_pfn = pfn;
+        Owing<NUMBER, Result, Args...>::s_pszName = pszName;
+        replace(pszName, Owing<NUMBER, Result, Args...>::giveFirst);
+    }
+    template <int NUMBER, typename Result, typename... Args>
+    void givesSecond(const char* pszName, Result(WINAPI* pfn)(Args...))
+    {
+        Owing<NUMBER, Result, Args...>::s_pfn = pfn;
+        Owing<NUMBER, Result, Args...>::s_pszName = pszName;
+        replace(pszName, Owing<NUMBER, Result, Args...>::giveSecond);
+    }
+    std::vector<std::unique_ptr<ReplacedImport>> m_replaced;
+};
+
+struct Box {
+    HWND hwndOwner;
+    std::string text;
+};
+std::vector<Box> s_boxes;
+int WINAPI fakeMessageBox(HWND hwndOwner, LPCSTR pszText, LPCSTR, UINT)
+{
+    s_boxes.push_back({hwndOwner, pszText});
+    return IDOK;
+}
+
+BOOL WINAPI noClassInfo(HINSTANCE, LPCSTR, WNDCLASSA*)
+{
+    return FALSE;
+}
+
+ATOM WINAPI noClass(const WNDCLASSA*)
+{
+    return 0;
+}
+
+// The platform refuses to make the toolbar, so that the dialog fails half made.
+LRESULT CALLBACK refuseToolbar(int nCode, WPARAM wParam, LPARAM lParam)
+{
+    char szClass[20] = "";
+    GetClassNameA(reinterpret_cast<HWND>(wParam), szClass, sizeof szClass);
+    if (nCode == HCBT_CREATEWND && strcmp(szClass, "KRTOOLBR") == 0) {
+        return 1;
+    }
+    return CallNextHookEx(nullptr, nCode, wParam, lParam);
+}
+
+class Creation : public TransferTest {
+protected:
+    Creation() : m_box(GetModuleHandleA("KRUTILS.DLL"), "MessageBoxA", fakeMessageBox)
+    {
+        s_boxes.clear();
+    }
+
+    // Makes a window in vain; fBox tells whether the user has to hear of it.
+    void expectFailure(const char* pszLanguage, bool fBox)
+    {
+        HGLOBAL hRecord = m_hEnglish;
+        EXPECT_EQ(hdlgXferDandDLangCreate2(pszLanguage, "", m_parent.hwnd(), &hRecord, 0,
+                                           &m_caller.callbacks, 0),
+                  nullptr);
+        EXPECT_EQ(hRecord, m_hEnglish);
+        EXPECT_EQ(owed(), "");
+        EXPECT_EQ(s_boxes.size(), fBox ? 1u : 0u);
+        if (!s_boxes.empty()) {
+            EXPECT_EQ(s_boxes[0].hwndOwner, m_parent.hwnd());
+            EXPECT_EQ(s_boxes[0].text, stringOf(m_hEnglish, IDS_NO_RESOURCES));
+        }
+        s_boxes.clear();
+    }
+
+    void useAllOfIt()
+    {
+        nXferDandDClearHostFileList(m_hwnd);
+        vXferDandDPrintWorkingDir(m_hwnd, "host", "/host");
+        nXferDandDAddHostSubDir(m_hwnd, "dir");
+        nXferDandDAddHostFileName(m_hwnd, "file");
+        vXferDandDSetBusyState(m_hwnd, 0);
+        vXferDandDInfoLine(m_hwnd, "entry");
+        vXferDandDDisplayDILText(m_hwnd, "text");
+        for (LONG nTotal : {0, 100}) {
+            vXferDandDSetThermometer(m_hwnd, nTotal);
+            vXferDandDUpdateThermometer(m_hwnd, 50);
+            UpdateWindow(m_hwnd);
+        }
+        SendMessageA(m_hwnd, WM_INITMENUPOPUP, WPARAM(GetSubMenu(GetMenu(m_hwnd), 1)), 1);
+        for (DWORD nMode : {1u, 0u}) {
+            setMode(nMode);
+            setClientSize(500 + LONG(nMode) * 100, 400);
+            RedrawWindow(m_hwnd, nullptr, nullptr,
+                         RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+        }
+        ShowWindow(m_hwnd, SW_MINIMIZE);
+        ShowWindow(m_hwnd, SW_RESTORE);
+        pumpMessages();
+    }
+
+private:
+    ReplacedImport m_box;
+};
+
+TEST_F(Creation, FailuresLeaveNothing)
+{
+    char szBare[] = "XFRBARE.DLL";
+    char szFolder[MAX_PATH];
+    GetModuleFileNameA(krhaul(), szFolder, sizeof szFolder);
+    const std::string folder(szFolder, strrchr(szFolder, '\\') + 1);
+    Ledger ledger;
+    expectFailure("NO", false);
+    expectFailure(nullptr, false);
+    // A module without templates.
+    ASSERT_TRUE(CopyFileA((folder + "KRUTILS.DLL").c_str(), (folder + szBare).c_str(), FALSE));
+    expectFailure("BARE", false);
+    EXPECT_TRUE(DeleteFileA((folder + szBare).c_str()));
+    {
+        ReplacedImport info(krhaul(), "GetClassInfoA", noClassInfo);
+        ReplacedImport reg(krhaul(), "RegisterClassA", noClass);
+        expectFailure("EN", true);
+    }
+    HHOOK hhook = SetWindowsHookExA(WH_CBT, refuseToolbar, nullptr, GetCurrentThreadId());
+    expectFailure("EN", false);
+    UnhookWindowsHookEx(hhook);
+    // All that was refused works now.
+    create();
+    destroy();
+    EXPECT_EQ(owed(), "");
+}
+
+TEST_F(Creation, EveryAllocationCanFail)
+{
+    constexpr int RECORD = 1;
+    constexpr int LIST_OF_TEMP_FILES = 2;
+    constexpr int TOOLBAR = 3;
+    int nFailing = 0;
+    Ledger ledger;
+    do {
+        SCOPED_TRACE(testing::Message() << "allocation " << ++nFailing);
+        s_cAllocs = 0;
+        s_nFailingAlloc = nFailing;
+        if (nFailing <= TOOLBAR) {
+            static_assert(RECORD < LIST_OF_TEMP_FILES && LIST_OF_TEMP_FILES < TOOLBAR, "in order");
+            expectFailure("EN", nFailing == RECORD);
+        } else {
+            create();
+            useAllOfIt();
+            EXPECT_EQ(s_boxes.size(), 0u);
+            destroy();
+            ASSERT_EQ(owed(), "");
+        }
+    } while (s_cAllocs >= nFailing);
+    EXPECT_GT(nFailing, TOOLBAR + 5);
+}
+
+TEST_F(Creation, ObjectsAreGivenBack)
+{
+    Ledger ledger;
+    for (int n = 0; n < 2; ++n) {
+        create(DWORD(n));
+        useAllOfIt();
+        EXPECT_NE(owed(), "");
+        destroy();
+        EXPECT_EQ(owed(), "");
+    }
+}
+
+// The font and the menu that the platform itself makes for a dialog.
+TEST_F(Creation, WhatTheDialogManagerMadeGoesToo)
+{
+    create();
+    HGDIOBJ hfont = reinterpret_cast<HGDIOBJ>(SendMessageA(m_hwnd, WM_GETFONT, 0, 0));
+    HMENU hmenu = GetMenu(m_hwnd);
+    EXPECT_EQ(GetObjectType(hfont), DWORD(OBJ_FONT));
+    EXPECT_TRUE(IsMenu(hmenu));
+    destroy();
+    EXPECT_EQ(GetObjectType(hfont), 0u);
+    EXPECT_FALSE(IsMenu(hmenu));
+}
+
+TEST_F(Creation, ReadsTheTableByItsSize)
+{
+    constexpr DWORD BEHIND_VIEW_MODE = offsetof(HostCallbacks, pfnViewModeChanged) + 4;
+    struct Case {
+        DWORD cbSize;
+        bool fHasViewMode;
+    };
+    const Case cases[] = {{0, false},
+                          {3, false},
+                          {20, false},
+                          {BEHIND_VIEW_MODE - 4, false},
+                          {BEHIND_VIEW_MODE, true},
+                          {56, true},
+                          {100, true},
+                          {0xFFFFFFFF, true}};
+    // The table ends where its page ends: the library must not read on.
+    auto pPages = static_cast<BYTE*>(VirtualAlloc(nullptr, 0x2000, MEM_RESERVE, PAGE_NOACCESS));
+    VirtualAlloc(pPages, 0x1000, MEM_COMMIT, PAGE_READWRITE);
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.cbSize);
+        BYTE* pTable = pPages + 0x1000 - std::max(4u, std::min(unsigned(c.cbSize), 56u)) / 4 * 4;
+        memcpy(pTable, &m_caller.callbacks, size_t(pPages + 0x1000 - pTable));
+        memcpy(pTable, &c.cbSize, sizeof c.cbSize);
+        m_caller.modes.clear();
+        m_hwnd = hdlgXferDandDCreate2("", m_parent.hwnd(), nullptr, m_caller.data(),
+                                      reinterpret_cast<HostCallbacks*>(pTable), 1);
+        EXPECT_EQ(*reinterpret_cast<DWORD*>(pTable), sizeof(HostCallbacks));
+        // Read once: what happens to it now is the caller's business.
+        memset(pTable, 0xCC, size_t(pPages + 0x1000 - pTable));
+        EXPECT_TRUE(waitUntil([&] { return IsWindowVisible(item(IDC_DANDD_COMMANDLINE)); }));
+        pumpMessages();
+        EXPECT_EQ(m_caller.modes.size(), c.fHasViewMode ? 1u : 0u);
+        destroy();
+    }
+    VirtualFree(pPages, 0, MEM_RELEASE);
+    m_hwnd = hdlgXferDandDCreate2(nullptr, nullptr, nullptr, 0, nullptr, 0);
+    EXPECT_NE(m_hwnd, nullptr);
+    EXPECT_EQ(textOf(m_hwnd), "");
+}
+
+TEST_F(Creation, OwnerIsAParentThatHasOneItself)
+{
+    HWND hwndOwned = CreateWindowA("STATIC", "", WS_POPUP, 0, 0, 9, 9, m_parent.hwnd(), nullptr,
+                                   nullptr, nullptr);
+    HWND hwndChild = CreateWindowA("STATIC", "", WS_CHILD, 0, 0, 9, 9, m_parent.hwnd(), nullptr,
+                                   nullptr, nullptr);
+    struct Case {
+        HWND hwndParent, hwndOwner;
+    };
+    // The platform takes the top-level window of a child.
+    const Case cases[] = {{nullptr, nullptr},
+                          {m_parent.hwnd(), nullptr},
+                          {hwndOwned, hwndOwned},
+                          {hwndChild, m_parent.hwnd()}};
+    for (const Case& c : cases) {
+        m_hwnd = createOnly(c.hwndParent);
+        EXPECT_EQ(GetWindow(m_hwnd, GW_OWNER), c.hwndOwner);
+        EXPECT_EQ(textOf(m_hwnd), "Title");
+        destroy();
+    }
+}
+
+TEST_F(Creation, TheFirstModeComesWithTheMessageLoop)
+{
+    struct Case {
+        DWORD nAsked, nMode;
+        int idFocus;
+        UINT idChecked, idUnchecked;
+    };
+    const Case cases[] = {
+        {0, 0, IDC_DANDD_LOCALFILTER, IDM_XFER_TWOPANE, IDM_XFER_COMMANDLINE},
+        {1, 1, IDC_DANDD_COMMANDLINE, IDM_XFER_COMMANDLINE, IDM_XFER_TWOPANE},
+        {2, 1, IDC_DANDD_COMMANDLINE, IDM_XFER_COMMANDLINE, IDM_XFER_TWOPANE},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.nAsked);
+        m_caller.modes.clear();
+        m_hwnd = createOnly(m_parent.hwnd(), c.nAsked);
+        EXPECT_TRUE(m_caller.modes.empty());
+        EXPECT_EQ(buttonState(m_hwnd, c.idUnchecked), TOOLSTATE_CHECKED) << "at first";
+        MSG msg;
+        ASSERT_TRUE(PeekMessageA(&msg, m_hwnd, WM_COMMAND, WM_COMMAND, PM_NOREMOVE));
+        EXPECT_EQ(msg.wParam, c.idChecked);
+        EXPECT_EQ(msg.lParam, 0);
+        EXPECT_TRUE(waitUntil([&] { return !m_caller.modes.empty(); }));
+        pumpMessages();
+        EXPECT_EQ(m_caller.modes, std::vector<DWORD>{c.nMode});
+        EXPECT_EQ(GetFocus(), item(c.idFocus));
+        EXPECT_EQ(IsWindowVisible(item(IDC_DANDD_LOCALDIRS)) != 0, c.nMode == 0);
+        EXPECT_EQ(SendDlgItemMessageA(m_hwnd, IDC_DANDD_LOCALDIRS, LB_GETCOUNT, 0, 0) > 0,
+                  c.nMode == 0);
+        EXPECT_EQ(buttonState(m_hwnd, c.idChecked) & TOOLSTATE_CHECKED, TOOLSTATE_CHECKED);
+        EXPECT_EQ(buttonState(m_hwnd, c.idUnchecked) & TOOLSTATE_CHECKED, 0);
+        EXPECT_EQ(itemState(m_hwnd, c.idChecked) & MF_CHECKED, UINT(MF_CHECKED));
+        EXPECT_EQ(itemState(m_hwnd, c.idUnchecked) & MF_CHECKED, 0u);
+        destroy();
+    }
+}
+
+TEST_F(Creation, TwoWindowsGoTheirOwnWays)
+{
+    create();
+    Caller second;
+    HWND hwndSecond = hdlgXferDandDCreate2("Second", m_parent.hwnd(), nullptr, second.data(),
+                                           &second.callbacks, 1);
+    EXPECT_TRUE(waitUntil([&] { return !second.modes.empty(); }));
+    DrawnTexts texts;
+    vXferDandDDisplayDILText(m_hwnd, "one");
+    vXferDandDDisplayDILText(hwndSecond, "two");
+    vXferDandDSetBusyState(hwndSecond, 0);
+    EXPECT_EQ(texts.strip(m_hwnd), "one");
+    EXPECT_EQ(texts.strip(hwndSecond), "two");
+    EXPECT_EQ(buttonState(m_hwnd, IDM_XFER_TRANSFER), 0);
+    destroy();
+    EXPECT_EQ(m_caller.modes, std::vector<DWORD>{0});
+    EXPECT_EQ(second.modes, std::vector<DWORD>{1});
+    SendMessageA(hwndSecond, WM_XFER_SHOWHINT, IDM_XFER_HELP, 0);
+    EXPECT_EQ(texts.strip(hwndSecond), stringOf(m_hEnglish, IDM_XFER_HELP));
+    nXferDandDDestroy(hwndSecond);
+}
+
+TEST_F(Creation, EndsInTheMiddleAreSurvived)
+{
+    Ledger ledger;
+    for (DWORD nMode : {0u, 1u}) {
+        // From inside the callback of the first mode.
+        m_caller.whenModeChanges = [&] { nXferDandDDestroy(m_hwnd); };
+        create(nMode);
+        EXPECT_FALSE(IsWindow(m_hwnd));
+        EXPECT_EQ(owed(), "");
+        m_caller.whenModeChanges = nullptr;
+        // When a control loses the focus because its mode ends.
+        create(nMode);
+        {
+            Subclassed window(m_hwnd, [&](UINT uMessage, WPARAM wParam, LPARAM) {
+                if (uMessage == WM_COMMAND && HIWORD(wParam) == EN_KILLFOCUS) {
+                    nXferDandDDestroy(m_hwnd);
+                }
+                return false;
+            });
+            setMode(1 - nMode);
+        }
+        EXPECT_FALSE(IsWindow(m_hwnd));
+        EXPECT_EQ(owed(), "");
+    }
+}
+
+TEST_F(Creation, AWindowThatDiesBeforeItIsReadyIsNone)
+{
+    Ledger ledger;
+    int cKilled = 0;
+    Subclassed parent(m_parent.hwnd(), [&](UINT uMessage, WPARAM wParam, LPARAM lParam) {
+        if (uMessage == WM_ACTIVATE && LOWORD(wParam) == WA_INACTIVE && lParam != 0) {
+            ++cKilled;
+            nXferDandDDestroy(reinterpret_cast<HWND>(lParam));
+        }
+        return false;
+    });
+    SetForegroundWindow(m_parent.hwnd());
+    SetActiveWindow(m_parent.hwnd());
+    expectFailure("EN", false);
+    EXPECT_EQ(cKilled, 1);
+}
+
+// Runs in the procedure of a dialog, when it starts.
+std::function<void(HWND)> s_inDialog;
+INT_PTR CALLBACK dialogProc(HWND hdlg, UINT uMessage, WPARAM, LPARAM lParam)
+{
+    if (uMessage == WM_INITDIALOG) {
+        EXPECT_EQ(lParam, 42);
+        s_inDialog(hdlg);
+        return 1;
+    }
+    return 0;
+}
+
+class Modal : public Creation {
+protected:
+    Modal()
+        : m_hwndMiddle(child("STATIC", m_parent.hwnd())), m_hwndInner(child("EDIT", m_hwndMiddle))
+    {
+    }
+
+    static HWND child(const char* pszClass, HWND hwndParent)
+    {
+        return CreateWindowA(pszClass, "", WS_CHILD | WS_VISIBLE, 0, 0, 99, 99, hwndParent, nullptr,
+                             nullptr, nullptr);
+    }
+
+    // Which of the chain is enabled, innermost first.
+    std::string enabled() const
+    {
+        std::string state;
+        for (HWND hwnd : {m_hwndInner, m_hwndMiddle, m_parent.hwnd()}) {
+            state += IsWindowEnabled(hwnd) ? 'e' : '-';
+        }
+        return state;
+    }
+
+    INT_PTR run(const char* pszTemplate = "DLGCONFIRM") const
+    {
+        return nXferDandDDialogBoxParam(m_hwnd, pszTemplate, dialogProc, 42);
+    }
+
+    HWND m_hwndMiddle, m_hwndInner;
+};
+
+TEST_F(Modal, DisablesTheParentsAndRestoresThem)
+{
+    for (HWND hwndParent : {m_hwndInner, m_parent.hwnd(), HWND(nullptr)}) {
+        for (HWND hwndOff : {HWND(nullptr), m_hwndMiddle, m_parent.hwnd()}) {
+            m_hwnd = createOnly(hwndParent);
+            EnableWindow(hwndOff, FALSE);
+            const std::string before = enabled();
+            std::string inside;
+            s_inDialog = [&](HWND hdlg) {
+                inside = enabled();
+                EXPECT_EQ(GetWindow(hdlg, GW_OWNER), m_hwnd);
+                EXPECT_FALSE(IsWindowEnabled(m_hwnd));
+                EndDialog(hdlg, 7);
+            };
+            EXPECT_EQ(run(), 7);
+            EXPECT_EQ(inside, hwndParent == m_hwndInner ? "---"
+                              : hwndParent == nullptr   ? before
+                                                        : before.substr(0, 2) + "-");
+            EXPECT_EQ(enabled(), before);
+            EXPECT_TRUE(IsWindowEnabled(m_hwnd));
+            EXPECT_EQ(run("NOSUCH"), -1);
+            EXPECT_EQ(enabled(), before);
+            EnableWindow(hwndOff, TRUE);
+            destroy();
+        }
+    }
+}
+
+HWND s_hwndDoomed;
+void CALLBACK destroyDoomed(HWND, UINT, UINT_PTR id, DWORD)
+{
+    KillTimer(nullptr, id);
+    nXferDandDDestroy(s_hwndDoomed);
+}
+
+TEST_F(Modal, TheWindowCanEndMeanwhile)
+{
+    // In a timer, while the dialog's own loop runs.
+    Ledger ledger;
+    s_hwndDoomed = m_hwnd = createOnly(m_hwndInner);
+    s_inDialog = [](HWND) { SetTimer(nullptr, 0, 10, destroyDoomed); };
+    run();
+    EXPECT_FALSE(IsWindow(m_hwnd));
+    EXPECT_EQ(enabled(), "eee");
+    EXPECT_EQ(owed(), "");
+
+    // When a parent hears that it is disabled, before there is a dialog.
+    m_hwnd = createOnly(m_hwndInner);
+    Subclassed middle(m_hwndMiddle, [&](UINT uMessage, WPARAM wParam, LPARAM) {
+        if (uMessage == WM_ENABLE && !wParam) {
+            nXferDandDDestroy(m_hwnd);
+        }
+        return false;
+    });
+    s_inDialog = [](HWND hdlg) { EndDialog(hdlg, 7); };
+    EXPECT_EQ(run(), -1);
+    EXPECT_EQ(enabled(), "eee");
+    EXPECT_EQ(owed(), "");
+}
+
+INT_PTR CALLBACK emptyProc(HWND, UINT, WPARAM, LPARAM)
+{
+    return 0;
+}
+
+// A dialog of somebody else, with what looks like a record.
+HWND foreignDialog(void* pUser)
+{
+    struct {
+        DLGTEMPLATE head;
+        WORD wMenu, wClass, wTitle;
+    } dialog = {{WS_POPUP, 0, 0, 0, 0, 9, 9}, 0, 0, 0};
+    HWND hwnd = CreateDialogIndirectParamA(nullptr, &dialog.head, nullptr, emptyProc, 0);
+    SetWindowLongA(hwnd, DWL_USER, reinterpret_cast<LONG>(pUser));
+    return hwnd;
+}
+
+void callEverything(HWND hwnd)
+{
+    EXPECT_EQ(nXferDandDAddHostFileName(hwnd, "a"), 0);
+    EXPECT_EQ(nXferDandDRemoveHostFileName(hwnd, "a"), 0);
+    EXPECT_EQ(nXferDandDAddHostSubDir(hwnd, "a"), 0);
+    EXPECT_EQ(nXferDandDRemoveHostSubDir(hwnd, "a"), 0);
+    EXPECT_EQ(nXferDandDClearHostFileList(hwnd), 0);
+    EXPECT_EQ(nXferDandDClearHostFileInfo(hwnd, 15), 0);
+    EXPECT_EQ(nXferDandDAddLocalFileName(hwnd, "a"), 0);
+    EXPECT_EQ(nXferDandDGetFileTypeSelection(hwnd), 0);
+    s_inDialog = [](HWND hdlg) { EndDialog(hdlg, 7); };
+    EXPECT_EQ(nXferDandDDialogBoxParam(hwnd, "DLGCONFIRM", dialogProc, 42), -1);
+    vXferDandDPrintWorkingDir(hwnd, "a", "a");
+    vXferDandDSetTitle(hwnd, "Other");
+    vXferDandDSetFocus(hwnd);
+    vXferDandDRefreshLocalFiles(hwnd);
+    vXferDandDSetBusyState(hwnd, 0);
+    vXferDandDSetFileTypeSelection(hwnd, 1);
+    vXferDandDDisplayDILText(hwnd, "a");
+    vXferDandDSetThermometer(hwnd, 1);
+    vXferDandDUpdateThermometer(hwnd, 1);
+    vXferDandDInfoLine(hwnd, "a");
+    for (auto pfn : {lHFileListProc, lLFileListProc, lHDirListProc, lLDirListProc, lInfoLineProc}) {
+        pfn(hwnd, WM_GETDLGCODE, 0, 0);
+    }
+    EXPECT_EQ(nXferDandDDestroy(hwnd), 0);
+}
+
+TEST_F(Creation, OtherWindowsAreLeftAlone)
+{
+    create();
+    HWND hwndGone = m_hwnd;
+    destroy();
+    create();
+    HGLOBAL hBlock = GlobalAlloc(GPTR, 0x4000);
+    HWND dialogs[] = {foreignDialog(nullptr), foreignDialog(reinterpret_cast<void*>(1)),
+                      foreignDialog(hBlock),
+                      foreignDialog(reinterpret_cast<void*>(GetWindowLongA(m_hwnd, DWL_USER)))};
+    std::vector<HWND> windows = {nullptr,
+                                 hwndGone,
+                                 reinterpret_cast<HWND>(0x123456),
+                                 GetDesktopWindow(),
+                                 m_parent.hwnd(),
+                                 item(IDC_DANDD_INFOLINE)};
+    windows.insert(windows.end(), std::begin(dialogs), std::end(dialogs));
+    SetFocus(m_parent.hwnd());
+    for (HWND hwnd : windows) {
+        SCOPED_TRACE(hwnd);
+        const std::string title = textOf(hwnd);
+        callEverything(hwnd);
+        EXPECT_EQ(textOf(hwnd), title);
+        EXPECT_EQ(GetFocus(), m_parent.hwnd());
+    }
+    EXPECT_EQ(buttonState(m_hwnd, IDM_XFER_TRANSFER), 0);
+    for (HWND hwnd : dialogs) {
+        EXPECT_TRUE(IsWindow(hwnd));
+        DestroyWindow(hwnd);
+    }
+    GlobalFree(hBlock);
+}
+
+TEST_F(Creation, DISABLED_OldPlatform)
+{
+    ASSERT_LT(LOBYTE(GetVersion()), 4);
+    Ledger ledger;
+    HGLOBAL hRecord = nullptr;
+    m_hwnd = hdlgXferDandDCreate2("Old", m_parent.hwnd(), &hRecord, m_caller.data(),
+                                  &m_caller.callbacks, 0);
+    ASSERT_NE(m_hwnd, nullptr);
+    EXPECT_TRUE(waitUntil([&] { return !m_caller.modes.empty(); }));
+    EXPECT_EQ(static_cast<XferWindowRecord*>(GlobalLock(hRecord))->viewTempFiles, nullptr);
+    GlobalUnlock(hRecord);
+    EXPECT_EQ(SendMessageA(m_hwnd, WM_GETICON, ICON_BIG, 0), 0);
+    useAllOfIt();
+    destroy();
+    EXPECT_EQ(owed(), "");
+}
+
+// The case above for real, in a program of which the platform says that it is an old one.
+TEST_F(Creation, WorksOnVersionsBelow4)
+{
+    if (GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") == nullptr) {
+        GTEST_SKIP() << "only Wine can be told to be an older platform";
+    }
+    constexpr char KEY[] = "Software\\Wine\\AppDefaults\\OLD351.exe";
+    char szSelf[MAX_PATH];
+    GetModuleFileNameA(nullptr, szSelf, sizeof szSelf);
+    const std::string copy = std::string(szSelf, strrchr(szSelf, '\\') + 1) + "OLD351.exe";
+    ASSERT_TRUE(CopyFileA(szSelf, copy.c_str(), FALSE));
+    HKEY hkey;
+    ASSERT_EQ(RegCreateKeyA(HKEY_CURRENT_USER, KEY, &hkey), ERROR_SUCCESS);
+    RegSetValueExA(hkey, "Version", 0, REG_SZ, reinterpret_cast<const BYTE*>("nt351"), 6);
+    RegCloseKey(hkey);
+    std::string arguments = copy + " --gtest_also_run_disabled_tests --gtest_filter=*OldPlatform";
+    STARTUPINFOA startup = {};
+    PROCESS_INFORMATION process = {};
+    startup.cb = sizeof startup;
+    DWORD dwCode = DWORD(-1);
+    EXPECT_TRUE(CreateProcessA(copy.c_str(), arguments.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                               nullptr, &startup, &process));
+    EXPECT_TRUE(waitUntil([&] { return WaitForSingleObject(process.hProcess, 0) == 0; }));
+    GetExitCodeProcess(process.hProcess, &dwCode);
+    EXPECT_EQ(dwCode, 0u);
+    CloseHandle(process.hProcess);
+    CloseHandle(process.hThread);
+    RegDeleteKeyA(HKEY_CURRENT_USER, KEY);
+    EXPECT_TRUE(waitUntil([&] { return DeleteFileA(copy.c_str()) != 0; }));
+    // The platform of this program has the icon.
+    create();
+    EXPECT_NE(SendMessageA(m_hwnd, WM_GETICON, ICON_BIG, 0), 0);
+}
+
+} // namespace

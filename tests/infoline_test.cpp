@@ -1,0 +1,210 @@
+// The log: its entries, what is cut when it grows too long, and the messages that it treats
+// in its own way.
+#include "../resources/ids.h"
+#include "support/input.h"
+#include "support/transfer_window.h"
+
+namespace {
+
+constexpr size_t TRIM_LIMIT = 30000;
+constexpr size_t KEPT_LENGTH = 24000;
+
+class InfoLine : public TransferTest {
+protected:
+    // Makes a window that isn't shown: scroll bars are slow to draw, and long logs draw many.
+    void createHidden()
+    {
+        create();
+        ShowWindow(m_hwnd, SW_HIDE);
+    }
+
+    HWND log() const
+    {
+        return item(IDC_DANDD_INFOLINE);
+    }
+
+    std::string text() const
+    {
+        std::string all(size_t(GetWindowTextLengthA(log())) + 1, '\0');
+        all.resize(size_t(GetWindowTextA(log(), all.data(), int(all.size()))));
+        return all;
+    }
+
+    // The selection, as start and end.
+    std::pair<DWORD, DWORD> selection() const
+    {
+        DWORD nStart = 1;
+        DWORD nEnd = 0;
+        SendMessageA(log(), EM_GETSEL, WPARAM(&nStart), LPARAM(&nEnd));
+        return {nStart, nEnd};
+    }
+
+    std::pair<DWORD, DWORD> startOfLastLine() const
+    {
+        auto n = DWORD(text().rfind("\r\n") + 2);
+        return {n, n};
+    }
+};
+
+// What the log has to hold when an entry has come to a text.
+std::string grown(const std::string& old, const std::string& entry)
+{
+    std::string all = old + entry;
+    if (all.size() > TRIM_LIMIT) {
+        all.erase(0, all.find("\r\n", all.size() - KEPT_LENGTH));
+    }
+    return all;
+}
+
+TEST_F(InfoLine, EntriesBeginWithALineEndAndHaveNoneBehindThem)
+{
+    const std::string x(400, 'x');
+    struct Case {
+        std::string given, entry;
+    };
+    const Case cases[] = {
+        {"first", "first"},
+        {"", ""},
+        {"a\r\n", "a"},
+        {"a\n\r\r\n\r\n", "a"},
+        {"\r\n", ""},
+        {"\n\n\n\n", ""},
+        {"a\r\nb\r\n", "a\r\nb"},
+        {" \t", " \t"},
+        {x.substr(0, 259), x.substr(0, 259)},
+        {x.substr(0, 260), x.substr(0, 260)},
+        {x.substr(0, 261), x.substr(0, 260)},
+        {x.substr(0, 300), x.substr(0, 260)},
+        {x.substr(0, 258) + "\r\nlost", x.substr(0, 258)},
+        {x.substr(0, 257) + "\r\nlost", x.substr(0, 257) + "\r\nl"},
+    };
+    create();
+    vXferDandDInfoLine(m_hwnd, nullptr);
+    std::string all = "\r\n";
+    EXPECT_EQ(text(), all);
+    for (const Case& c : cases) {
+        vXferDandDInfoLine(m_hwnd, c.given.c_str());
+        all += "\r\n" + c.entry;
+        EXPECT_EQ(text(), all);
+        EXPECT_EQ(selection(), startOfLastLine());
+    }
+    // One entry of the log is one line of the control, however long.
+    EXPECT_EQ(SendMessageA(log(), EM_GETLINECOUNT, 0, 0),
+              LRESULT(ARRAYSIZE(cases)) + 2 + 2); // two entries hold a line end of their own
+}
+
+TEST_F(InfoLine, IsTrimmedOnALineEndAboveItsLimit)
+{
+    constexpr size_t LINES = 299;
+    std::string full;
+    for (size_t n = 0; n < LINES; ++n) {
+        full += "\r\n" + std::to_string(1000 + n) + std::string(94, '.');
+    }
+    ASSERT_EQ(full.size(), TRIM_LIMIT - 100);
+    createHidden();
+    bool fDrawing = true;
+    Subclassed watched(log(), [&](UINT uMessage, WPARAM wParam, LPARAM) {
+        fDrawing = uMessage == WM_SETREDRAW ? wParam != 0 : fDrawing;
+        return false;
+    });
+    // The place of the cut wanders through a line, over its end and the two characters there.
+    for (size_t cch = 96; cch <= 204; ++cch) {
+        const std::string entry(cch, 'e');
+        SetWindowTextA(log(), full.c_str());
+        vXferDandDInfoLine(m_hwnd, entry.c_str());
+        const std::string after = text();
+        ASSERT_EQ(after, grown(full, "\r\n" + entry)) << cch;
+        EXPECT_EQ(after.size() > KEPT_LENGTH, cch <= 98);
+        EXPECT_EQ(selection(), startOfLastLine());
+        EXPECT_TRUE(fDrawing);
+    }
+}
+
+TEST_F(InfoLine, ALongSeriesStaysWithinItsLimits)
+{
+    createHidden();
+    std::string all;
+    DWORD dwSeed = 12345;
+    int cTrims = 0;
+    for (int n = 0; n < 1500; ++n) {
+        dwSeed = dwSeed * 1103515245 + 12345;
+        std::string entry = std::to_string(n);
+        switch (dwSeed >> 16 & 7) {
+        case 0:
+            entry = "";
+            break;
+        case 1:
+            entry += "\r\n\r\n" + entry;
+            break;
+        default:
+            entry += std::string(dwSeed >> 20 & 0xFF, '-');
+        }
+        entry.resize(std::min<size_t>(entry.size(), 260));
+        vXferDandDInfoLine(m_hwnd, (entry + "\r\n").c_str());
+        size_t cchBefore = all.size();
+        all = grown(all, "\r\n" + entry);
+        cTrims += all.size() < cchBefore;
+        ASSERT_EQ(text(), all) << n;
+    }
+    EXPECT_GT(cTrims, 10);
+}
+
+TEST_F(InfoLine, LosesItsSelectionWithTheFocusAndWithEachEntry)
+{
+    create();
+    vXferDandDInfoLine(m_hwnd, "first");
+    vXferDandDInfoLine(m_hwnd, "second");
+    SetFocus(log());
+    SendMessageA(log(), EM_SETSEL, 3, 6);
+    EXPECT_EQ(selection(), (std::pair<DWORD, DWORD>(3, 6)));
+    SetFocus(item(IDC_DANDD_LOCALFILTER));
+    EXPECT_EQ(selection().first, selection().second);
+    SendMessageA(log(), EM_SETSEL, 0, -1);
+    vXferDandDInfoLine(m_hwnd, "third");
+    EXPECT_EQ(selection(), startOfLastLine());
+    EXPECT_EQ(text(), "\r\nfirst\r\nsecond\r\nthird");
+}
+
+TEST_F(InfoLine, SwallowsARealEscapeAndNoOtherKey)
+{
+    create();
+    vXferDandDInfoLine(m_hwnd, "first");
+    vXferDandDInfoLine(m_hwnd, "second");
+    SetForegroundWindow(m_hwnd);
+    SetFocus(log());
+    int cReleased = 0;
+    bool fClosed = false;
+    Subclassed outside(log(), [&](UINT uMessage, WPARAM, LPARAM) {
+        cReleased += uMessage == WM_KEYUP;
+        return false;
+    });
+    Subclassed window(m_hwnd, [&](UINT uMessage, WPARAM wParam, LPARAM) {
+        fClosed |= uMessage == WM_CLOSE || (uMessage == WM_COMMAND && wParam == IDCANCEL);
+        return false;
+    });
+    // The loop of a caller that gives its messages to the dialog manager.
+    auto pressKey = [&](WORD vk) {
+        cReleased = 0;
+        typeKey(vk);
+        for (DWORD dwStart = GetTickCount(); cReleased == 0 && GetTickCount() - dwStart < 20000;) {
+            MSG msg;
+            MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
+            while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
+                if (!IsDialogMessageA(m_hwnd, &msg)) {
+                    TranslateMessage(&msg);
+                    DispatchMessageA(&msg);
+                }
+            }
+        }
+        EXPECT_EQ(cReleased, 1);
+        pumpMessages();
+    };
+    pressKey(VK_ESCAPE);
+    EXPECT_FALSE(fClosed);
+    EXPECT_EQ(GetFocus(), log());
+    const auto before = selection();
+    pressKey(VK_UP);
+    EXPECT_LT(selection().first, before.first);
+}
+
+} // namespace

@@ -1,0 +1,311 @@
+// The message strip: where its boxes are, what is painted into them, and how often.
+#include "../resources/ids.h"
+#include "support/transfer_window.h"
+
+#include <limits.h>
+
+namespace {
+
+DWORD s_dwNow;
+DWORD WINAPI fakeTickCount()
+{
+    return s_dwNow;
+}
+
+constexpr COLORREF RED = RGB(255, 0, 0);
+
+// Where the strip has to be, from the client area and the height of its font.
+struct Geometry {
+    RECT rcStrip, rcText, rcThermo, rcBar;
+};
+
+class Strip : public TransferTest {
+protected:
+    Strip() : m_clock(krhaul(), "GetTickCount", fakeTickCount)
+    {
+        s_dwNow = 100000;
+        HDC hdc = GetDC(nullptr);
+        TEXTMETRICA metrics;
+        GetTextMetricsA(hdc, &metrics);
+        HFONT hfont = CreateFontA(-8, metrics.tmAveCharWidth, 0, 0, 100, 0, 0, 0, DEFAULT_CHARSET,
+                                  0, 0, 0, 0, "MS Sans Serif");
+        HGDIOBJ hfontOld = SelectObject(hdc, hfont);
+        GetTextMetricsA(hdc, &metrics);
+        SelectObject(hdc, hfontOld);
+        DeleteObject(hfont);
+        ReleaseDC(nullptr, hdc);
+        m_cyStrip = metrics.tmHeight + metrics.tmExternalLeading + 12;
+    }
+
+    Geometry geometry() const
+    {
+        Geometry g;
+        GetClientRect(m_hwnd, &g.rcStrip);
+        g.rcStrip.top = g.rcStrip.bottom - m_cyStrip;
+        const RECT& rc = g.rcStrip;
+        g.rcText = {6, rc.top + 3, 6 + 2 * (rc.right / 3), rc.bottom - 4};
+        g.rcThermo = {g.rcText.right + 12, rc.top + 3, rc.right - 6, rc.bottom - 4};
+        g.rcBar = g.rcThermo;
+        InflateRect(&g.rcBar, -1, -1);
+        return g;
+    }
+
+    Picture painted() const
+    {
+        InvalidateRect(m_hwnd, nullptr, FALSE);
+        UpdateWindow(m_hwnd);
+        return Picture(m_hwnd);
+    }
+
+    void setThermometer(LONG nTotal, LONG nPosition) const
+    {
+        vXferDandDSetThermometer(m_hwnd, nTotal);
+        vXferDandDUpdateThermometer(m_hwnd, nPosition);
+    }
+
+    // Whether the strip, and nothing else, waits to be painted; then it is.
+    bool takeUpdate() const
+    {
+        RECT rc;
+        if (!GetUpdateRect(m_hwnd, &rc, FALSE)) {
+            return false;
+        }
+        EXPECT_EQ(rc, geometry().rcStrip);
+        UpdateWindow(m_hwnd);
+        return true;
+    }
+
+    LONG m_cyStrip;
+
+private:
+    ReplacedImport m_clock;
+};
+
+// The pixels of a box: each line with its last point left out, the highlight over the shadow.
+void expectBox(const Picture& picture, const RECT& rc)
+{
+    const COLORREF clrShadow = GetSysColor(COLOR_BTNSHADOW);
+    const COLORREF clrHighlight = GetSysColor(COLOR_BTNHIGHLIGHT);
+    int cWrong = 0;
+    for (LONG x = rc.left; x <= rc.right; ++x) {
+        cWrong += picture.at(x, rc.top) != (x < rc.right ? clrShadow : clrHighlight);
+        cWrong += picture.at(x, rc.bottom) != (x > rc.left ? clrHighlight : clrShadow);
+    }
+    for (LONG y = rc.top + 1; y < rc.bottom; ++y) {
+        cWrong += picture.at(rc.left, y) != clrShadow;
+        cWrong += picture.at(rc.right, y) != clrHighlight;
+    }
+    EXPECT_EQ(cWrong, 0) << rc;
+}
+
+TEST_F(Strip, PaintsItsBoxesWhereTheyBelong)
+{
+    const COLORREF clrFace = GetSysColor(COLOR_BTNFACE);
+    create();
+    for (LONG cx : {640, 641, 642, 300}) {
+        SCOPED_TRACE(cx);
+        setClientSize(cx, 400);
+        const Geometry g = geometry();
+        const Picture picture = painted();
+        expectBox(picture, g.rcText);
+        expectBox(picture, g.rcThermo);
+        // All the rest of the strip is background.
+        int cWrong = 0;
+        for (LONG y = g.rcStrip.top; y < g.rcStrip.bottom; ++y) {
+            for (LONG x = 0; x < cx; ++x) {
+                bool fOnBox = false;
+                for (const RECT* prc : {&g.rcText, &g.rcThermo}) {
+                    fOnBox |=
+                        x >= prc->left && x <= prc->right && y >= prc->top && y <= prc->bottom &&
+                        (x == prc->left || x == prc->right || y == prc->top || y == prc->bottom);
+                }
+                cWrong += !fOnBox && picture.at(x, y) != clrFace;
+            }
+        }
+        EXPECT_EQ(cWrong, 0);
+    }
+}
+
+TEST_F(Strip, ClipsItsTextsToTheirBoxes)
+{
+    create();
+    DrawnTexts texts;
+    const Geometry g = geometry();
+    vXferDandDDisplayDILText(m_hwnd, "a & b");
+    setThermometer(0, 0);
+    auto drawn = texts.of(m_hwnd);
+    ASSERT_EQ(drawn.size(), 2u);
+    EXPECT_EQ(drawn[0].text, "a & b");
+    EXPECT_EQ(drawn[0].rc, g.rcText);
+    EXPECT_EQ(drawn[0].x, g.rcText.left + 3);
+    EXPECT_EQ(drawn[0].y, g.rcText.top + 2);
+    EXPECT_EQ(drawn[1].rc, g.rcBar);
+    EXPECT_EQ(drawn[1].x, g.rcBar.left + 3);
+    EXPECT_EQ(drawn[1].y, g.rcBar.top + 2);
+    // The number, as the string of the language has it.
+    for (DWORD dwPosition : {0u, 1u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFEu}) {
+        char szExpected[80];
+        wsprintfA(szExpected, stringOf(m_hEnglish, IDS_THERMO_COUNT).c_str(), dwPosition);
+        vXferDandDUpdateThermometer(m_hwnd, LONG(dwPosition));
+        drawn = texts.of(m_hwnd);
+        ASSERT_EQ(drawn.size(), 2u);
+        EXPECT_EQ(drawn[1].text, szExpected);
+    }
+    vXferDandDUpdateThermometer(m_hwnd, -1);
+    EXPECT_EQ(texts.of(m_hwnd).size(), 1u);
+}
+
+TEST_F(Strip, FillsTheBarInProportion)
+{
+    struct Case {
+        LONG nTotal, nPosition;
+        LONG cxFill; // -1: as much as there is
+    };
+    create();
+    const LONG cx = geometry().rcBar.right - geometry().rcBar.left;
+    ASSERT_GT(cx, 50);
+    std::vector<Case> cases = {
+        {100, 0, 0},
+        {100, 100, -1},
+        {100, 101, -1},
+        {100, INT_MAX, -1},
+        {100, -2, 0},
+        {100, INT_MIN, 0},
+        {1, 1, -1},
+        {INT_MAX, INT_MAX, -1},
+        {INT_MAX, INT_MAX - 1, cx - 1},
+        {INT_MAX, INT_MAX / 2, (cx - 1) / 2},
+        {-100, 50, 0},
+        {-1, INT_MIN, -1},
+        {INT_MIN, INT_MIN, -1},
+        {0, 50, 0},
+        {100, -1, 0},
+    };
+    for (LONG n = 0; n < 40; ++n) {
+        LONG nTotal = 1000003 + n * 7919;
+        LONG nPosition = nTotal / 40 * n + n;
+        cases.push_back({nTotal, nPosition, LONG(LONGLONG(nPosition) * cx / nTotal)});
+    }
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.nPosition << " of " << c.nTotal);
+        setThermometer(c.nTotal, c.nPosition);
+        const Picture picture = painted();
+        const RECT rc = geometry().rcBar;
+        const LONG xEdge = rc.left + (c.cxFill == -1 ? cx : c.cxFill);
+        int cWrong = 0;
+        for (LONG y = rc.top - 3; y < rc.bottom + 3; ++y) {
+            for (LONG x = 0; x < picture.cx; ++x) {
+                bool fRed = x >= rc.left && x < xEdge && y >= rc.top && y < rc.bottom;
+                cWrong += (picture.at(x, y) == RED) != fRed;
+            }
+        }
+        EXPECT_EQ(cWrong, 0);
+    }
+}
+
+TEST_F(Strip, DrawsNothingWhereThereIsNoRoom)
+{
+    create();
+    // Without a frame nothing keeps the window from becoming this narrow.
+    SetMenu(m_hwnd, nullptr);
+    SetWindowLongA(m_hwnd, GWL_STYLE, LONG(WS_POPUP | WS_VISIBLE));
+    const COLORREF clrFace = GetSysColor(COLOR_BTNFACE);
+    DrawnTexts texts;
+    bool fSeen = false;
+    for (LONG cx : {80, 75, 74, 73, 72, 71, 70, 66, 48, 24, 9, 3, 2, 1, 0}) {
+        SCOPED_TRACE(cx);
+        SetWindowPos(m_hwnd, nullptr, 0, 0, cx, 300, SWP_NOMOVE | SWP_NOZORDER | SWP_FRAMECHANGED);
+        const Geometry g = geometry();
+        if (g.rcStrip.right != cx || g.rcThermo.right > g.rcThermo.left) {
+            continue;
+        }
+        fSeen = true;
+        for (LONG nTotal : {0, 100}) {
+            setThermometer(nTotal, 50);
+            EXPECT_LE(texts.of(m_hwnd).size(), 1u);
+            const Picture picture = painted();
+            int cWrong = 0;
+            for (LONG x = std::max(g.rcText.right + 1, 0L); x < cx; ++x) {
+                for (LONG y = g.rcStrip.top; y < g.rcStrip.bottom; ++y) {
+                    cWrong += picture.at(x, y) != clrFace;
+                }
+            }
+            EXPECT_EQ(cWrong, 0);
+            if (g.rcText.right > g.rcText.left && g.rcText.right < cx) {
+                expectBox(picture, g.rcText);
+            }
+        }
+    }
+    EXPECT_TRUE(fSeen);
+}
+
+TEST_F(Strip, PaintsTheThermometerTwiceASecondAtMost)
+{
+    create();
+    // Also while the counter of the clock runs over.
+    for (DWORD dwStart : {DWORD(1000000), DWORD(-700), DWORD(-500), DWORD(-200), DWORD(-1)}) {
+        SCOPED_TRACE(dwStart);
+        s_dwNow = dwStart;
+        vXferDandDSetThermometer(m_hwnd, 100);
+        EXPECT_TRUE(takeUpdate());
+        vXferDandDUpdateThermometer(m_hwnd, -1);
+        EXPECT_TRUE(takeUpdate());
+        vXferDandDUpdateThermometer(m_hwnd, 1);
+        EXPECT_TRUE(takeUpdate()) << "the first after it was off";
+        struct Step {
+            DWORD dwMs; // since the last paint
+            bool fPainted;
+        };
+        for (Step step : {Step{0, false}, Step{100, false}, Step{500, false}, Step{501, true},
+                          Step{500, false}, Step{5000, true}, Step{1, false}}) {
+            DWORD dwPainted = s_dwNow;
+            s_dwNow += step.dwMs;
+            vXferDandDUpdateThermometer(m_hwnd, 2);
+            EXPECT_EQ(takeUpdate(), step.fPainted) << step.dwMs;
+            if (!step.fPainted) {
+                s_dwNow = dwPainted;
+            }
+        }
+        // Off shows at once, and so does the next run, at whatever time.
+        vXferDandDUpdateThermometer(m_hwnd, -1);
+        EXPECT_TRUE(takeUpdate());
+        s_dwNow = 400;
+        vXferDandDUpdateThermometer(m_hwnd, 3);
+        EXPECT_TRUE(takeUpdate());
+        // The paint counts, whatever it was for.
+        s_dwNow += 5000;
+        vXferDandDSetThermometer(m_hwnd, 100);
+        EXPECT_TRUE(takeUpdate());
+        s_dwNow += 500;
+        vXferDandDUpdateThermometer(m_hwnd, 4);
+        EXPECT_FALSE(takeUpdate());
+    }
+}
+
+TEST_F(Strip, TheSameTextRepaintsOnce)
+{
+    create();
+    DrawnTexts texts;
+    const std::string longText(5000, 'x');
+    for (size_t cch : {0u, 1u, 258u, 259u, 260u, 261u, 5000u}) {
+        SCOPED_TRACE(cch);
+        const std::string text = longText.substr(0, cch);
+        vXferDandDDisplayDILText(m_hwnd, "other");
+        EXPECT_TRUE(takeUpdate());
+        vXferDandDDisplayDILText(m_hwnd, text.c_str());
+        EXPECT_TRUE(takeUpdate());
+        vXferDandDDisplayDILText(m_hwnd, text.c_str());
+        EXPECT_FALSE(takeUpdate());
+        EXPECT_EQ(texts.strip(m_hwnd), text.substr(0, XFER_MAX_NAME));
+    }
+    // Case counts, and null is empty.
+    vXferDandDDisplayDILText(m_hwnd, "TEXT");
+    vXferDandDDisplayDILText(m_hwnd, "text");
+    EXPECT_EQ(texts.strip(m_hwnd), "text");
+    vXferDandDDisplayDILText(m_hwnd, nullptr);
+    EXPECT_EQ(texts.strip(m_hwnd), "");
+    vXferDandDDisplayDILText(m_hwnd, "");
+    EXPECT_FALSE(takeUpdate());
+}
+
+} // namespace
