@@ -101,9 +101,11 @@ void appendPlain(HWND hwndEdit)
     }
 }
 
+// Hidden: in sight, what an entry costs is the drawing of the control's scroll bars.
 void benchLog()
 {
     HWND hwndInfo = GetDlgItem(s_hdlg, IDC_DANDD_INFOLINE);
+    ShowWindow(s_hdlg, SW_HIDE);
     double dLog = best(
         [] {
             for (int n = 0; n < ENTRIES; ++n) {
@@ -115,6 +117,8 @@ void benchLog()
     double dPlain = best([=] { appendPlain(hwndInfo); }, 2);
     print("100,000 log entries", dLog * 1e3, "ms", dPlain * 1e3, "plain appends, trimmed alike",
           dLog / dPlain);
+    ShowWindow(s_hdlg, SW_SHOW);
+    pump();
 }
 
 // ---- the thermometer inside its limit, beside an empty call and beside its floor

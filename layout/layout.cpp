@@ -107,15 +107,31 @@ void setDropDownHeight(HWND hdlgDandD)
                  (rc.bottom - rc.top) * DROPDOWN_FACTOR, MOVE_FLAGS);
 }
 
+// A control that is as it should be already is left alone: most are, at each change of size.
+void enableRow(HWND hwndControl, BOOL fEnabled)
+{
+    if (IsWindowEnabled(hwndControl) != fEnabled) {
+        EnableWindow(hwndControl, fEnabled);
+    }
+}
+
+void setVisible(HWND hwndControl, bool fVisible)
+{
+    if (((GetWindowLongA(hwndControl, GWL_STYLE) & WS_VISIBLE) != 0) != fVisible) {
+        SetWindowPos(hwndControl, nullptr, 0, 0, 0, 0,
+                     STAY_FLAGS | (fVisible ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
+    }
+}
+
 void showRow(HWND hdlgDandD, const XferLayoutRow* pRow, int nMode)
 {
     HWND hwndControl = GetDlgItem(hdlgDandD, pRow->nControlId);
     if (isInMode(pRow, nMode)) {
-        EnableWindow(hwndControl, TRUE);
-        SetWindowPos(hwndControl, nullptr, 0, 0, 0, 0, STAY_FLAGS | SWP_SHOWWINDOW);
+        enableRow(hwndControl, TRUE);
+        setVisible(hwndControl, true);
     } else {
-        SetWindowPos(hwndControl, nullptr, 0, 0, 0, 0, STAY_FLAGS | SWP_HIDEWINDOW);
-        EnableWindow(hwndControl, FALSE);
+        setVisible(hwndControl, false);
+        enableRow(hwndControl, FALSE);
     }
 }
 
