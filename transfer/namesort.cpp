@@ -53,11 +53,13 @@ bool makeRoom(XferNames* pNames)
     return true;
 }
 
-// Sort keys compare byte by byte as lstrcmpA compares the texts, and far more quickly.
+// Sort keys compare byte by byte as lstrcmpA compares the texts, and far more quickly. Like
+// lstrcmpA they have to read the texts in the code page of the system, which needn't be that of
+// the locale.
 void addKey(XferNames* pNames, XferSortedName* pName)
 {
     BYTE key[KEY_BYTES];
-    int cb = LCMapStringA(GetThreadLocale(), LCMAP_SORTKEY, pName->pszName, -1,
+    int cb = LCMapStringA(GetThreadLocale(), LCMAP_SORTKEY | LOCALE_USE_CP_ACP, pName->pszName, -1,
                           reinterpret_cast<char*>(key), sizeof key);
     pName->pbKey = cb <= 0 ? nullptr : reinterpret_cast<BYTE*>(takeBytes(pNames, key, size_t(cb)));
     pName->cbKey = pName->pbKey == nullptr ? 0 : DWORD(cb);
@@ -75,7 +77,8 @@ int compareNames(const void* p1, const void* p2)
             return nOrder;
         }
     }
-    return lstrcmpA(pName1->pszName, pName2->pszName);
+    int nOrder = lstrcmpA(pName1->pszName, pName2->pszName);
+    return nOrder != 0 ? nOrder : pName1->nPlace - pName2->nPlace;
 }
 
 } // namespace
@@ -85,7 +88,8 @@ bool fXferNamesAdd(XferNames* pNames, const char* pszName)
     if (!makeRoom(pNames)) {
         return false;
     }
-    XferSortedName name = {takeBytes(pNames, pszName, strlen(pszName) + 1), nullptr, 0};
+    XferSortedName name = {takeBytes(pNames, pszName, strlen(pszName) + 1), nullptr, 0,
+                           pNames->cNames};
     if (name.pszName == nullptr) {
         return false;
     }
