@@ -73,6 +73,10 @@ void markRow(Drag* pDrag, POINT pt)
     if (GetFocus() != pDrag->hwndDirTarget) {
         SetFocus(pDrag->hwndDirTarget);
     }
+    // With a selected row, a single-selection list would refuse to move its caret.
+    if (SendMessageA(pDrag->hwndDirTarget, LB_GETCURSEL, 0, 0) != LB_ERR) {
+        SendMessageA(pDrag->hwndDirTarget, LB_SETCURSEL, WPARAM(-1), 0);
+    }
     SendMessageA(pDrag->hwndDirTarget, LB_SETCARETINDEX, WPARAM(nRow), 0);
     pDrag->nMarked = nRow;
 }
