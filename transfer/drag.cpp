@@ -77,7 +77,8 @@ void markRow(Drag* pDrag, POINT pt)
     if (SendMessageA(pDrag->hwndDirTarget, LB_GETCURSEL, 0, 0) != LB_ERR) {
         SendMessageA(pDrag->hwndDirTarget, LB_SETCURSEL, WPARAM(-1), 0);
     }
-    SendMessageA(pDrag->hwndDirTarget, LB_SETCARETINDEX, WPARAM(nRow), 0);
+    // A row that shows in part is enough: the list must not scroll under the pointer.
+    SendMessageA(pDrag->hwndDirTarget, LB_SETCARETINDEX, WPARAM(nRow), TRUE);
     pDrag->nMarked = nRow;
 }
 
