@@ -167,6 +167,10 @@ LRESULT dragAndRelease(HWND hwnd, XferWindowRecord* pRecord, const DragSource* p
     if (fReplayPress && idTarget < 1) {
         CallWindowProcA(pRecord->*pSource->pOriginal, hwnd, WM_LBUTTONDOWN, wParam,
                         MAKELPARAM(pSource->pptPress->x, pSource->pptPress->y));
+        // Its notifications pass through the caller's window procedure.
+        if (!fXferDandDIsAlive(hdlgDandD, pRecord)) {
+            return 0;
+        }
     }
     releaseButton(hwnd, pRecord, pSource, wParam, idTarget > 0);
     return 0;
