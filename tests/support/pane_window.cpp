@@ -80,11 +80,12 @@ TempDir::TempDir()
     char szTemp[MAX_PATH];
     m_before = currentDir();
     GetTempPathA(sizeof szTemp, szTemp);
-    // A name that a typed path can end in.
-    m_path = lower(szTemp) + "kr" + std::to_string(GetCurrentProcessId() % 10000) +
-             char('a' + s_nMade++ % 26);
-    EXPECT_TRUE(CreateDirectoryA(m_path.c_str(), nullptr)) << m_path;
-    EXPECT_EQ(_chdir(m_path.c_str()), 0);
+    // A name that a typed path can end in, and that nobody else has.
+    do {
+        m_path = lower(szTemp) + "kr" + std::to_string(s_nMade++);
+    } while (!CreateDirectoryA(m_path.c_str(), nullptr) &&
+             GetLastError() == ERROR_ALREADY_EXISTS && s_nMade < 100000);
+    EXPECT_EQ(_chdir(m_path.c_str()), 0) << m_path;
 }
 
 TempDir::~TempDir()
