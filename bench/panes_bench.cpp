@@ -37,6 +37,8 @@ void openWindow()
     s_hdlg = hdlgXferDandDCreate2("", nullptr, nullptr, 0, &callbacks, XFERVIEW_TWOPANE);
     pump();
     vXferDandDSetBusyState(s_hdlg, 0);
+    // In sight, what a row costs is the drawing of the list and its scroll bar.
+    ShowWindow(s_hdlg, SW_HIDE);
 }
 
 // A list box of the file lists' style, with or without sorting.

@@ -20,7 +20,10 @@ endif()
 add_library(krhaul_product_flags INTERFACE)
 target_link_libraries(krhaul_product_flags INTERFACE krhaul_flags)
 target_compile_options(krhaul_product_flags INTERFACE
-    $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>)
+    $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions>
+    $<$<COMPILE_LANGUAGE:CXX>:-fno-rtti>
+    $<$<COMPILE_LANGUAGE:CXX>:-fno-threadsafe-statics>
+    $<$<COMPILE_LANGUAGE:CXX>:-fno-asynchronous-unwind-tables>)
 
 # krhaul_import_library(TARGET DEF OUTPUT): an import library from a module definition file
 # whose names are decorated; the library's users see decorated names, the DLL plain ones.

@@ -652,20 +652,20 @@ TEST(ToolbarMouse, ARealOneWorksTheButtons)
         EXPECT_EQ(heard, expected);
     };
     movePointer(toolbar.hwnd(), 20, 13);
-    pressLeft();
+    pressMouse(MOUSE_LEFT);
     expectHeard("hint 10 press 10");
     movePointer(toolbar.hwnd(), 20, 60); // below the control: only the capture brings it here
     EXPECT_TRUE(waitUntil([&] { return toolbar.states() == MOUSE_STATES; }));
     movePointer(toolbar.hwnd(), 20, 14);
     expectHeard("hint 10");
     EXPECT_EQ(toolbar.states(), "6 0 4 4 5 4 4");
-    releaseLeft();
+    releaseMouse(MOUSE_LEFT);
     expectHeard("hint 0 release 10 command 10");
     // A double click in another place, so that it doesn't go with the click before.
     movePointer(toolbar.hwnd(), 120, 13);
     for (int n = 0; n < 2; ++n) {
-        pressLeft();
-        releaseLeft();
+        pressMouse(MOUSE_LEFT);
+        releaseMouse(MOUSE_LEFT);
     }
     expectHeard("hint 14 press 14 hint 0 release 14 command 14 hint 0");
     EXPECT_EQ(toolbar.states(), "4 0 4 4 4 5 4");

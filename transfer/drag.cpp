@@ -73,7 +73,12 @@ void markRow(Drag* pDrag, POINT pt)
     if (GetFocus() != pDrag->hwndDirTarget) {
         SetFocus(pDrag->hwndDirTarget);
     }
-    SendMessageA(pDrag->hwndDirTarget, LB_SETCARETINDEX, WPARAM(nRow), 0);
+    // With a selected row, a single-selection list would refuse to move its caret.
+    if (SendMessageA(pDrag->hwndDirTarget, LB_GETCURSEL, 0, 0) != LB_ERR) {
+        SendMessageA(pDrag->hwndDirTarget, LB_SETCURSEL, WPARAM(-1), 0);
+    }
+    // A row that shows in part is enough: the list must not scroll under the pointer.
+    SendMessageA(pDrag->hwndDirTarget, LB_SETCARETINDEX, WPARAM(nRow), TRUE);
     pDrag->nMarked = nRow;
 }
 
@@ -162,6 +167,10 @@ LRESULT dragAndRelease(HWND hwnd, XferWindowRecord* pRecord, const DragSource* p
     if (fReplayPress && idTarget < 1) {
         CallWindowProcA(pRecord->*pSource->pOriginal, hwnd, WM_LBUTTONDOWN, wParam,
                         MAKELPARAM(pSource->pptPress->x, pSource->pptPress->y));
+        // Its notifications pass through the caller's window procedure.
+        if (!fXferDandDIsAlive(hdlgDandD, pRecord)) {
+            return 0;
+        }
     }
     releaseButton(hwnd, pRecord, pSource, wParam, idTarget > 0);
     return 0;

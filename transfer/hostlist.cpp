@@ -56,6 +56,7 @@ void removeWorkingDir(HWND hwndDirs)
     }
 }
 
+// Without the ".." row above it there is no place for it.
 void putBack(HWND hwndDirs, const KeptRow* pKept)
 {
     if (pKept->hItem == nullptr) {
@@ -65,9 +66,10 @@ void putBack(HWND hwndDirs, const KeptRow* pKept)
     if (nRow > 0) {
         SendMessageA(hwndDirs, LB_SETITEMDATA, WPARAM(nRow),
                      reinterpret_cast<LPARAM>(pKept->hItem));
-    } else {
-        GlobalFree(pKept->hItem);
+        return;
     }
+    SendMessageA(hwndDirs, LB_DELETESTRING, WPARAM(nRow), 0);
+    GlobalFree(pKept->hItem);
 }
 
 void reseedDirs(HWND hdlgDandD, HWND hwndDirs)

@@ -133,10 +133,10 @@ void addSubDirs(const XferWindowRecord* pRecord, const XferNames* pDirs, DWORD n
 void addFiles(XferWindowRecord* pRecord, HWND hwndFiles, const XferNames* pFiles)
 {
     for (LONG n = 0; n < pFiles->cNames; ++n) {
-        const char* pszName = pFiles->pNames[n].pszName;
-        if (n == 0 || lstrcmpA(pszName, pFiles->pNames[n - 1].pszName) != 0) {
+        if (!fXferNamesSameAsBefore(pFiles, n)) {
             pRecord->fListsChanged = 1;
-            SendMessageA(hwndFiles, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(pszName));
+            SendMessageA(hwndFiles, LB_ADDSTRING, 0,
+                         reinterpret_cast<LPARAM>(pFiles->pNames[n].pszName));
         }
     }
 }

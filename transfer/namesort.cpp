@@ -53,21 +53,21 @@ bool makeRoom(XferNames* pNames)
     return true;
 }
 
-// Sort keys compare byte by byte as lstrcmpA compares the texts, and far more quickly.
+// Sort keys compare byte by byte as lstrcmpA compares the texts, and far more quickly. Like
+// lstrcmpA they have to read the texts in the code page of the system, which needn't be that of
+// the locale.
 void addKey(XferNames* pNames, XferSortedName* pName)
 {
     BYTE key[KEY_BYTES];
-    int cb = LCMapStringA(GetThreadLocale(), LCMAP_SORTKEY, pName->pszName, -1,
+    int cb = LCMapStringA(GetThreadLocale(), LCMAP_SORTKEY | LOCALE_USE_CP_ACP, pName->pszName, -1,
                           reinterpret_cast<char*>(key), sizeof key);
     pName->pbKey = cb <= 0 ? nullptr : reinterpret_cast<BYTE*>(takeBytes(pNames, key, size_t(cb)));
     pName->cbKey = pName->pbKey == nullptr ? 0 : DWORD(cb);
 }
 
 // Where the keys are equal, or one is missing, the texts decide.
-int compareNames(const void* p1, const void* p2)
+int compareTexts(const XferSortedName* pName1, const XferSortedName* pName2)
 {
-    auto pName1 = static_cast<const XferSortedName*>(p1);
-    auto pName2 = static_cast<const XferSortedName*>(p2);
     if (pName1->pbKey != nullptr && pName2->pbKey != nullptr) {
         DWORD cb = pName1->cbKey < pName2->cbKey ? pName1->cbKey : pName2->cbKey;
         int nOrder = memcmp(pName1->pbKey, pName2->pbKey, cb);
@@ -78,6 +78,14 @@ int compareNames(const void* p1, const void* p2)
     return lstrcmpA(pName1->pszName, pName2->pszName);
 }
 
+int compareNames(const void* p1, const void* p2)
+{
+    auto pName1 = static_cast<const XferSortedName*>(p1);
+    auto pName2 = static_cast<const XferSortedName*>(p2);
+    int nOrder = compareTexts(pName1, pName2);
+    return nOrder != 0 ? nOrder : pName1->nPlace - pName2->nPlace;
+}
+
 } // namespace
 
 bool fXferNamesAdd(XferNames* pNames, const char* pszName)
@@ -85,7 +93,8 @@ bool fXferNamesAdd(XferNames* pNames, const char* pszName)
     if (!makeRoom(pNames)) {
         return false;
     }
-    XferSortedName name = {takeBytes(pNames, pszName, strlen(pszName) + 1), nullptr, 0};
+    XferSortedName name = {takeBytes(pNames, pszName, strlen(pszName) + 1), nullptr, 0,
+                           pNames->cNames};
     if (name.pszName == nullptr) {
         return false;
     }
@@ -99,6 +108,11 @@ void vXferNamesSort(XferNames* pNames)
         addKey(pNames, &pNames->pNames[n]);
     }
     qsort(pNames->pNames, size_t(pNames->cNames), sizeof(XferSortedName), compareNames);
+}
+
+bool fXferNamesSameAsBefore(const XferNames* pNames, LONG n)
+{
+    return n > 0 && compareTexts(&pNames->pNames[n], &pNames->pNames[n - 1]) == 0;
 }
 
 void vXferNamesFree(XferNames* pNames)

@@ -8,6 +8,7 @@ struct XferSortedName {
     const char* pszName;
     const BYTE* pbKey; // null where there was no memory for it
     DWORD cbKey;
+    LONG nPlace; // as it came; decides between equal names
 };
 
 struct XferNameBlock;
@@ -23,8 +24,11 @@ struct XferNames {
 // Takes a copy of a name. Gives false if there is no memory for it; the list goes on without.
 bool fXferNamesAdd(XferNames* pNames, const char* pszName);
 
-// Sorts all names.
+// Sorts all names; equal ones stay in the order in which they came.
 void vXferNamesSort(XferNames* pNames);
+
+// Whether a name of a sorted list equals the one before it.
+bool fXferNamesSameAsBefore(const XferNames* pNames, LONG n);
 
 void vXferNamesFree(XferNames* pNames);
 

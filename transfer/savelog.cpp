@@ -3,6 +3,7 @@
 #include "../resources/ids.h"
 
 #include <commdlg.h>
+#include <direct.h>
 #include <stdio.h>
 #include <string.h>
 
@@ -43,6 +44,19 @@ void buildFilter(const XferWindowRecord* pRecord, FilterText& szFilter)
     *pch = '\0';
 }
 
+// The dialog changes the current directory to that of the file, but the current directory is
+// what the local panes show and what their names mean.
+bool saveDialog(OPENFILENAMEA* pOpen)
+{
+    char szDir[XFER_NAME_SIZE];
+    bool fKnown = _getcwd(szDir, sizeof szDir) != nullptr;
+    bool fChosen = GetSaveFileNameA(pOpen) != 0;
+    if (fKnown) {
+        _chdir(szDir);
+    }
+    return fChosen;
+}
+
 // Asks for the file; the window can be gone after it. The name has a buffer of its own: the
 // scratch buffers serve other calls while the dialog is open.
 bool askForFile(HWND hdlgDandD, const XferWindowRecord* pRecord, char (&szFile)[XFER_NAME_SIZE])
@@ -65,7 +79,7 @@ bool askForFile(HWND hdlgDandD, const XferWindowRecord* pRecord, char (&szFile)[
     open.lpTemplateName = OLD_TEMPLATE;
     open.Flags = OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY | OFN_PATHMUSTEXIST;
     open.Flags |= fXferIsVersion4() ? OFN_EXPLORER : OFN_ENABLETEMPLATE;
-    return GetSaveFileNameA(&open) != 0;
+    return saveDialog(&open);
 }
 
 // Reads the part of a line that is selected, with a line end behind it.

@@ -33,21 +33,35 @@ void clickWindow(HWND hwnd)
     sendMouse(MOUSEEVENTF_LEFTUP);
 }
 
+void movePointer(POINT pt)
+{
+    // Rounded up, because the system cuts what it computes from this.
+    auto scale = [](LONG n, int cScreen) { return (n * 65536 + cScreen - 1) / cScreen; };
+    INPUT input = {};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
+    input.mi.dx = scale(pt.x, GetSystemMetrics(SM_CXSCREEN));
+    input.mi.dy = scale(pt.y, GetSystemMetrics(SM_CYSCREEN));
+    SendInput(1, &input, sizeof input);
+}
+
 void movePointer(HWND hwnd, int x, int y)
 {
     POINT point = {x, y};
     ClientToScreen(hwnd, &point);
-    sendMouse(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE, point.x, point.y);
+    movePointer(point);
 }
 
-void pressLeft()
+void pressMouse(MouseButton button)
 {
-    sendMouse(MOUSEEVENTF_LEFTDOWN);
+    constexpr DWORD DOWN[] = {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_MIDDLEDOWN, MOUSEEVENTF_RIGHTDOWN};
+    sendMouse(DOWN[button]);
 }
 
-void releaseLeft()
+void releaseMouse(MouseButton button)
 {
-    sendMouse(MOUSEEVENTF_LEFTUP);
+    constexpr DWORD UP[] = {MOUSEEVENTF_LEFTUP, MOUSEEVENTF_MIDDLEUP, MOUSEEVENTF_RIGHTUP};
+    sendMouse(UP[button]);
 }
 
 void typeKey(WORD vk, bool fAlt)

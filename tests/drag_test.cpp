@@ -1,0 +1,592 @@
+// Dragging files, with a real mouse: a thread plays the user, while the window's thread handles
+// its messages and runs the drag loop.
+#include "../resources/ids.h"
+#include "../transfer/record.h"
+#include "support/imports.h"
+#include "support/input.h"
+#include "support/pane_window.h"
+
+#include <atomic>
+#include <direct.h>
+#include <map>
+#include <thread>
+
+namespace {
+
+constexpr DWORD WAIT_MS = 20000;
+constexpr POINT OUTSIDE = {1200, 900};
+
+// What the drag loop has seen by the end of its last pass.
+struct Pass {
+    std::atomic<LONG> pt{-1};
+    std::atomic<HCURSOR> hcur{nullptr};
+    std::atomic<bool> fLeft{false};
+    std::atomic<int> cPasses{0};
+};
+Pass s_pass;
+POINT s_pt;
+HCURSOR s_hcur;
+std::map<HCURSOR, std::string> s_cursors; // those that are loaded
+std::atomic<int> s_cDrags;
+HWND s_hwndCapture;
+std::atomic<bool> s_held[3];                   // by the user, each MouseButton
+std::vector<std::pair<HWND, UINT>> s_passedOn; // presses and releases that the lists got
+
+LONG packed(POINT pt)
+{
+    return MAKELONG(pt.x, pt.y);
+}
+
+BOOL WINAPI fakeGetCursorPos(POINT* ppt)
+{
+    BOOL fDone = GetCursorPos(ppt);
+    s_pt = *ppt;
+    return fDone;
+}
+
+HCURSOR WINAPI fakeSetCursor(HCURSOR hcur)
+{
+    s_hcur = hcur;
+    return SetCursor(hcur);
+}
+
+// The loop asks for the buttons at the end of a pass. For 50 ms Wine can miss a press that came
+// from another thread, so the user says it as well.
+SHORT WINAPI fakeGetAsyncKeyState(int vk)
+{
+    MouseButton button = vk == VK_LBUTTON   ? MOUSE_LEFT
+                         : vk == VK_MBUTTON ? MOUSE_MIDDLE
+                                            : MOUSE_RIGHT;
+    auto nState = SHORT(GetAsyncKeyState(vk) | (s_held[button] ? 0x8000 : 0));
+    if (vk == VK_LBUTTON) {
+        s_hwndCapture = GetCapture();
+        s_pass.fLeft = nState < 0;
+        s_pass.hcur = s_hcur;
+        s_pass.pt = packed(s_pt);
+        ++s_pass.cPasses;
+    }
+    return nState;
+}
+
+void hold(MouseButton button)
+{
+    s_held[button] = true;
+    pressMouse(button);
+}
+
+void letGo(MouseButton button)
+{
+    releaseMouse(button);
+    s_held[button] = false;
+}
+
+HCURSOR WINAPI fakeLoadCursor(HINSTANCE hInstance, LPCSTR pszName)
+{
+    HCURSOR hcur = LoadCursorA(hInstance, pszName);
+    s_cursors[hcur] = IS_INTRESOURCE(pszName) ? "arrow" : pszName;
+    return hcur;
+}
+
+BOOL WINAPI fakeDestroyCursor(HCURSOR hcur)
+{
+    s_cursors.erase(hcur);
+    return DestroyCursor(hcur);
+}
+
+BOOL WINAPI fakeReleaseCapture()
+{
+    ++s_cDrags;
+    return ReleaseCapture();
+}
+
+LRESULT WINAPI fakeCallWindowProc(WNDPROC pfn, HWND hwnd, UINT uMessage, WPARAM wParam,
+                                  LPARAM lParam)
+{
+    LRESULT nResult = CallWindowProcA(pfn, hwnd, uMessage, wParam, lParam);
+    if (uMessage == WM_LBUTTONDOWN || uMessage == WM_LBUTTONUP) {
+        s_passedOn.push_back({hwnd, uMessage});
+    }
+    return nResult;
+}
+
+// Runs on the user's thread.
+bool waitFor(const std::function<bool()>& condition)
+{
+    DWORD dwStart = GetTickCount();
+    while (!condition()) {
+        if (GetTickCount() - dwStart > WAIT_MS) {
+            return false;
+        }
+        SwitchToThread();
+    }
+    return true;
+}
+
+bool waitForPasses()
+{
+    int cPasses = s_pass.cPasses;
+    return waitFor([cPasses] { return s_pass.cPasses > cPasses + 1; });
+}
+
+// Moves the pointer during a drag. Gives the cursor that the drag then shows.
+HCURSOR hover(POINT pt)
+{
+    movePointer(pt);
+    return waitFor([pt] { return s_pass.pt == packed(pt); }) && waitForPasses() ? s_pass.hcur.load()
+                                                                                : nullptr;
+}
+
+POINT moved(POINT pt, int dx, int dy)
+{
+    return {pt.x + dx, pt.y + dy};
+}
+
+class Drag : public PaneWindow {
+protected:
+    Drag()
+        : m_pos(library(), "GetCursorPos", fakeGetCursorPos),
+          m_set(library(), "SetCursor", fakeSetCursor),
+          m_keys(library(), "GetAsyncKeyState", fakeGetAsyncKeyState),
+          m_load(library(), "LoadCursorA", fakeLoadCursor),
+          m_destroy(library(), "DestroyCursor", fakeDestroyCursor),
+          m_release(library(), "ReleaseCapture", fakeReleaseCapture),
+          m_call(library(), "CallWindowProcA", fakeCallWindowProc)
+    {
+        m_dir.makeDir("child");
+        for (const char* psz : {"a", "b", "c"}) {
+            m_dir.makeFile(psz, 10);
+        }
+        movePointer(OUTSIDE);
+        open();
+        feedHost({"x", "y", "z"});
+        SetForegroundWindow(m_hwnd);
+        // Presses come quickly here, and each is to count for itself.
+        HWND hwndFiles = item(IDC_DANDD_LOCALFILES);
+        SetClassLongA(hwndFiles, GCL_STYLE, GetClassLongA(hwndFiles, GCL_STYLE) & ~CS_DBLCLKS);
+        start();
+    }
+
+    void start()
+    {
+        pumpMessages();
+        s_cDrags = 0;
+        s_pass.pt = -1;
+        s_passedOn.clear();
+        recorded();
+        requests();
+    }
+
+    // The window's thread must be asked for points before the user begins.
+    POINT pointOf(int idList, const std::string& row) const
+    {
+        RECT rc;
+        tell(idList, LB_GETITEMRECT, WPARAM(rowOf(idList, row)), LPARAM(&rc));
+        return at(idList, rc.left + 20, (rc.top + rc.bottom) / 2);
+    }
+    POINT at(int idControl, LONG x, LONG y) const
+    {
+        POINT pt = {x, y};
+        ClientToScreen(item(idControl), &pt);
+        return pt;
+    }
+    // Where a list has no row.
+    POINT emptyPart(int idList) const
+    {
+        RECT rc;
+        GetClientRect(item(idList), &rc);
+        return at(idList, rc.right - 8, rc.bottom - 8);
+    }
+
+    // Handles messages while the user acts, and until a drag or a click has come to its end.
+    void play(const std::function<void()>& user)
+    {
+        std::atomic<bool> fDone{false};
+        std::thread thread([&] {
+            user();
+            fDone = true;
+        });
+        EXPECT_TRUE(waitUntil([&] { return fDone && (s_cDrags > 0 || hasReleased()); }));
+        thread.join();
+        pumpMessages();
+    }
+
+    // Presses at the first point, goes to the others and releases at the last. Gives the cursors
+    // on the way.
+    Strings drag(const std::vector<POINT>& path)
+    {
+        std::vector<HCURSOR> cursors;
+        start();
+        play([&] {
+            movePointer(path[0]);
+            hold(MOUSE_LEFT);
+            for (size_t n = 1; n < path.size(); ++n) {
+                cursors.push_back(hover(path[n]));
+            }
+            letGo(MOUSE_LEFT);
+        });
+        EXPECT_EQ(s_cDrags, 1);
+        Strings names;
+        for (HCURSOR hcur : cursors) {
+            names.push_back(m_names.count(hcur) != 0 ? m_names[hcur] : "other");
+        }
+        return names;
+    }
+
+    static bool hasReleased()
+    {
+        return !s_passedOn.empty() && s_passedOn.back().second == WM_LBUTTONUP;
+    }
+
+    std::map<HCURSOR, std::string> m_names = {
+        {LoadCursorA(library(), "DropNot"), "not"},
+        {LoadCursorA(library(), "DropSingle"), "single"},
+        {LoadCursorA(library(), "DropMultiple"), "multiple"},
+        {LoadCursorA(nullptr, MAKEINTRESOURCEA(32512)), "arrow"}};
+
+private:
+    ReplacedImport m_pos, m_set, m_keys, m_load, m_destroy, m_release, m_call;
+};
+
+struct Move {
+    int dx, dy;
+    bool fDrags;
+};
+
+TEST_F(Drag, BeginsTwoPixelsFromThePress)
+{
+    for (const Move& move :
+         {Move{0, 0, false}, Move{1, 0, false}, Move{-1, 1, false}, Move{-1, -1, false},
+          Move{2, 0, true}, Move{0, -2, true}, Move{-2, 1, true}}) {
+        SCOPED_TRACE(testing::Message() << move.dx << ", " << move.dy);
+        POINT pt = pointOf(IDC_DANDD_LOCALFILES, "b");
+        start();
+        play([&] {
+            movePointer(pt);
+            hold(MOUSE_LEFT);
+            movePointer(moved(pt, move.dx, move.dy));
+            if (move.fDrags) {
+                waitForPasses();
+            }
+            letGo(MOUSE_LEFT);
+        });
+        EXPECT_EQ(s_cDrags, move.fDrags ? 1 : 0);
+        EXPECT_EQ(selected(IDC_DANDD_LOCALFILES), Strings{"b"});
+        EXPECT_TRUE(hasReleased());
+        EXPECT_EQ(requests(), Strings{});
+    }
+}
+
+TEST_F(Drag, CursorTellsWhatADropWouldDo)
+{
+    POINT pt = pointOf(IDC_DANDD_HOSTFILES, "y");
+    POINT ptBegin = moved(pt, 2, 0);
+    const std::vector<POINT> path = {pt,
+                                     ptBegin,
+                                     moved(ptBegin, 0, 3),
+                                     moved(ptBegin, 5, 0),
+                                     moved(ptBegin, 1, 1),
+                                     at(IDC_DANDD_INFOLINE, 5, 5),
+                                     pointOf(IDC_DANDD_LOCALDIRS, "child"),
+                                     pointOf(IDC_DANDD_HOSTDIRS, "one"),
+                                     at(IDC_DANDD_BAND, 0, -3),
+                                     OUTSIDE,
+                                     emptyPart(IDC_DANDD_LOCALFILES)};
+    EXPECT_EQ(drag(path), split("arrow arrow arrow single not single not not not single"));
+    EXPECT_EQ(requests(), Strings{"receive y"});
+    EXPECT_EQ(recorded(), Strings{"received: y"});
+    EXPECT_EQ(s_hwndCapture, m_hwnd);
+    EXPECT_EQ(GetCapture(), nullptr);
+    // Two of the library's own are loaded and released, the system's arrow stays.
+    for (const auto& cursor : s_cursors) {
+        EXPECT_EQ(cursor.second, "arrow");
+    }
+    selectFiles(IDC_DANDD_HOSTFILES, {"x", "y", "z"});
+    EXPECT_EQ(drag({pt, pt, moved(pt, 1, 1), OUTSIDE, pointOf(IDC_DANDD_LOCALDIRS, "child"),
+                    emptyPart(IDC_DANDD_LOCALFILES)}),
+              split("arrow multiple not multiple multiple"));
+    EXPECT_EQ(requests(), Strings{"receive x y z"});
+}
+
+TEST_F(Drag, SeveralRowsGoInTheOrderOfTheList)
+{
+    selectFiles(IDC_DANDD_LOCALFILES, {"c", "a"});
+    drag({pointOf(IDC_DANDD_LOCALFILES, "c"), emptyPart(IDC_DANDD_HOSTFILES)});
+    EXPECT_EQ(requests(), Strings{"send a c"});
+    EXPECT_EQ(recorded(), (Strings{"sent: a", "sent: c"}));
+    EXPECT_EQ(selected(IDC_DANDD_LOCALFILES), (Strings{"a", "c"}));
+}
+
+// A press on several selected rows that moves nowhere is a click after all.
+TEST_F(Drag, AClickInASelectionIsReplayedAtItsEnd)
+{
+    selectFiles(IDC_DANDD_LOCALFILES, {"a", "b", "c"});
+    POINT pt = pointOf(IDC_DANDD_LOCALFILES, "b");
+    EXPECT_EQ(drag({pt, pt}), Strings{"arrow"});
+    EXPECT_EQ(selected(IDC_DANDD_LOCALFILES), Strings{"b"});
+    EXPECT_EQ(stripText(), "Files selected: 1 (10 bytes)");
+    HWND hwndFiles = item(IDC_DANDD_LOCALFILES);
+    using Passed = std::pair<HWND, UINT>;
+    EXPECT_EQ(s_passedOn[0], Passed(hwndFiles, WM_LBUTTONDOWN));
+    EXPECT_EQ(s_passedOn[1], Passed(hwndFiles, WM_LBUTTONUP));
+    // With Ctrl it takes the row out of the selection.
+    selectFiles(IDC_DANDD_LOCALFILES, {"a", "b", "c"});
+    ScreenToClient(hwndFiles, &pt);
+    SendMessageA(hwndFiles, WM_LBUTTONDOWN, MK_LBUTTON | MK_CONTROL, MAKELPARAM(pt.x, pt.y));
+    EXPECT_EQ(selected(IDC_DANDD_LOCALFILES), (Strings{"a", "c"}));
+    // So does a drag that ends nowhere.
+    selectFiles(IDC_DANDD_LOCALFILES, {"a", "b", "c"});
+    drag({pointOf(IDC_DANDD_LOCALFILES, "b"), OUTSIDE});
+    EXPECT_EQ(selected(IDC_DANDD_LOCALFILES), Strings{"b"});
+    EXPECT_EQ(requests(), Strings{});
+}
+
+struct Drop {
+    std::string row, request, recordedDir, dir;
+};
+
+TEST_F(Drag, ADropOnALocalDirectoryEntersIt)
+{
+    const std::string parent = m_dir.path().substr(0, m_dir.path().rfind('\\'));
+    const std::string own = m_dir.path().substr(parent.size() + 1);
+    const Drop drops[] = {
+        {"c:\\", "receive x", "local directory: \\", "c:\\"},
+        {parent.substr(parent.rfind('\\') + 1), "receive x", "local directory: " + parent, parent},
+        {own, "receive x", "", m_dir.path()},
+        {"child", "receive x", "local directory: child", m_dir.path("child")},
+    };
+    // Room for the whole chain.
+    MoveWindow(item(IDC_DANDD_LOCALDIRS), 10, 60, 280, 170, TRUE);
+    for (const Drop& drop : drops) {
+        SCOPED_TRACE(drop.row);
+        _chdir(m_dir.path().c_str());
+        vXferDandDRefreshLocalFiles(m_hwnd);
+        drag({pointOf(IDC_DANDD_HOSTFILES, "x"), pointOf(IDC_DANDD_LOCALDIRS, drop.row)});
+        Strings lines = drop.recordedDir.empty() ? Strings{} : Strings{drop.recordedDir};
+        lines.push_back("received: x");
+        EXPECT_EQ(requests(), Strings{drop.request});
+        EXPECT_EQ(recorded(), lines);
+        EXPECT_EQ(currentDir(), drop.dir);
+        EXPECT_EQ(text(IDC_DANDD_LOCALPATH), drop.dir);
+    }
+    // Nothing selected: only the directory changes. Below the rows nothing happens.
+    _chdir(m_dir.path().c_str());
+    vXferDandDRefreshLocalFiles(m_hwnd);
+    feedHost({});
+    POINT from = emptyPart(IDC_DANDD_HOSTFILES);
+    drag({from, moved(from, -2, 0), emptyPart(IDC_DANDD_LOCALDIRS)});
+    EXPECT_EQ(recorded(), Strings{});
+    drag({from, moved(from, -2, 0), pointOf(IDC_DANDD_LOCALDIRS, "child")});
+    EXPECT_EQ(recorded(), Strings{"local directory: child"});
+    EXPECT_EQ(requests(), Strings{});
+}
+
+TEST_F(Drag, ADropOnAHostDirectoryNamesIt)
+{
+    const Drop drops[] = {
+        {"..", "send a > ..", "host directory: ..", ""},
+        {"work", "send a", "", ""},
+        {"two", "send a > two", "host directory: two", ""},
+    };
+    for (const Drop& drop : drops) {
+        drag({pointOf(IDC_DANDD_LOCALFILES, "a"), pointOf(IDC_DANDD_HOSTDIRS, drop.row)});
+        Strings lines = drop.recordedDir.empty() ? Strings{} : Strings{drop.recordedDir};
+        lines.push_back("sent: a");
+        EXPECT_EQ(requests(), Strings{drop.request});
+        EXPECT_EQ(recorded(), lines);
+    }
+    drag({pointOf(IDC_DANDD_LOCALFILES, "a"), emptyPart(IDC_DANDD_HOSTDIRS)});
+    drag({pointOf(IDC_DANDD_LOCALFILES, "a"), pointOf(IDC_DANDD_LOCALFILES, "c")});
+    drag({pointOf(IDC_DANDD_LOCALFILES, "a"), pointOf(IDC_DANDD_LOCALDIRS, "child")});
+    drag({pointOf(IDC_DANDD_LOCALFILES, "a"), at(IDC_DANDD_INFOLINE, 5, 5)});
+    EXPECT_EQ(requests(), Strings{});
+    EXPECT_EQ(selected(IDC_DANDD_LOCALFILES), Strings{"a"});
+}
+
+TEST_F(Drag, TheMarkFollowsThePointer)
+{
+    const POINT from = pointOf(IDC_DANDD_LOCALFILES, "a");
+    const POINT one = pointOf(IDC_DANDD_HOSTDIRS, "one");
+    const POINT two = pointOf(IDC_DANDD_HOSTDIRS, "two");
+    const POINT none = emptyPart(IDC_DANDD_HOSTDIRS);
+    struct Path {
+        std::vector<POINT> points;
+        const char* pszRequest;
+    };
+    const Path paths[] = {
+        {{from, one, two}, "send a > two"},
+        {{from, one, OUTSIDE}, ""},
+        {{from, one, OUTSIDE, two}, "send a > two"},
+        {{from, one, OUTSIDE, one}, "send a > one"},
+        {{from, one, OUTSIDE, none}, ""},
+        {{from, two, none}, "send a > two"},
+        {{from, one, emptyPart(IDC_DANDD_HOSTFILES)}, "send a"},
+        {{from, none}, ""},
+    };
+    for (const Path& path : paths) {
+        drag(path.points);
+        EXPECT_EQ(requests(), *path.pszRequest == '\0' ? Strings{} : Strings{path.pszRequest})
+            << &path - paths;
+    }
+}
+
+// The press on a selection of several rows leaves the focus where it is, and a selected row in
+// the list that has it.
+TEST_F(Drag, ASelectedDirectoryIsNotTakenForTheMark)
+{
+    selectRow(IDC_DANDD_HOSTDIRS, "one");
+    selectFiles(IDC_DANDD_LOCALFILES, {"a", "b"});
+    drag({pointOf(IDC_DANDD_LOCALFILES, "a"), pointOf(IDC_DANDD_HOSTDIRS, "two")});
+    EXPECT_EQ(requests(), Strings{"send a b > two"});
+}
+
+TEST_F(Drag, ALongDirectoryListStaysWhereItIs)
+{
+    for (char ch = 'a'; ch <= 'z'; ++ch) {
+        nXferDandDAddHostSubDir(m_hwnd, (std::string("d") + ch).c_str());
+    }
+    // Its last row is cut.
+    MoveWindow(item(IDC_DANDD_HOSTDIRS), 10, 250, 280, 5 * 16 + 12, TRUE);
+    tell(IDC_DANDD_HOSTDIRS, LB_SETTOPINDEX, 10);
+    const POINT from = pointOf(IDC_DANDD_LOCALFILES, "a");
+    const Strings all = rows(IDC_DANDD_HOSTDIRS);
+    POINT above = pointOf(IDC_DANDD_HOSTDIRS, all[11]);
+    POINT last = moved(above, 0, 4 * 16 - 5);
+    for (const std::vector<POINT>& path :
+         {std::vector<POINT>{from, last, above}, std::vector<POINT>{from, last, OUTSIDE, above}}) {
+        drag(path);
+        EXPECT_EQ(requests(), Strings{"send a > " + all[11]});
+        EXPECT_EQ(tell(IDC_DANDD_HOSTDIRS, LB_GETTOPINDEX), 10);
+    }
+    drag({from, last});
+    EXPECT_EQ(requests(), Strings{"send a > " + all[15]});
+}
+
+TEST_F(Drag, TheLastButtonEndsIt)
+{
+    POINT from = pointOf(IDC_DANDD_LOCALFILES, "b");
+    POINT one = pointOf(IDC_DANDD_HOSTDIRS, "one");
+    POINT two = pointOf(IDC_DANDD_HOSTDIRS, "two");
+    for (MouseButton button : {MOUSE_RIGHT, MOUSE_MIDDLE}) {
+        bool fWentOn = false;
+        start();
+        play([&] {
+            movePointer(from);
+            hold(MOUSE_LEFT);
+            hover(one);
+            hold(button);
+            waitForPasses();
+            letGo(MOUSE_LEFT);
+            fWentOn = waitFor([] { return !s_pass.fLeft; }) && hover(two) != nullptr;
+            letGo(button);
+        });
+        EXPECT_TRUE(fWentOn);
+        EXPECT_EQ(requests(), Strings{"send b > two"});
+    }
+}
+
+TEST_F(Drag, BusyStateSwallowsThePress)
+{
+    vXferDandDSetBusyState(m_hwnd, 1);
+    for (const Strings& before : {Strings{}, Strings{"a", "b"}}) {
+        selectFiles(IDC_DANDD_LOCALFILES, before);
+        POINT pt = pointOf(IDC_DANDD_LOCALFILES, "b");
+        start();
+        play([&] {
+            movePointer(pt);
+            hold(MOUSE_LEFT);
+            movePointer(moved(pt, 9, 0));
+            letGo(MOUSE_LEFT);
+        });
+        EXPECT_EQ(s_cDrags, 0);
+        EXPECT_EQ(s_passedOn.size(), 1u);
+        EXPECT_EQ(selected(IDC_DANDD_LOCALFILES), before);
+    }
+}
+
+TEST_F(Drag, WhatAFailedDropSaysStays)
+{
+    const std::string said = stringOf(GetModuleHandleA("XFREN.DLL"), IDS_DROP_FAILED);
+    RemoveDirectoryA("child");
+    for (bool fSeveral : {false, true}) {
+        vXferDandDDisplayDILText(m_hwnd, "before");
+        selectFiles(IDC_DANDD_HOSTFILES, fSeveral ? Strings{"x", "y"} : Strings{});
+        drag({pointOf(IDC_DANDD_HOSTFILES, "x"), pointOf(IDC_DANDD_LOCALDIRS, "child")});
+        EXPECT_EQ(stripText(), said);
+        EXPECT_EQ(requests(), Strings{});
+        EXPECT_EQ(recorded(), Strings{});
+        EXPECT_EQ(selected(IDC_DANDD_HOSTFILES), fSeveral ? (Strings{"x", "y"}) : Strings{"x"});
+        EXPECT_EQ(currentDir(), m_dir.path());
+    }
+    // Some systems' lists tell of a change when the button goes up; the next one counts again.
+    notify(IDC_DANDD_HOSTFILES, LBN_SELCHANGE);
+    EXPECT_EQ(stripText(), "");
+}
+
+WNDPROC listProc(HWND hwnd)
+{
+    return reinterpret_cast<WNDPROC>(GetClassLongA(hwnd, GCL_WNDPROC));
+}
+
+// The release of the button that lists get after a drop, as a list can answer it.
+LRESULT CALLBACK tellingListProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
+{
+    if (uMessage == WM_LBUTTONUP) {
+        int id = GetDlgCtrlID(hwnd);
+        SendMessageA(GetParent(hwnd), WM_COMMAND, MAKEWPARAM(id, LBN_SELCHANGE), LPARAM(hwnd));
+    }
+    return CallWindowProcA(listProc(hwnd), hwnd, uMessage, wParam, lParam);
+}
+
+TEST_F(Drag, WhatAFailedDropSaysOutlivesTheListsNotification)
+{
+    auto pRecord = reinterpret_cast<XferWindowRecord*>(GetWindowLongA(m_hwnd, DWL_USER));
+    pRecord->pfnOrigHostFileList = tellingListProc;
+    RemoveDirectoryA("child");
+    drag({pointOf(IDC_DANDD_HOSTFILES, "x"), pointOf(IDC_DANDD_LOCALDIRS, "child")});
+    EXPECT_EQ(stripText(), stringOf(GetModuleHandleA("XFREN.DLL"), IDS_DROP_FAILED));
+}
+
+TEST_F(Drag, ACallbackMayEndTheWindow)
+{
+    for (bool fSeveral : {false, true}) {
+        selectFiles(IDC_DANDD_LOCALFILES, fSeveral ? Strings{"a", "b"} : Strings{});
+        m_inRequest = [this] { nXferDandDDestroy(m_hwnd); };
+        drag({pointOf(IDC_DANDD_LOCALFILES, "a"), emptyPart(IDC_DANDD_HOSTFILES)});
+        EXPECT_EQ(requests(), Strings{fSeveral ? "send a b" : "send a"});
+        EXPECT_FALSE(IsWindow(m_hwnd));
+        m_inRequest = nullptr;
+        open();
+        feedHost({});
+    }
+}
+
+LRESULT CALLBACK endingListProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
+{
+    if (uMessage == WM_LBUTTONDOWN) {
+        nXferDandDDestroy(GetParent(hwnd));
+        return 0;
+    }
+    return CallWindowProcA(listProc(hwnd), hwnd, uMessage, wParam, lParam);
+}
+
+TEST_F(Drag, AReplayedPressMayEndTheWindow)
+{
+    auto pRecord = reinterpret_cast<XferWindowRecord*>(GetWindowLongA(m_hwnd, DWL_USER));
+    selectFiles(IDC_DANDD_LOCALFILES, {"a", "b"});
+    POINT pt = pointOf(IDC_DANDD_LOCALFILES, "a");
+    pRecord->pfnOrigLocalFileList = endingListProc;
+    drag({pt, pt});
+    EXPECT_FALSE(IsWindow(m_hwnd));
+    EXPECT_EQ(s_passedOn.size(), 1u);
+}
+
+TEST_F(Drag, ADirectoryListWithoutTheFocusShowsNoSelectedRow)
+{
+    selectRow(IDC_DANDD_LOCALDIRS, "child");
+    selectRow(IDC_DANDD_HOSTDIRS, "one");
+    EXPECT_EQ(tell(IDC_DANDD_LOCALDIRS, LB_GETCURSEL), LB_ERR);
+    SetFocus(item(IDC_DANDD_HOSTFILES));
+    EXPECT_EQ(tell(IDC_DANDD_HOSTDIRS, LB_GETCURSEL), LB_ERR);
+}
+
+} // namespace

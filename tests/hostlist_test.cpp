@@ -1,0 +1,232 @@
+// The calls that fill and clear the host panes.
+#include "../resources/ids.h"
+#include "support/ledger.h"
+#include "support/pane_window.h"
+
+namespace {
+
+class HostList : public PaneWindow {
+protected:
+    // Opens a window anew, whose directory list is what the text says: ".." seeds it, "w" is the
+    // working directory.
+    void openWith(const std::string& dirs)
+    {
+        close();
+        open();
+        for (const std::string& dir : split(dirs)) {
+            if (dir == "..") {
+                nXferDandDClearHostFileInfo(m_hwnd, XFERCLEAR_SUBDIRS);
+            } else if (dir == "w") {
+                vXferDandDPrintWorkingDir(m_hwnd, "w", "/w");
+            } else {
+                nXferDandDAddHostSubDir(m_hwnd, dir.c_str());
+            }
+        }
+    }
+};
+
+struct Clearing {
+    const char* pszBefore;
+    DWORD dwFlags;
+    const char* pszAfter;
+};
+const Clearing CLEARINGS[] = {
+    {".. w a b c", 0, ".. w a b c"},
+    {".. w a b c", XFERCLEAR_SUBDIRS, ".. w"},
+    {".. w a b c", XFERCLEAR_WORKDIR, ".. a b c"},
+    {".. w a b c", XFERCLEAR_SUBDIRS | XFERCLEAR_WORKDIR, ".."},
+    {".. w a b c", XFERCLEAR_FILES, ".. w a b c"},
+    {".. w a b c", XFERCLEAR_FILTER, ".. w a b c"},
+    {".. w a b c", XFERCLEAR_FILES | XFERCLEAR_FILTER | XFERCLEAR_SUBDIRS, ".. w"},
+    {".. w a b c", 15, ".."},
+    {".. w a b c", 0xFFFFFFF0, ".. w a b c"},
+    {".. w", XFERCLEAR_SUBDIRS, ".. w"},
+    {".. w", XFERCLEAR_WORKDIR, ".."},
+    {".. w w", XFERCLEAR_SUBDIRS, ".. w"},
+    {".. w w", XFERCLEAR_WORKDIR, ".. w"},
+    {".. a b", XFERCLEAR_SUBDIRS, ".."},
+    {".. a b", XFERCLEAR_WORKDIR, ".. a b"},
+    {"..", XFERCLEAR_SUBDIRS, ".."},
+    {"..", XFERCLEAR_WORKDIR, ".."},
+    {"", XFERCLEAR_SUBDIRS, ".."},
+    {"", XFERCLEAR_WORKDIR, ""},
+    {"", 15, ".."},
+    {"a b", XFERCLEAR_SUBDIRS, ".."},
+    {"a b", XFERCLEAR_WORKDIR, "a b"},
+};
+
+TEST_F(HostList, ClearsWhatTheFlagsSay)
+{
+    Ledger ledger;
+    for (const Clearing& c : CLEARINGS) {
+        SCOPED_TRACE(testing::Message() << c.pszBefore << ": " << c.dwFlags);
+        openWith(c.pszBefore);
+        size_t cOthers = ledger.blocks() - rows(IDC_DANDD_HOSTDIRS).size();
+        nXferDandDAddHostFileName(m_hwnd, "file");
+        type(IDC_DANDD_HOSTPATH, "/typed");
+        tell(IDC_DANDD_HOSTPATH, EM_SETMODIFY, TRUE);
+        type(IDC_DANDD_HOSTFILTER, "*");
+        LRESULT nKept = tell(IDC_DANDD_HOSTDIRS, LB_GETITEMDATA, 1);
+        EXPECT_EQ(nXferDandDClearHostFileInfo(m_hwnd, c.dwFlags), 0);
+        Strings after = split(c.pszAfter);
+        EXPECT_EQ(rows(IDC_DANDD_HOSTDIRS), after);
+        bool fWorkDir = (c.dwFlags & XFERCLEAR_WORKDIR) != 0;
+        EXPECT_EQ(text(IDC_DANDD_HOSTPATH), fWorkDir ? "" : "/typed");
+        EXPECT_EQ(tell(IDC_DANDD_HOSTPATH, EM_GETMODIFY), !fWorkDir);
+        EXPECT_EQ(text(IDC_DANDD_HOSTFILTER), (c.dwFlags & XFERCLEAR_FILTER) != 0 ? "" : "*");
+        EXPECT_EQ(rows(IDC_DANDD_HOSTFILES).empty(), (c.dwFlags & XFERCLEAR_FILES) != 0);
+        // A working directory that stays keeps its record.
+        if (after.size() > 1 && after[1] == "w" && split(c.pszBefore).size() != 3) {
+            EXPECT_EQ(tell(IDC_DANDD_HOSTDIRS, LB_GETITEMDATA, 1), nKept);
+        }
+        EXPECT_EQ(ledger.blocks(), cOthers + after.size());
+    }
+    openWith(".. w a");
+    type(IDC_DANDD_HOSTFILTER, "*");
+    EXPECT_EQ(nXferDandDClearHostFileList(m_hwnd), 0);
+    EXPECT_EQ(rows(IDC_DANDD_HOSTDIRS), Strings{".."});
+    EXPECT_EQ(text(IDC_DANDD_HOSTFILTER) + text(IDC_DANDD_HOSTPATH), "");
+    close();
+    EXPECT_EQ(ledger.blocks(), 0u);
+}
+
+TEST_F(HostList, NoRowStaysWithoutARecord)
+{
+    Ledger ledger;
+    openWith(".. w a");
+    size_t cOthers = ledger.blocks() - rows(IDC_DANDD_HOSTDIRS).size();
+    ledger.failAt(1); // the row ".."
+    nXferDandDClearHostFileInfo(m_hwnd, XFERCLEAR_SUBDIRS);
+    EXPECT_TRUE(ledger.hasFailed());
+    EXPECT_EQ(ledger.blocks(), cOthers + rows(IDC_DANDD_HOSTDIRS).size());
+    for (size_t n = rows(IDC_DANDD_HOSTDIRS).size(); n-- > 0;) {
+        EXPECT_NE(tell(IDC_DANDD_HOSTDIRS, LB_GETITEMDATA, n), 0);
+    }
+}
+
+TEST_F(HostList, PrintsTheWorkingDirectory)
+{
+    openWith("");
+    vXferDandDPrintWorkingDir(m_hwnd, "row", "/a/path");
+    EXPECT_EQ(rows(IDC_DANDD_HOSTDIRS), Strings{});
+    EXPECT_EQ(text(IDC_DANDD_HOSTPATH), "/a/path");
+    openWith("..");
+    tell(IDC_DANDD_HOSTPATH, EM_SETMODIFY, TRUE);
+    vXferDandDPrintWorkingDir(m_hwnd, "row", "/else");
+    EXPECT_EQ(rows(IDC_DANDD_HOSTDIRS), (Strings{"..", "row"}));
+    EXPECT_EQ(text(IDC_DANDD_HOSTPATH), "/else");
+    EXPECT_FALSE(tell(IDC_DANDD_HOSTPATH, EM_GETMODIFY));
+    vXferDandDPrintWorkingDir(m_hwnd, nullptr, nullptr);
+    EXPECT_EQ(text(IDC_DANDD_HOSTPATH), "");
+}
+
+TEST_F(HostList, NamesAreTextsAndCutToTheirLimit)
+{
+    const std::string longName = std::string(255, 'n') + "12345";
+    openWith("..");
+    Strings expected;
+    for (const std::string& name : {std::string("A"), std::string("a"), std::string("c:\\x\\y&z"),
+                                    std::string("dir/file;1"), longName, longName + "6"}) {
+        for (int n = 0; n < 2; ++n) {
+            EXPECT_EQ(nXferDandDAddHostFileName(m_hwnd, name.c_str()), 0);
+            EXPECT_EQ(nXferDandDAddHostSubDir(m_hwnd, name.c_str()), 0);
+        }
+    }
+    for (const char* psz : {"a", "A", "c:\\x\\y&z", "dir/file;1"}) {
+        expected.push_back(psz);
+    }
+    expected.push_back(longName.substr(0, 259));
+    EXPECT_EQ(rows(IDC_DANDD_HOSTFILES), expected);
+    expected.insert(expected.begin(), "..");
+    EXPECT_EQ(rows(IDC_DANDD_HOSTDIRS), expected);
+    // What is cut on its way in is cut when it is looked for.
+    nXferDandDRemoveHostFileName(m_hwnd, longName.c_str());
+    nXferDandDRemoveHostSubDir(m_hwnd, longName.c_str());
+    EXPECT_EQ(rows(IDC_DANDD_HOSTFILES).size(), 4u);
+    EXPECT_EQ(rows(IDC_DANDD_HOSTDIRS).size(), 5u);
+}
+
+TEST_F(HostList, ARemovedFileTakesItsSelectionAlong)
+{
+    open();
+    feedHost({"a", "b", "c", "d"});
+    selectFiles(IDC_DANDD_HOSTFILES, {"b", "d"});
+    EXPECT_EQ(nXferDandDRemoveHostFileName(m_hwnd, "b"), 0);
+    EXPECT_EQ(rows(IDC_DANDD_HOSTFILES), (Strings{"a", "c", "d"}));
+    EXPECT_EQ(selected(IDC_DANDD_HOSTFILES), Strings{"d"});
+}
+
+// Column widths are due at the end of a busy state in which a name came or went.
+struct Change {
+    void (*pfnDo)(HWND);
+    bool fMeasured;
+};
+const Change CHANGES[] = {
+    {[](HWND) {}, false},
+    {[](HWND hwnd) { nXferDandDAddHostFileName(hwnd, "new"); }, true},
+    {[](HWND hwnd) { nXferDandDAddHostFileName(hwnd, "old"); }, false},
+    {[](HWND hwnd) { nXferDandDRemoveHostFileName(hwnd, "old"); }, true},
+    {[](HWND hwnd) { nXferDandDRemoveHostFileName(hwnd, "none"); }, false},
+    {[](HWND hwnd) { nXferDandDAddHostSubDir(hwnd, "new"); }, false},
+    {[](HWND hwnd) { nXferDandDRemoveHostSubDir(hwnd, "one"); }, false},
+    {[](HWND hwnd) { nXferDandDClearHostFileInfo(hwnd, XFERCLEAR_FILES); }, false},
+    {[](HWND hwnd) { nXferDandDAddLocalFileName(hwnd, "new"); }, true},
+    {[](HWND hwnd) { nXferDandDAddLocalFileName(hwnd, "local"); }, false},
+};
+
+TEST_F(HostList, ColumnsFollowTheNamesAtTheEndOfTheBusyState)
+{
+    constexpr LONG WIDE = 444;
+    open();
+    m_dir.makeFile("local");
+    vXferDandDRefreshLocalFiles(m_hwnd);
+    for (const Change& change : CHANGES) {
+        for (bool fInBusyState : {true, false}) {
+            SCOPED_TRACE(testing::Message() << &change - CHANGES << fInBusyState);
+            feedHost({"old"});
+            vXferDandDRefreshLocalFiles(m_hwnd);
+            tell(IDC_DANDD_HOSTFILES, LB_SETCOLUMNWIDTH, WIDE);
+            tell(IDC_DANDD_LOCALFILES, LB_SETCOLUMNWIDTH, WIDE);
+            if (!fInBusyState) {
+                change.pfnDo(m_hwnd);
+            }
+            vXferDandDSetBusyState(m_hwnd, 1);
+            if (fInBusyState) {
+                change.pfnDo(m_hwnd);
+            }
+            EXPECT_EQ(columnWidth(IDC_DANDD_HOSTFILES), WIDE);
+            vXferDandDSetBusyState(m_hwnd, 0);
+            bool fMeasured = fInBusyState && change.fMeasured;
+            EXPECT_EQ(columnWidth(IDC_DANDD_HOSTFILES) != WIDE, fMeasured);
+            EXPECT_EQ(columnWidth(IDC_DANDD_LOCALFILES) != WIDE, fMeasured);
+        }
+    }
+}
+
+TEST_F(HostList, OtherWindowsAndNullNamesAreRefused)
+{
+    open();
+    feedHost({"a"});
+    for (HWND hwnd : {HWND(nullptr), m_parent.hwnd(), item(IDC_DANDD_HOSTFILES)}) {
+        nXferDandDAddHostFileName(hwnd, "x");
+        nXferDandDRemoveHostFileName(hwnd, "a");
+        nXferDandDAddHostSubDir(hwnd, "x");
+        nXferDandDRemoveHostSubDir(hwnd, "one");
+        nXferDandDClearHostFileInfo(hwnd, 15);
+        nXferDandDClearHostFileList(hwnd);
+        vXferDandDPrintWorkingDir(hwnd, "x", "x");
+        vXferDandDSetTitle(hwnd, "x");
+        vXferDandDRefreshLocalFiles(hwnd);
+    }
+    nXferDandDAddHostFileName(m_hwnd, nullptr);
+    nXferDandDRemoveHostFileName(m_hwnd, nullptr);
+    nXferDandDAddHostSubDir(m_hwnd, nullptr);
+    nXferDandDRemoveHostSubDir(m_hwnd, nullptr);
+    EXPECT_EQ(rows(IDC_DANDD_HOSTFILES), Strings{"a"});
+    EXPECT_EQ(rows(IDC_DANDD_HOSTDIRS), (Strings{"..", "work", "one", "two"}));
+    EXPECT_EQ(textOf(m_hwnd), "Panes");
+    vXferDandDSetTitle(m_hwnd, "Title");
+    EXPECT_EQ(textOf(m_hwnd), "Title");
+}
+
+} // namespace

@@ -1,0 +1,423 @@
+// Enter and double clicks, what a typed text comes to, and the drives.
+#include "../resources/ids.h"
+#include "../transfer/rows.h"
+#include "support/imports.h"
+#include "support/pane_window.h"
+
+#include <direct.h>
+
+namespace {
+
+class PathLine : public PaneWindow {};
+
+struct Typed {
+    const char *pszText, *pszDir, *pszLine, *pszFiles;
+};
+// All in the directory of the test; a directory that starts with ".." or "\" isn't below it.
+const Typed TYPED[] = {
+    {"", "", "", "a.txt b.c"},
+    {"*.txt", "", "*.txt", "a.txt"},
+    {"a.txt", "", "a.txt", "a.txt"},
+    {"gone.txt", "", "gone.txt", ""},
+    {"sub", "sub", "*.*", "c.txt d.c"},
+    {"SUB\\", "SUB", "*.*", "c.txt d.c"},
+    {"sub\\*.c", "sub", "*.c", "d.c"},
+    {".\\sub\\..\\sub\\d.c", "sub", "d.c", "d.c"},
+    {"long directory name\\", "long directory name", "*.*", "e.txt"},
+    {"long directory name\\e.*", "long directory name", "e.*", "e.txt"},
+    {"long directory name", "", "*.*", "a.txt b.c"},
+    {"verylongname.html", "", "*.*", "a.txt b.c"},
+    {"\\\\server\\share", "", "*.*", "a.txt b.c"},
+    {"a:b:c", "", "*.*", "a.txt b.c"},
+    {"sub\\..", "", "*.*", "a.txt b.c"},
+    {"gone\\*.txt", "", "*.txt", "a.txt"},
+};
+
+TEST_F(PathLine, ATypedTextIsFollowedAndItsMaskStays)
+{
+    for (const char* psz : {"a.txt", "b.c"}) {
+        m_dir.makeFile(psz);
+    }
+    for (const char* psz : {"sub", "long directory name"}) {
+        m_dir.makeDir(psz);
+    }
+    for (const char* psz : {"sub\\c.txt", "sub\\d.c", "long directory name\\e.txt"}) {
+        m_dir.makeFile(psz);
+    }
+    open();
+    for (const Typed& typed : TYPED) {
+        SCOPED_TRACE(typed.pszText);
+        ASSERT_EQ(_chdir(m_dir.path().c_str()), 0);
+        type(IDC_DANDD_LOCALFILTER, typed.pszText);
+        enter(IDC_DANDD_LOCALFILTER);
+        std::string dir = *typed.pszDir == '\0' ? m_dir.path() : m_dir.path(lower(typed.pszDir));
+        EXPECT_EQ(currentDir(), dir);
+        EXPECT_EQ(text(IDC_DANDD_LOCALPATH), dir);
+        EXPECT_EQ(text(IDC_DANDD_LOCALFILTER), typed.pszLine);
+        EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), split(typed.pszFiles));
+        DWORD nStart, nEnd;
+        tell(IDC_DANDD_LOCALFILTER, EM_GETSEL, WPARAM(&nStart), LPARAM(&nEnd));
+        EXPECT_EQ(nStart, nEnd);
+    }
+    // Up, and to the root; nothing of all this was recorded or asked of the caller.
+    for (const char* psz : {"..", "\\", "c:\\"}) {
+        _chdir(m_dir.path("sub").c_str());
+        type(IDC_DANDD_LOCALFILTER, psz);
+        enter(IDC_DANDD_LOCALFILTER);
+        EXPECT_EQ(currentDir(), *psz == '.' ? m_dir.path() : "c:\\");
+        EXPECT_EQ(text(IDC_DANDD_LOCALFILTER), "*.*");
+    }
+    EXPECT_EQ(requests(), Strings{});
+    EXPECT_EQ(recorded(), Strings{});
+}
+
+// The default pattern is that of the file type in the list.
+TEST_F(PathLine, TheFileTypeTakesEffectAtEnter)
+{
+    m_dir.makeFile("a.txt");
+    m_dir.makeFile("b.c");
+    open();
+    tell(IDC_DANDD_LOCALTYPES, CB_SETCURSEL, 1);
+    notify(IDC_DANDD_LOCALTYPES, CBN_SELCHANGE);
+    EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), (Strings{"a.txt", "b.c"}));
+    enter(IDC_DANDD_LOCALTYPES);
+    EXPECT_EQ(text(IDC_DANDD_LOCALFILTER), "*.txt");
+    EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), Strings{"a.txt"});
+    type(IDC_DANDD_LOCALFILTER, "verylongname.html");
+    enter(IDC_DANDD_LOCALFILTER);
+    EXPECT_EQ(text(IDC_DANDD_LOCALFILTER), "*.txt");
+    type(IDC_DANDD_LOCALFILTER, "*.c");
+    tell(IDC_DANDD_LOCALTYPES, CB_SETCURSEL, WPARAM(-1));
+    enter(IDC_DANDD_LOCALTYPES);
+    EXPECT_EQ(text(IDC_DANDD_LOCALFILTER), "*.c");
+}
+
+char* refuseFullPath(char*, const char*, size_t)
+{
+    return nullptr;
+}
+
+TEST_F(PathLine, ATextThatCannotBeCompletedIsRejected)
+{
+    open();
+    ReplacedImport fullpath(library(), "_fullpath", refuseFullPath);
+    type(IDC_DANDD_LOCALFILTER, "d:\\sub");
+    enter(IDC_DANDD_LOCALFILTER);
+    EXPECT_EQ(text(IDC_DANDD_LOCALFILTER), "*.*");
+    EXPECT_EQ(currentDir(), m_dir.path());
+}
+
+// The drives of the machine, by their letters.
+struct Drive {
+    UINT uType;
+    const char* pszLabel; // null where it can't be read
+};
+Drive driveOf(char chDrive)
+{
+    switch (chDrive) {
+    case 'A':
+        return {DRIVE_REMOVABLE, "never read"};
+    case 'C':
+        return {DRIVE_FIXED, "SYSTEM Disk"};
+    case 'D':
+        return {DRIVE_FIXED, ""};
+    case 'E':
+        return {DRIVE_CDROM, "never read"};
+    case 'F':
+        return {DRIVE_REMOTE, nullptr};
+    case 'G':
+        return {DRIVE_REMOTE, "Share"};
+    case 'H':
+        return {DRIVE_RAMDISK, "Ram"};
+    case 'I':
+        return {DRIVE_NO_ROOT_DIR, "x"};
+    default:
+        return {DRIVE_UNKNOWN, "x"};
+    }
+}
+
+Strings s_asked;
+DWORD s_dwVersion;
+std::vector<int> s_drives;
+int s_nChangeDrive;
+
+DWORD WINAPI fakeLogicalDrives()
+{
+    return 0x020001FD; // A, C to I, and Z
+}
+
+UINT WINAPI fakeDriveType(LPCSTR pszRoot)
+{
+    s_asked.push_back(pszRoot);
+    return driveOf(*pszRoot).uType;
+}
+
+BOOL WINAPI fakeVolume(LPCSTR pszRoot, LPSTR pszLabel, DWORD cchLabel, LPDWORD, LPDWORD, LPDWORD,
+                       LPSTR, DWORD)
+{
+    const char* psz = driveOf(*pszRoot).pszLabel;
+    s_asked.push_back(std::string("label ") + pszRoot);
+    EXPECT_EQ(cchLabel, 260u);
+    return psz != nullptr && lstrcpynA(pszLabel, psz, int(cchLabel)) != nullptr;
+}
+
+DWORD WINAPI fakeVersion()
+{
+    return s_dwVersion;
+}
+
+int fakeChdrive(int nDrive)
+{
+    s_drives.push_back(nDrive);
+    return s_nChangeDrive;
+}
+
+class Drives : public PaneWindow {
+protected:
+    Drives()
+        : m_drives(library(), "GetLogicalDrives", fakeLogicalDrives),
+          m_type(library(), "GetDriveTypeA", fakeDriveType),
+          m_volume(library(), "GetVolumeInformationA", fakeVolume),
+          m_chdrive(library(), "_chdrive", fakeChdrive)
+    {
+        s_asked.clear();
+        s_drives.clear();
+        s_nChangeDrive = 0;
+    }
+    std::string shownDrive() const
+    {
+        LRESULT n = tell(IDC_DANDD_LOCALDRIVES, CB_GETCURSEL);
+        return n == CB_ERR ? "none" : rows(IDC_DANDD_LOCALDRIVES)[size_t(n)];
+    }
+
+private:
+    ReplacedImport m_drives, m_type, m_volume, m_chdrive;
+};
+
+TEST_F(Drives, EachKindHasItsRow)
+{
+    const char* const icons[] = {"FloppyDrive", "FixedDrive", "FixedDrive",
+                                 "CDRomDrive",  "NetDrive",   "RamDrive"};
+    for (DWORD dwVersion : {4u, 3u}) {
+        s_dwVersion = dwVersion;
+        s_asked.clear();
+        ReplacedImport version(library(), "GetVersion", fakeVersion);
+        open();
+        EXPECT_EQ(rows(IDC_DANDD_LOCALDRIVES),
+                  (Strings{"a: ", "c: system disk", "d: ", "e: ", "g: share", "h: ram"}));
+        EXPECT_EQ(shownDrive(), "c: system disk");
+        for (size_t n = 0; n < ARRAYSIZE(icons); ++n) {
+            auto hItem = HGLOBAL(tell(IDC_DANDD_LOCALDRIVES, CB_GETITEMDATA, n));
+            auto pItem = static_cast<const XferListItem*>(GlobalLock(hItem));
+            ASSERT_NE(pItem, nullptr);
+            EXPECT_EQ(pItem->hIcon, LoadIconA(library(), icons[n])) << icons[n];
+            EXPECT_EQ(pItem->nIndent, 0u);
+            GlobalUnlock(hItem);
+        }
+        // Only older versions want a blank behind the root, and never for the label.
+        std::string blank = dwVersion < 4 ? " " : "";
+        EXPECT_EQ(s_asked, (Strings{"A:\\" + blank, "C:\\" + blank, "label C:\\", "D:\\" + blank,
+                                    "label D:\\", "E:\\" + blank, "F:\\" + blank, "label F:\\",
+                                    "G:\\" + blank, "label G:\\", "H:\\" + blank, "label H:\\",
+                                    "I:\\" + blank, "Z:\\" + blank}));
+        close();
+    }
+}
+
+TEST_F(Drives, TheListChangesTheDrive)
+{
+    open();
+    m_dir.makeFile("new");
+    for (UINT nNotification : {CBN_SELCHANGE, CBN_SELENDOK}) {
+        tell(IDC_DANDD_LOCALDRIVES, CB_SETCURSEL, 4);
+        notify(IDC_DANDD_LOCALDRIVES, nNotification);
+        EXPECT_EQ(recorded(), Strings{"local drive: g: share"});
+    }
+    EXPECT_EQ(s_drives, (std::vector<int>{7, 7}));
+    EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), Strings{"new"});
+    s_nChangeDrive = -1;
+    m_dir.makeFile("newer");
+    tell(IDC_DANDD_LOCALDRIVES, CB_SETCURSEL, 0);
+    notify(IDC_DANDD_LOCALDRIVES, CBN_SELCHANGE);
+    EXPECT_EQ(stripText(), stringOf(GetModuleHandleA("XFREN.DLL"), IDS_DRIVE_FAILED));
+    EXPECT_EQ(recorded(), Strings{});
+    EXPECT_EQ(shownDrive(), "a: ");
+    EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), Strings{"new"});
+    notify(IDC_DANDD_LOCALDRIVES, CBN_DROPDOWN);
+    EXPECT_EQ(s_drives.size(), 3u);
+    EXPECT_EQ(requests(), Strings{});
+}
+
+TEST_F(Drives, ATypedDriveIsFollowedByTheList)
+{
+    open();
+    struct Case {
+        const char *pszText, *pszShown;
+        int nDrive, nResult; // 0 where no drive is changed to
+    };
+    const Case cases[] = {
+        {"D:\\*.c", "d: ", 4, 0},
+        {"d:\\*.c", "d: ", 0, 0},    // it is the drive already
+        {"g:\\", "g: share", 7, -1}, // a failure is silent
+        {"z:\\*.*", "none", 26, 0},  // a drive without a row
+        {"c:\\*.*", "c: system disk", 3, 0},
+    };
+    for (const Case& c : cases) {
+        s_drives.clear();
+        s_nChangeDrive = c.nResult;
+        type(IDC_DANDD_LOCALFILTER, c.pszText);
+        enter(IDC_DANDD_LOCALFILTER);
+        EXPECT_TRUE(waitUntil([&] { return shownDrive() == c.pszShown; })) << c.pszText;
+        EXPECT_EQ(s_drives, c.nDrive == 0 ? std::vector<int>{} : std::vector<int>{c.nDrive});
+    }
+    EXPECT_EQ(recorded(), Strings{});
+}
+
+TEST_F(PathLine, LocalDirectoryRowsAreEntered)
+{
+    m_dir.makeDir("Sub");
+    m_dir.makeDir("Gone");
+    m_dir.makeFile("Sub\\a.c");
+    m_dir.makeFile("Sub\\a.txt");
+    open();
+    type(IDC_DANDD_LOCALFILTER, "*.c");
+    // The line's mask goes on applying; a double click does the same as Enter.
+    selectRow(IDC_DANDD_LOCALDIRS, "Sub");
+    notify(IDC_DANDD_LOCALDIRS, LBN_DBLCLK);
+    EXPECT_EQ(currentDir(), m_dir.path("sub"));
+    EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), Strings{"a.c"});
+    EXPECT_EQ(text(IDC_DANDD_LOCALFILTER), "*.c");
+    EXPECT_EQ(recorded(), Strings{"local directory: Sub"});
+    selectRow(IDC_DANDD_LOCALDIRS, "sub"); // the current one
+    enter(IDC_DANDD_LOCALDIRS);
+    EXPECT_EQ(recorded(), Strings{});
+    Strings chain = split(m_dir.path(), '\\');
+    selectRow(IDC_DANDD_LOCALDIRS, chain.back());
+    enter(IDC_DANDD_LOCALDIRS);
+    EXPECT_EQ(currentDir(), m_dir.path());
+    EXPECT_EQ(recorded(), Strings{"local directory: " + m_dir.path()});
+    // One that has gone: the log says so, as far as its format goes, and nothing moves.
+    RemoveDirectoryA("Gone");
+    selectRow(IDC_DANDD_LOCALDIRS, "Gone");
+    enter(IDC_DANDD_LOCALDIRS);
+    EXPECT_EQ(log(), Strings{"Cannot access Gone"});
+    EXPECT_EQ(recorded(), Strings{});
+    EXPECT_EQ(tell(IDC_DANDD_LOCALDIRS, LB_FINDSTRING, WPARAM(-1), LPARAM("Gone")) == LB_ERR,
+              false);
+    selectRow(IDC_DANDD_LOCALDIRS, "c:\\");
+    enter(IDC_DANDD_LOCALDIRS);
+    EXPECT_EQ(currentDir(), "c:\\");
+    EXPECT_EQ(recorded(), Strings{"local directory: \\"});
+    enter(IDC_DANDD_LOCALDIRS); // no row is selected
+    EXPECT_EQ(recorded(), Strings{});
+}
+
+struct Activation {
+    int idControl;
+    const char* pszText; // or the row
+    const char *pszRequest, *pszRecorded;
+};
+const Activation ACTIVATIONS[] = {
+    {IDC_DANDD_HOSTPATH, "/etc", "chdir /etc 0", "host directory: /etc"},
+    {IDC_DANDD_HOSTPATH, "", "chdir  0", "host directory: "},
+    {IDC_DANDD_HOSTDIRS, "..", "chdir .. 1", "host directory: .."},
+    {IDC_DANDD_HOSTDIRS, "one", "chdir one 1", "host directory: one"},
+    {IDC_DANDD_HOSTDIRS, "work", "", ""},
+    {IDC_DANDD_HOSTFILTER, "*.c", "filter *.c", ""},
+    {IDC_DANDD_HOSTFILTER, "", "filter ", ""},
+    {IDC_DANDD_COMMANDLINE, "ls %s", "command ls %s", "command: ls %s"},
+    {IDC_DANDD_COMMANDLINE, "", "", ""},
+    {IDC_DANDD_LOCALFILES, nullptr, "", ""},
+    {IDC_DANDD_HOSTFILES, nullptr, "", ""},
+    {IDC_DANDD_INFOLINE, nullptr, "", ""},
+};
+
+Strings notEmpty(const std::string& text)
+{
+    return text.empty() ? Strings{} : Strings{text};
+}
+
+TEST_F(PathLine, EnterAsksTheCaller)
+{
+    open();
+    feedHost({"f"});
+    ShowWindow(item(IDC_DANDD_COMMANDLINE), SW_SHOW);
+    EnableWindow(item(IDC_DANDD_COMMANDLINE), TRUE);
+    const Strings dirs = rows(IDC_DANDD_HOSTDIRS);
+    // The busy state doesn't keep the user from asking.
+    for (DWORD fBusy : {0u, 1u}) {
+        vXferDandDSetBusyState(m_hwnd, fBusy);
+        for (const Activation& a : ACTIVATIONS) {
+            SCOPED_TRACE(testing::Message() << a.idControl << a.pszRequest);
+            if (a.idControl == IDC_DANDD_HOSTDIRS) {
+                selectRow(a.idControl, a.pszText);
+            } else if (a.pszText != nullptr) {
+                type(a.idControl, a.pszText);
+            }
+            enter(a.idControl);
+            EXPECT_EQ(requests(), notEmpty(a.pszRequest));
+            EXPECT_EQ(recorded(), notEmpty(a.pszRecorded));
+            if (a.idControl == IDC_DANDD_HOSTDIRS) {
+                notify(a.idControl, LBN_DBLCLK);
+                EXPECT_EQ(requests(), notEmpty(a.pszRequest));
+                EXPECT_EQ(recorded(), notEmpty(a.pszRecorded));
+            }
+            EXPECT_EQ(rows(IDC_DANDD_HOSTDIRS), dirs);
+        }
+    }
+    EXPECT_EQ(text(IDC_DANDD_COMMANDLINE), "");
+    const std::string longest(259, 'p');
+    type(IDC_DANDD_HOSTPATH, longest + "rest");
+    enter(IDC_DANDD_HOSTPATH);
+    EXPECT_EQ(requests(), Strings{"chdir " + longest + " 0"});
+    EXPECT_EQ(recorded(), Strings{"host directory: " + longest});
+}
+
+TEST_F(PathLine, AMissingCallbackIsAskedForNothing)
+{
+    m_callbacks.pfnChangeHostDir = nullptr;
+    m_callbacks.pfnHostFilter = nullptr;
+    m_callbacks.pfnHostCommand = nullptr;
+    open();
+    for (int id : {IDC_DANDD_HOSTPATH, IDC_DANDD_HOSTFILTER, IDC_DANDD_COMMANDLINE}) {
+        type(id, "text");
+        EnableWindow(item(id), TRUE);
+        ShowWindow(item(id), SW_SHOW);
+        enter(id);
+    }
+    EXPECT_EQ(recorded(), Strings{"host directory: text"});
+    EXPECT_EQ(requests(), Strings{});
+}
+
+TEST_F(PathLine, ACallbackMayFeedThePanes)
+{
+    open();
+    feedHost({"f"});
+    m_inRequest = [this] {
+        feedHost({"x", "y", "z"});
+        nXferDandDRemoveHostFileName(m_hwnd, "y");
+        nXferDandDAddLocalFileName(m_hwnd, "other");
+        vXferDandDRefreshLocalFiles(m_hwnd);
+    };
+    type(IDC_DANDD_HOSTPATH, "/typed");
+    enter(IDC_DANDD_HOSTPATH);
+    EXPECT_EQ(recorded(), Strings{"host directory: /typed"});
+    selectRow(IDC_DANDD_HOSTDIRS, "one");
+    enter(IDC_DANDD_HOSTDIRS);
+    EXPECT_EQ(recorded(), Strings{"host directory: one"});
+    EXPECT_EQ(rows(IDC_DANDD_HOSTFILES), (Strings{"x", "z"}));
+    // Or end the window.
+    for (int id : {IDC_DANDD_HOSTPATH, IDC_DANDD_HOSTFILTER, IDC_DANDD_HOSTDIRS}) {
+        m_inRequest = nullptr;
+        close();
+        open();
+        feedHost({});
+        selectRow(IDC_DANDD_HOSTDIRS, "two");
+        m_inRequest = [this] { nXferDandDDestroy(m_hwnd); };
+        enter(id);
+        EXPECT_FALSE(IsWindow(m_hwnd));
+    }
+    EXPECT_EQ(recorded().back(), "host directory: two");
+}
+
+} // namespace

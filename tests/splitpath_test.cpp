@@ -1,0 +1,178 @@
+// Taking a typed path apart, in the objects that the library is made of: a function of its text
+// but for one search, which the test answers.
+#include "../transfer/splitpath.h"
+#include "support/imports.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace {
+
+// Paths that the search finds, in pairs with what they are. A path can be found several times.
+struct Entry {
+    const char* pszPath;
+    DWORD dwAttributes;
+};
+constexpr Entry ENTRIES[] = {
+    {"c:\\work\\sub", FILE_ATTRIBUTE_DIRECTORY},
+    {"c:\\work\\twice", FILE_ATTRIBUTE_ARCHIVE},
+    {"c:\\work\\twice", FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN},
+    {"c:\\work\\readme.txt", FILE_ATTRIBUTE_ARCHIVE},
+    {"sub", FILE_ATTRIBUTE_DIRECTORY},
+};
+
+std::vector<std::string> s_searches;
+size_t s_nNext;
+int s_cOpen;
+
+BOOL WINAPI fakeFindNext(HANDLE, WIN32_FIND_DATAA* pFind)
+{
+    for (; s_nNext < ARRAYSIZE(ENTRIES); ++s_nNext) {
+        if (s_searches.back() == ENTRIES[s_nNext].pszPath) {
+            pFind->dwFileAttributes = ENTRIES[s_nNext++].dwAttributes;
+            return TRUE;
+        }
+    }
+    return FALSE;
+}
+
+HANDLE WINAPI fakeFindFirst(LPCSTR pszPath, WIN32_FIND_DATAA* pFind)
+{
+    s_searches.push_back(pszPath);
+    s_nNext = 0;
+    bool fFound = fakeFindNext(nullptr, pFind) != 0;
+    s_cOpen += fFound;
+    return fFound ? HANDLE(1) : INVALID_HANDLE_VALUE;
+}
+
+BOOL WINAPI fakeFindClose(HANDLE)
+{
+    --s_cOpen;
+    return TRUE;
+}
+
+class SplitPath : public testing::Test {
+protected:
+    SplitPath()
+        : m_first(self(), "FindFirstFileA", fakeFindFirst),
+          m_next(self(), "FindNextFileA", fakeFindNext), m_close(self(), "FindClose", fakeFindClose)
+    {
+        s_searches.clear();
+        s_cOpen = 0;
+    }
+    ~SplitPath() override
+    {
+        EXPECT_EQ(s_cOpen, 0);
+    }
+
+private:
+    static HMODULE self()
+    {
+        return GetModuleHandleA(nullptr);
+    }
+    ReplacedImport m_first, m_next, m_close;
+};
+
+struct Case {
+    const char *pszPath, *pszDrive, *pszDir, *pszName;
+    bool fSearched = false;
+};
+
+const Case CASES[] = {
+    {"c:\\work\\*.txt", "c:", "\\work\\", "*.txt"},
+    {"c:\\work\\a?c", "c:", "\\work\\", "a?c"},
+    {"c:\\work\\none", "c:", "\\work\\", "none", true},
+    {"c:\\work\\readme.txt", "c:", "\\work\\", "readme.txt", true},
+    {"c:\\work\\sub", "c:", "\\work\\sub\\", "", true},
+    {"c:\\work\\twice", "c:", "\\work\\twice\\", "", true},
+    {"c:\\work\\sub\\", "c:", "\\work\\sub\\", ""},
+    {"c:\\", "c:", "\\", ""},
+    {"Z:\\*", "Z:", "\\", "*"},
+    {"c:a.txt", "c:", "", "a.txt", true},
+    {"sub", "", "sub\\", "", true},
+    {"\\a b\\x", "", "\\a b\\", "x", true},
+    {"", "", "", ""},
+    // Only the last part has to be short.
+    {"c:\\a long directory.name\\x.y", "c:", "\\a long directory.name\\", "x.y", true},
+    {"\\12345678.123", "", "\\", "12345678.123", true},
+    {"\\12345678", "", "\\", "12345678", true},
+    {"\\a.b.c", "", "\\", "a.b.c", true},
+    {"\\a.", "", "\\", "a.", true},
+    {"a.b", "", "", "a.b", true},
+    // Points: each directory ends in a backslash, also where the text has none.
+    {"..", "", "..\\", ""},
+    {"c:\\a\\..", "c:", "\\a\\..\\", ""},
+    {"c:\\a\\..\\b", "c:", "\\a\\..\\", "b", true},
+    {"c:\\a\\.", "c:", "\\a\\.\\", ""},
+    {"c:\\a\\.b", "c:", "\\a\\.\\", "b", true},
+    {"c:\\a..b", "c:", "\\a..\\", "b", true},
+};
+
+TEST_F(SplitPath, TakesDriveDirectoryAndNameApart)
+{
+    for (const Case& c : CASES) {
+        SCOPED_TRACE(c.pszPath);
+        XferPathParts parts;
+        memset(&parts, 'x', sizeof parts);
+        s_searches.clear();
+        EXPECT_EQ(nXferDandDSplitPath(c.pszPath, &parts), 0);
+        EXPECT_STREQ(parts.szDrive, c.pszDrive);
+        EXPECT_STREQ(parts.szDir, c.pszDir);
+        EXPECT_STREQ(parts.szName, c.pszName);
+        EXPECT_EQ(parts.fWildcard, strpbrk(c.pszName, "*?") != nullptr);
+        EXPECT_EQ(s_searches.size(), c.fSearched ? 1u : 0u);
+    }
+}
+
+TEST_F(SplitPath, RejectsWhatIsNoShortPath)
+{
+    const char* const paths[] = {
+        "1:\\a",
+        ":a",
+        "cd:\\a",
+        "a:b:c",
+        "c:\\a:b",
+        "\\a:b",
+        "\\\\server\\share",
+        "c:\\a\\\\b",
+        "c:\\a\\...",
+        "c:\\a...\\b",
+        "c:\\...\\b",
+        "\\123456789",
+        "\\1234567890123",
+        "\\123456789.1",
+        "\\12345678.1234",
+        "\\a.1234",
+        "\\a.bcd.e",
+        "\\*.html",
+        "123456789",
+    };
+    for (const char* pszPath : paths) {
+        XferPathParts parts;
+        EXPECT_EQ(nXferDandDSplitPath(pszPath, &parts), -1) << pszPath;
+    }
+    EXPECT_TRUE(s_searches.empty());
+}
+
+TEST_F(SplitPath, RejectsADirectoryLongerThanItsField)
+{
+    struct Long {
+        size_t cch; // of the directory
+        const char* pszName;
+        int nResult;
+    };
+    const Long cases[] = {
+        {255, "", 0}, {256, "", -1}, {255, "x.txt", 0}, {259, "", -1}, {255, ".", -1}};
+    for (const Long& c : cases) {
+        XferPathParts parts;
+        std::string dir = "\\" + std::string(c.cch - 2, 'd') + "\\";
+        EXPECT_EQ(nXferDandDSplitPath((dir + c.pszName).c_str(), &parts), c.nResult) << c.cch;
+        if (c.nResult == 0) {
+            EXPECT_EQ(parts.szDir, dir);
+            EXPECT_STREQ(parts.szName, c.pszName);
+        }
+    }
+}
+
+} // namespace

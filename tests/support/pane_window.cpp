@@ -1,0 +1,335 @@
+#include "pane_window.h"
+#include "../../examples/krutils/krutils.h"
+#include "../../resources/ids.h"
+#include "../../transfer/record.h"
+
+#include <algorithm>
+#include <direct.h>
+#include <stdio.h>
+#include <utility>
+
+HMODULE library()
+{
+    return GetModuleHandleA("KRHAUL.DLL");
+}
+
+std::string lower(std::string text)
+{
+    CharLowerBuffA(&text[0], DWORD(text.size()));
+    return text;
+}
+
+Strings split(const std::string& text, char chAt)
+{
+    Strings parts;
+    for (size_t nFrom = 0; nFrom < text.size();) {
+        size_t nTo = std::min(text.find(chAt, nFrom), text.size());
+        parts.push_back(text.substr(nFrom, nTo - nFrom));
+        nFrom = nTo + 1;
+    }
+    return parts;
+}
+
+Strings recorded()
+{
+    std::string text(size_t(KrGetRecordedText(nullptr, 0)) + 1, '\0');
+    KrGetRecordedText(&text[0], int(text.size()));
+    KrForgetRecordedText();
+    Strings lines = split(text.c_str(), '\n');
+    for (std::string& line : lines) {
+        line.pop_back(); // its carriage return
+    }
+    return lines;
+}
+
+std::string currentDir()
+{
+    char szDir[MAX_PATH] = "";
+    _getcwd(szDir, sizeof szDir);
+    return lower(szDir);
+}
+
+namespace {
+
+void removeTree(const std::string& dir)
+{
+    WIN32_FIND_DATAA find;
+    HANDLE hFind = FindFirstFileA((dir + "\\*").c_str(), &find);
+    for (BOOL fMore = hFind != INVALID_HANDLE_VALUE; fMore; fMore = FindNextFileA(hFind, &find)) {
+        std::string name = find.cFileName;
+        std::string path = dir + "\\" + name;
+        if (name == "." || name == "..") {
+            continue;
+        }
+        SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+        if ((find.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+            removeTree(path);
+        } else {
+            DeleteFileA(path.c_str());
+        }
+    }
+    FindClose(hFind);
+    RemoveDirectoryA(dir.c_str());
+}
+
+} // namespace
+
+TempDir::TempDir()
+{
+    static int s_nMade;
+    char szTemp[MAX_PATH];
+    m_before = currentDir();
+    GetTempPathA(sizeof szTemp, szTemp);
+    // A name that a typed path can end in, and that nobody else has.
+    do {
+        m_path = lower(szTemp) + "kr" + std::to_string(s_nMade++);
+    } while (!CreateDirectoryA(m_path.c_str(), nullptr) &&
+             GetLastError() == ERROR_ALREADY_EXISTS && s_nMade < 100000);
+    EXPECT_EQ(_chdir(m_path.c_str()), 0) << m_path;
+}
+
+TempDir::~TempDir()
+{
+    EXPECT_EQ(_chdir(m_before.c_str()), 0);
+    removeTree(m_path);
+}
+
+void TempDir::makeFile(const std::string& name, size_t cb) const
+{
+    FILE* pFile = fopen(path(name).c_str(), "wb");
+    ASSERT_NE(pFile, nullptr) << name;
+    std::string bytes(cb, 'x');
+    fwrite(bytes.data(), 1, cb, pFile);
+    fclose(pFile);
+}
+
+void TempDir::makeDir(const std::string& name) const
+{
+    EXPECT_TRUE(CreateDirectoryA(path(name).c_str(), nullptr)) << name;
+}
+
+bool TempDir::holds(const std::string& name) const
+{
+    return GetFileAttributesA(path(name).c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+namespace {
+
+std::string cell(XferFileList list, LONG nRow, LONG nColumn)
+{
+    char szName[300];
+    return XferFileList_lpszGetString(list, nRow, nColumn, szName, sizeof szName);
+}
+
+// The names of one column; what the other one holds, which is to be empty, shows as well.
+std::string take(XferFileList list, LONG nColumn)
+{
+    std::string names;
+    for (LONG n = 0; n < XferFileList_cGetSize(list); ++n) {
+        names += " " + cell(list, n, nColumn) + cell(list, n, 1 - nColumn);
+    }
+    XferFileList_vDestroy(list);
+    return names;
+}
+
+} // namespace
+
+// The functions of the table.
+struct PaneWindow::Caller {
+    static void ask(DWORD dw, const std::string& request)
+    {
+        reinterpret_cast<PaneWindow*>(dw)->ask(request);
+    }
+    static void KRHAULAPI send(DWORD dw, DWORD, DWORD, XferFileList list, DWORD, const char* pszDir)
+    {
+        ask(dw, "send" + take(list, XFERLIST_LOCAL) +
+                    (pszDir == nullptr ? "" : " > " + std::string(pszDir)));
+    }
+    static void KRHAULAPI receive(DWORD dw, DWORD, DWORD, XferFileList list, DWORD)
+    {
+        ask(dw, "receive" + take(list, XFERLIST_HOST));
+    }
+    static void KRHAULAPI remove(DWORD dw, DWORD, DWORD, XferFileList list, DWORD)
+    {
+        ask(dw, "delete" + take(list, XFERLIST_HOST));
+    }
+    static void KRHAULAPI changeDir(DWORD dw, DWORD, DWORD, const char* pszDir, DWORD fFromList)
+    {
+        ask(dw, "chdir " + std::string(pszDir) + " " + std::to_string(fFromList));
+    }
+    static void KRHAULAPI removeDir(DWORD dw, DWORD, DWORD, const char* pszDir, DWORD fFromList)
+    {
+        ask(dw, "rmdir " + std::string(pszDir) + " " + std::to_string(fFromList));
+    }
+    static DWORD KRHAULAPI confirm(DWORD dw, DWORD dwFlags, DWORD fSet)
+    {
+        EXPECT_EQ(dwFlags | fSet, 0u);
+        ask(dw, "flags");
+        return reinterpret_cast<PaneWindow*>(dw)->m_dwConfirm;
+    }
+    static void KRHAULAPI hostCommand(DWORD dw, DWORD, DWORD, const char* pszCommand)
+    {
+        ask(dw, "command " + std::string(pszCommand));
+    }
+    static void KRHAULAPI filter(DWORD dw, DWORD, DWORD, const char* pszFilter)
+    {
+        ask(dw, "filter " + std::string(pszFilter));
+    }
+    static void KRHAULAPI mode(DWORD dw, DWORD, DWORD, DWORD nMode)
+    {
+        reinterpret_cast<PaneWindow*>(dw)->m_requests.push_back("mode " + std::to_string(nMode));
+    }
+    static void KRHAULAPI details(DWORD dw, DWORD, DWORD, XferFileList list)
+    {
+        ask(dw, "details" + take(list, XFERLIST_HOST));
+    }
+    static void KRHAULAPI view(DWORD dw, DWORD, DWORD, XferFileList list, DWORD)
+    {
+        ask(dw, "view" + take(list, XFERLIST_HOST));
+    }
+};
+
+PaneWindow::PaneWindow()
+    : m_callbacks{sizeof(HostCallbacks), Caller::send,      Caller::receive,
+                  Caller::remove,        nullptr,           nullptr,
+                  Caller::changeDir,     Caller::removeDir, Caller::confirm,
+                  Caller::hostCommand,   Caller::filter,    Caller::mode,
+                  Caller::details,       Caller::view}
+{
+}
+
+PaneWindow::~PaneWindow()
+{
+    close();
+}
+
+void PaneWindow::ask(const std::string& request)
+{
+    m_requests.push_back(request);
+    if (m_inRequest) {
+        m_inRequest();
+    }
+}
+
+void PaneWindow::open(DWORD nViewMode)
+{
+    m_hwnd = hdlgXferDandDCreate2("Panes", m_parent.hwnd(), nullptr, DWORD(this), &m_callbacks,
+                                  nViewMode);
+    ASSERT_NE(m_hwnd, nullptr);
+    EXPECT_TRUE(waitUntil([this] { return !m_requests.empty(); }));
+    vXferDandDSetBusyState(m_hwnd, 0);
+    requests();
+    recorded();
+}
+
+void PaneWindow::close()
+{
+    nXferDandDDestroy(m_hwnd);
+    m_hwnd = nullptr;
+}
+
+void PaneWindow::notify(int idControl, UINT nNotification) const
+{
+    SendMessageA(m_hwnd, WM_COMMAND, MAKEWPARAM(idControl, nNotification), LPARAM(item(idControl)));
+}
+
+void PaneWindow::enter(int idControl) const
+{
+    SetFocus(item(idControl));
+    command(IDOK);
+}
+
+void PaneWindow::type(int idControl, const std::string& text) const
+{
+    SetDlgItemTextA(m_hwnd, idControl, text.c_str());
+}
+
+Strings PaneWindow::rows(int idControl) const
+{
+    bool fCombo = idControl == IDC_DANDD_LOCALDRIVES || idControl == IDC_DANDD_LOCALTYPES;
+    Strings texts;
+    char szText[1024];
+    LRESULT cRows = tell(idControl, fCombo ? CB_GETCOUNT : LB_GETCOUNT);
+    for (LRESULT n = 0; n < cRows; ++n) {
+        tell(idControl, fCombo ? CB_GETLBTEXT : LB_GETTEXT, WPARAM(n), LPARAM(szText));
+        texts.push_back(szText);
+    }
+    return texts;
+}
+
+LONG PaneWindow::rowOf(int idControl, const std::string& text) const
+{
+    Strings all = rows(idControl);
+    auto it = std::find(all.begin(), all.end(), text);
+    EXPECT_NE(it, all.end()) << text;
+    return LONG(it - all.begin());
+}
+
+void PaneWindow::selectRow(int idDirList, const std::string& text) const
+{
+    SetFocus(item(idDirList));
+    tell(idDirList, LB_SETCURSEL, WPARAM(rowOf(idDirList, text)));
+}
+
+void PaneWindow::selectFiles(int idFileList, const Strings& names) const
+{
+    tell(idFileList, LB_SETSEL, FALSE, -1);
+    for (const std::string& name : names) {
+        tell(idFileList, LB_SETSEL, TRUE, rowOf(idFileList, name));
+    }
+}
+
+Strings PaneWindow::selected(int idFileList) const
+{
+    Strings all = rows(idFileList);
+    Strings names;
+    for (size_t n = 0; n < all.size(); ++n) {
+        if (tell(idFileList, LB_GETSEL, n) > 0) {
+            names.push_back(all[n]);
+        }
+    }
+    return names;
+}
+
+LONG PaneWindow::columnWidth(int idFileList) const
+{
+    RECT rc = {};
+    tell(idFileList, LB_GETITEMRECT, 0, LPARAM(&rc));
+    return rc.right - rc.left;
+}
+
+void PaneWindow::feedHost(const Strings& files) const
+{
+    vXferDandDSetBusyState(m_hwnd, 1);
+    nXferDandDClearHostFileList(m_hwnd);
+    vXferDandDPrintWorkingDir(m_hwnd, "work", "/work");
+    nXferDandDAddHostSubDir(m_hwnd, "two");
+    nXferDandDAddHostSubDir(m_hwnd, "one");
+    for (const std::string& file : files) {
+        nXferDandDAddHostFileName(m_hwnd, file.c_str());
+    }
+    vXferDandDSetBusyState(m_hwnd, 0);
+}
+
+std::string PaneWindow::stripText() const
+{
+    return reinterpret_cast<XferWindowRecord*>(GetWindowLongA(m_hwnd, DWL_USER))->szStripText;
+}
+
+Strings PaneWindow::log() const
+{
+    std::string all(40000, '\0');
+    all.resize(size_t(GetDlgItemTextA(m_hwnd, IDC_DANDD_INFOLINE, &all[0], int(all.size()))));
+    Strings entries = split(all, '\n');
+    for (std::string& entry : entries) {
+        entry.erase(std::remove(entry.begin(), entry.end(), '\r'), entry.end());
+    }
+    // Every entry begins with a line end, so the first line is empty.
+    entries.erase(entries.begin(), entries.begin() + !entries.empty());
+    return entries;
+}
+
+Strings PaneWindow::requests()
+{
+    return std::exchange(m_requests, {});
+}

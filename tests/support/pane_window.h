@@ -1,0 +1,118 @@
+// A transfer window for tests of its panes: in a directory of its own, with a caller that
+// writes down what it is asked.
+#ifndef TESTS_SUPPORT_PANE_WINDOW_H
+#define TESTS_SUPPORT_PANE_WINDOW_H
+
+#include "../../include/krhaul.h"
+#include "windows.h"
+
+#include <gtest/gtest.h>
+#include <functional>
+#include <string>
+#include <vector>
+
+typedef std::vector<std::string> Strings;
+
+HMODULE library();
+
+std::string lower(std::string text);
+Strings split(const std::string& text, char chAt = ' ');
+
+// What KRUTILS has recorded since the last call, a line each.
+Strings recorded();
+
+// A new directory, current while the object lives; removed with all that is in it.
+class TempDir {
+public:
+    TempDir();
+    ~TempDir();
+    TempDir(const TempDir&) = delete;
+    TempDir& operator=(const TempDir&) = delete;
+
+    // In lower case, with no backslash at the end.
+    const std::string& path() const
+    {
+        return m_path;
+    }
+    std::string path(const std::string& name) const
+    {
+        return m_path + "\\" + name;
+    }
+    void makeFile(const std::string& name, size_t cb = 0) const;
+    void makeDir(const std::string& name) const;
+    bool holds(const std::string& name) const;
+
+private:
+    std::string m_path, m_before;
+};
+
+std::string currentDir();
+
+class PaneWindow : public testing::Test {
+protected:
+    PaneWindow();
+    ~PaneWindow() override;
+
+    // Opens the window and waits for its first view mode; it is idle then.
+    void open(DWORD nViewMode = XFERVIEW_TWOPANE);
+    void close();
+
+    HWND item(int idControl) const
+    {
+        return GetDlgItem(m_hwnd, idControl);
+    }
+    LRESULT tell(int idControl, UINT uMessage, WPARAM wParam = 0, LPARAM lParam = 0) const
+    {
+        return SendDlgItemMessageA(m_hwnd, idControl, uMessage, wParam, lParam);
+    }
+    void command(UINT id) const
+    {
+        SendMessageA(m_hwnd, WM_COMMAND, id, 0);
+    }
+    void notify(int idControl, UINT nNotification) const;
+
+    // Gives the focus to a control and presses Enter on it.
+    void enter(int idControl) const;
+    void type(int idControl, const std::string& text) const;
+    std::string text(int idControl) const
+    {
+        return textOf(m_hwnd, idControl);
+    }
+
+    // Rows of a list box or of the drive list.
+    Strings rows(int idControl) const;
+    LONG rowOf(int idControl, const std::string& text) const;
+    void selectRow(int idDirList, const std::string& text) const;
+    // In a file list, with no notification.
+    void selectFiles(int idFileList, const Strings& names) const;
+    Strings selected(int idFileList) const;
+    LONG columnWidth(int idFileList) const;
+
+    // The usual host side: "..", the working directory "/work", "one" and "two", and files.
+    void feedHost(const Strings& files) const;
+
+    // The text of the message strip, which shows nowhere else.
+    std::string stripText() const;
+    // Entries of the log, oldest first.
+    Strings log() const;
+
+    // What the caller has been asked since the last call: the name of the request and what
+    // came with it. Names of a list stand in the order of its rows.
+    Strings requests();
+
+    TempDir m_dir;
+    ParentWindow m_parent;
+    HostCallbacks m_callbacks;
+    HWND m_hwnd = nullptr;
+    DWORD m_dwConfirm = 0;
+    // Run inside each request but "mode".
+    std::function<void()> m_inRequest;
+
+private:
+    struct Caller;
+    friend struct Caller;
+    void ask(const std::string& request);
+    Strings m_requests;
+};
+
+#endif
