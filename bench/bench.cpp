@@ -142,17 +142,41 @@ void benchToolbar(BenchToolbarLook look, const char* pszWhat)
     destroyBenchToolbars(&toolbars);
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+void benchBase(const char*)
 {
     benchCountInfo();
     benchFileList();
     benchHostString();
     benchLoad();
+}
+
+void benchToolbars(const char*)
+{
     benchToolbar(BENCH_IDLE, "repainting the toolbar, idle");
     benchToolbar(BENCH_BUSY, "repainting the toolbar, busy");
-    benchFrame();
-    benchPanes(argc > 1 ? argv[1] : nullptr);
+}
+
+struct Group {
+    const char* pszName;
+    void (*pfnRun)(const char* pszFolder);
+};
+
+constexpr Group GROUPS[] = {
+    {"base", benchBase},
+    {"toolbar", benchToolbars},
+    {"frame", benchFrame},
+    {"panes", benchPanes},
+};
+
+} // namespace
+
+// bench FOLDER [GROUP]: the folder of scripts/bench, and the one group that is wanted.
+int main(int argc, char** argv)
+{
+    for (const Group& group : GROUPS) {
+        if (argc < 3 || strcmp(argv[2], group.pszName) == 0) {
+            group.pfnRun(argc > 1 ? argv[1] : nullptr);
+        }
+    }
     return 0;
 }

@@ -2,7 +2,7 @@
 #ifndef BENCH_TRANSFER_BENCH_H
 #define BENCH_TRANSFER_BENCH_H
 
-void benchFrame();
+void benchFrame(const char*);
 
 // pszFolder holds folders named 1000, 10000 and 100000, each with so many files; null leaves
 // the local side out.
