@@ -203,7 +203,7 @@ void KRHAULAPI vXferStatButtonText(HWND hdlgStat, DWORD dwCaption)
         return;
     }
     HWND hwndButton = GetDlgItem(hdlgStat, IDC_STAT_BUTTON);
-    if (dwCaption == 0) {
+    if (dwCaption == XFERSTAT_CAPTION_NONE) {
         ShowWindow(hwndButton, SW_HIDE);
     } else if (LoadStringA(pSlot->hLanguage, CAPTIONS[dwCaption], szCaption, sizeof szCaption) >
                0) {

@@ -291,6 +291,7 @@ TEST_F(Status, CreationFailuresLeaveNothing)
 {
     EXPECT_EQ(hdlgXferStatLangCreate("NO", "", 0, m_parent.hwnd(), 0, 0), nullptr);
     EXPECT_EQ(hdlgXferStatLangCreate(nullptr, "", 0, m_parent.hwnd(), 0, 0), nullptr);
+    EXPECT_EQ(hdlgXferStatCreate("", 0, reinterpret_cast<HWND>(0xBAD), 0, 0), nullptr);
     // A module without templates.
     ASSERT_TRUE(CopyFileA("KRUTILS.DLL", "XFRBARE.DLL", FALSE));
     EXPECT_EQ(hdlgXferStatLangCreate("BARE", "", 0, m_parent.hwnd(), 0, 0), nullptr);
@@ -512,7 +513,7 @@ TEST_F(Status, ButtonTakesItsCaptions)
     HWND hwndButton = GetDlgItem(hwnd, IDC_STAT_BUTTON);
     const DWORD strings[] = {IDS_STAT_BUTTON1, IDS_STAT_BUTTON2, IDS_STAT_BUTTON3};
     for (DWORD n = 0; n < 3; ++n) {
-        vXferStatButtonText(hwnd, n + 1);
+        vXferStatButtonText(hwnd, XFERSTAT_CAPTION_STOP + n);
         EXPECT_EQ(textOf(hwndButton), stringOf(m_hEnglish, strings[n]));
     }
     const std::string before = textOf(hwndButton);
@@ -521,8 +522,8 @@ TEST_F(Status, ButtonTakesItsCaptions)
         EXPECT_EQ(textOf(hwndButton), before);
         EXPECT_TRUE(IsWindowVisible(hwndButton));
     }
-    vXferStatButtonText(hwnd, 0);
-    vXferStatButtonText(hwnd, 1);
+    vXferStatButtonText(hwnd, XFERSTAT_CAPTION_NONE);
+    vXferStatButtonText(hwnd, XFERSTAT_CAPTION_STOP);
     EXPECT_FALSE(IsWindowVisible(hwndButton));
     nXferStatDestroy(hwnd);
 }
