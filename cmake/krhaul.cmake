@@ -46,6 +46,28 @@ function(krhaul_dll target name def)
     target_sources(${target} PRIVATE ${def})
 endfunction()
 
+# krhaul_track_pictures(TARGET): the resource scripts of a target are compiled anew when a
+# picture that they name has changed.
+function(krhaul_track_pictures target)
+    get_target_property(folder ${target} SOURCE_DIR)
+    get_target_property(sources ${target} SOURCES)
+    list(FILTER sources INCLUDE REGEX "\\.rc$")
+    foreach(source ${sources})
+        get_filename_component(script ${source} ABSOLUTE BASE_DIR ${folder})
+        get_filename_component(script_folder ${script} DIRECTORY)
+        set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${script})
+        file(STRINGS ${script} lines REGEX "\"[^\"]+\\.(ico|cur|bmp)\"")
+        set(pictures)
+        foreach(line ${lines})
+            string(REGEX MATCH "\"([^\"]+)\"" name ${line})
+            get_filename_component(picture ${CMAKE_MATCH_1} ABSOLUTE BASE_DIR ${script_folder})
+            list(APPEND pictures ${picture})
+        endforeach()
+        set_property(SOURCE ${script} TARGET_DIRECTORY ${target} APPEND PROPERTY
+            OBJECT_DEPENDS ${pictures})
+    endforeach()
+endfunction()
+
 # krhaul_ship(FILE...): these files belong to the finished product.
 function(krhaul_ship)
     set_property(GLOBAL APPEND PROPERTY KRHAUL_SHIPPED ${ARGN})

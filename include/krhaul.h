@@ -4,6 +4,11 @@
  *  KRHAUL is the user interface of file transfers for terminal emulators. It shows what the
  *  user sees of a transfer; the program that loads it, the caller, has the protocol.
  *
+ *  @par What it needs
+ *  KRHAUL.DLL loads only where KRUTILS.DLL is found too, of which it calls the functions with
+ *  the ordinals 4 (name of the help file), 22 (a command was typed), 41 (an action was done)
+ *  and 70 (message box). Windows need a language module besides.
+ *
  *  @par Calling convention
  *  Every export and every callback is __stdcall. Exports have undecorated names.
  *
@@ -18,9 +23,11 @@
  *  and through it any export, can arrive before a call that shows one has returned.
  *
  *  @par Texts
- *  All texts are NUL-terminated ANSI strings. Names and paths hold at most #XFER_MAX_NAME
- *  characters and a NUL. A longer text is cut to its field and never runs past it. The
- *  library copies what it keeps; a text needs to live only through the call.
+ *  All texts are NUL-terminated ANSI strings. The library copies what it keeps; a text needs
+ *  to live only through the call. A text that is kept in a field of fixed size is cut to it;
+ *  the sizes stand with the calls, #XFER_MAX_NAME for names and paths where nothing else is
+ *  said. What is handed on as it is has no limit: texts in file lists, captions, and the file
+ *  names of a status window.
  *
  *  @par Errors
  *  No call throws, and none sets the thread's last error on purpose. Results are
@@ -30,8 +37,8 @@
  *   - calls with v: nothing, unless their text says otherwise.
  *
  *  Bad input (a null pointer, a window that isn't one of the library's, a size out of range)
- *  gives the failure result that the call's text names and does nothing else. A call that
- *  fails leaves its outputs alone unless its text says otherwise.
+ *  does no harm. What comes of it stands with each call; unless its text says otherwise, the
+ *  call gives its failure result, does nothing and leaves its outputs alone.
  */
 #ifndef KRHAUL_H
 #define KRHAUL_H
@@ -45,13 +52,13 @@ extern "C" {
 /** Calling convention of every export and callback. */
 #define KRHAULAPI __stdcall
 
-/** Characters of a name or path, without the NUL. */
+/** Characters of a name or path that the library keeps, without the NUL. */
 #define XFER_MAX_NAME 259
 
 /** @name Integer results */
 /**@{*/
-#define XFER_OK 0          /**< Success. */
-#define XFER_NOWINDOW (-1) /**< The window isn't a status window of this library. */
+#define XFER_OK 0            /**< Success. */
+#define XFER_NOWINDOW (-1)   /**< The window isn't a status window of this library. */
 #define XFER_NOLANGUAGE (-2) /**< The language module can't be loaded. */
 /**@}*/
 
@@ -106,7 +113,8 @@ LONG KRHAULAPI XferFileList_cGetSize(XferFileList list);
  *         no room was made with XferFileList_fSetSize(), or a column other than 0 and 1. */
 int KRHAULAPI XferFileList_vSetDWord(XferFileList list, LONG nRow, LONG nColumn, DWORD dwValue);
 
-/** @return the number in the cell; 0 unless the cell exists and holds a number. */
+/** @return the number in the cell; 0 unless the cell exists and holds a number, so also for a
+ *          null list. */
 DWORD KRHAULAPI XferFileList_nGetDWord(XferFileList list, LONG nRow, LONG nColumn);
 
 /** Puts a copy of a text of any length into a cell; what was there goes.
@@ -117,9 +125,9 @@ int KRHAULAPI XferFileList_fSetString(XferFileList list, LONG nRow, LONG nColumn
 
 /** Copies the text of a cell, cut to the buffer and always with its NUL; the rest of the
  *  buffer is filled with NULs. The buffer becomes the empty string unless the cell exists
- *  and holds a text.
+ *  and holds a text, so also for a null list.
  *  @param cchBuffer size of the buffer, its NUL included.
- *  @return pszBuffer; null, with nothing written, if cchBuffer is 0 or less. */
+ *  @return pszBuffer; null, with nothing written, if it is null or cchBuffer is 0 or less. */
 char* KRHAULAPI XferFileList_lpszGetString(XferFileList list, LONG nRow, LONG nColumn,
                                            char* pszBuffer, LONG cchBuffer);
 /** @} */
@@ -131,14 +139,16 @@ char* KRHAULAPI XferFileList_lpszGetString(XferFileList list, LONG nRow, LONG nC
  *  @{ */
 
 /** Loads the module of a language. The caller frees it with FreeLibrary.
- *  @param phModule receives the module, or 0 on failure.
- *  @param pszLanguage language code, such as "EN".
- *  @return #XFER_OK; #XFER_NOLANGUAGE if there is no such module, the code is null or too
- *         long, or phModule is null. */
+ *  @param phModule receives the module, or 0 on failure. If it is null, nothing is done.
+ *  @param pszLanguage language code, such as "EN". A code that is null or too long is that of
+ *         no module.
+ *  @return #XFER_OK; #XFER_NOLANGUAGE if there is no such module or phModule is null. */
 int KRHAULAPI nXferAllocLoadLanguage(HMODULE* phModule, const char* pszLanguage);
 
 /** Frees the module in *phModule, if there is one, and loads another in its place. What
- *  still rests on the old module has to be loaded anew. There is no way back to the old one.
+ *  still rests on the old module has to be loaded anew. There is no way back to the old one:
+ *  it is also freed, and *phModule then 0, if the new one can't be loaded.
+ *  @param phModule,pszLanguage as for nXferAllocLoadLanguage().
  *  @return as nXferAllocLoadLanguage(). */
 int KRHAULAPI nXferDoLanguageChange(HMODULE* phModule, const char* pszLanguage);
 /** @} */
@@ -222,30 +232,44 @@ int KRHAULAPI fXferValidHCS(const char* pszTemplate, DWORD* pdwPosition);
 #define WM_XFERSTAT_FOCUSPARENT 0x8500
 /**@}*/
 
+/** @name Captions of the button, for vXferStatButtonText()
+ *  In the words of the language; these are the English ones. */
+/**@{*/
+#define XFERSTAT_CAPTION_NONE 0 /**< The button is hidden, for good. */
+#define XFERSTAT_CAPTION_STOP 1
+#define XFERSTAT_CAPTION_SKIP 2
+#define XFERSTAT_CAPTION_CLOSE 3
+/**@}*/
+
 /** Makes a status window in English: hdlgXferStatLangCreate() with the code "EN". */
 HWND KRHAULAPI hdlgXferStatCreate(const char* pszTitle, DWORD dwLabel, HWND hwndParent,
                                   DWORD fCorner, DWORD fMinimize);
 
 /** Makes a status window.
  *  @param pszLanguage language code of its module, which the window owns.
- *  @param pszTitle the caption.
+ *  @param pszTitle the caption; null leaves it empty.
  *  @param dwLabel 0 names the second file "Saved as", anything else "Host file" (in the
  *         words of the language).
- *  @param hwndParent owner of the window, receiver of its messages; can be 0.
+ *  @param hwndParent owner of the window, receiver of its messages; can be 0. With anything
+ *         else that isn't a window, none is made.
  *  @param fCorner not 0 puts the window into the top right corner of the screen. Only the
  *         low 16 bits count.
  *  @param fMinimize not 0 starts it as an icon. Only the low 16 bits count.
- *  @return the window, or 0: the module can't be loaded or has no template (no message), or
- *         #XFERSTAT_MAXWINDOWS windows exist (the user is told in a message box). */
+ *  @return the window, or 0: the module can't be loaded (also for a null code) or has no
+ *         template, or the parent isn't a window (no message), or #XFERSTAT_MAXWINDOWS windows
+ *         exist (the user is told in a message box). */
 HWND KRHAULAPI hdlgXferStatLangCreate(const char* pszLanguage, const char* pszTitle, DWORD dwLabel,
                                       HWND hwndParent, DWORD fCorner, DWORD fMinimize);
 
 /** Starts the clock and the once-a-second figures, and clears the bar. While a transfer
- *  runs it only restarts the clock. Count and size stay: set them for each file.
- *  @return #XFER_OK or #XFER_NOWINDOW. */
+ *  runs it restarts the clock and clears the bar. Count and size stay: set them for each file.
+ *  So does the percentage that was shown last; it isn't painted again before another one was.
+ *  @return #XFER_OK, also if the platform has no timer left; then no figures come until a later
+ *          start gets one. #XFER_NOWINDOW. */
 int KRHAULAPI nXferStatStartTransfer(HWND hdlgStat);
 
-/** Brings all figures up to date, at once, and ends the once-a-second figures.
+/** Brings all figures up to date, at once, and ends the once-a-second figures. Without a start
+ *  before it, the elapsed time is that since the system was started.
  *  @return #XFER_OK or #XFER_NOWINDOW. */
 int KRHAULAPI nXferStatEndTransfer(HWND hdlgStat);
 
@@ -255,6 +279,7 @@ int KRHAULAPI nXferStatEndTransfer(HWND hdlgStat);
 int KRHAULAPI nXferStatDestroy(HWND hdlgStat);
 
 /** Shows the names and the size of the file that is transferred.
+ *  @param pszName1,pszName2 the names, of any length; null empties its field.
  *  @param cbSize bytes, up to 4 GiB - 1; 0 means that the size isn't known. No percentage is
  *         shown then, and the bar stays disabled.
  *  @return 0 always. */
@@ -274,8 +299,8 @@ int KRHAULAPI nXferStatStatusInfo(HWND hdlgStat, const char* pszStatus);
  *  @return 0 always. */
 int KRHAULAPI nXferStatCountInfo(HWND hdlgStat, DWORD cbCount);
 
-/** Changes the caption button: 0 hides it for good, 1 to 3 give it the first, second or
- *  third caption of the language ("Stop", "Skip", "Close"). Other codes do nothing. */
+/** Changes the caption button.
+ *  @param dwCaption one of the XFERSTAT_CAPTION_ codes; others do nothing. */
 void KRHAULAPI vXferStatButtonText(HWND hdlgStat, DWORD dwCaption);
 
 /** Does nothing. */
@@ -351,18 +376,17 @@ typedef struct HostCallbacks {
     void(KRHAULAPI* pfnReceiveFiles)(DWORD dwCallerData, DWORD dw1, DWORD dw2, XferFileList list,
                                      DWORD dw4);
     /** Delete files: column #XFERLIST_HOST. */
-    void(KRHAULAPI* pfnDeleteHostFiles)(DWORD dwCallerData, DWORD dw1, DWORD dw2,
-                                        XferFileList list, DWORD dw4);
+    void(KRHAULAPI* pfnDeleteHostFiles)(DWORD dwCallerData, DWORD dw1, DWORD dw2, XferFileList list,
+                                        DWORD dw4);
     void(KRHAULAPI* pfnRenameHostFile)(DWORD dwCallerData, DWORD dw1, DWORD dw2,
                                        const char* pszOldName, const char* pszNewName);
-    void(KRHAULAPI* pfnMakeHostDir)(DWORD dwCallerData, DWORD dw1, DWORD dw2,
-                                    const char* pszDir);
+    void(KRHAULAPI* pfnMakeHostDir)(DWORD dwCallerData, DWORD dw1, DWORD dw2, const char* pszDir);
     /** fFromList is 1 if the name is a row of the host directory list, 0 if it was typed. */
-    void(KRHAULAPI* pfnChangeHostDir)(DWORD dwCallerData, DWORD dw1, DWORD dw2,
-                                      const char* pszDir, DWORD fFromList);
+    void(KRHAULAPI* pfnChangeHostDir)(DWORD dwCallerData, DWORD dw1, DWORD dw2, const char* pszDir,
+                                      DWORD fFromList);
     /** fFromList as for pfnChangeHostDir. */
-    void(KRHAULAPI* pfnRemoveHostDir)(DWORD dwCallerData, DWORD dw1, DWORD dw2,
-                                      const char* pszDir, DWORD fFromList);
+    void(KRHAULAPI* pfnRemoveHostDir)(DWORD dwCallerData, DWORD dw1, DWORD dw2, const char* pszDir,
+                                      DWORD fFromList);
     /** The only store of the confirmation flags: gives the present flags, and takes new ones
      *  when fSet is 1. Bit value 2 asks before a local file is deleted, 4 before a local
      *  directory is removed; 1, 8 and 16 are the caller's own. */
@@ -371,23 +395,20 @@ typedef struct HostCallbacks {
     void(KRHAULAPI* pfnHostCommand)(DWORD dwCallerData, DWORD dw1, DWORD dw2,
                                     const char* pszCommand);
     /** Show only the files that pass a filter. */
-    void(KRHAULAPI* pfnHostFilter)(DWORD dwCallerData, DWORD dw1, DWORD dw2,
-                                   const char* pszFilter);
+    void(KRHAULAPI* pfnHostFilter)(DWORD dwCallerData, DWORD dw1, DWORD dw2, const char* pszFilter);
     /** The view mode changes to nViewMode. Optional. */
-    void(KRHAULAPI* pfnViewModeChanged)(DWORD dwCallerData, DWORD dw1, DWORD dw2,
-                                        DWORD nViewMode);
+    void(KRHAULAPI* pfnViewModeChanged)(DWORD dwCallerData, DWORD dw1, DWORD dw2, DWORD nViewMode);
     /** Tell details of files: column #XFERLIST_HOST. */
     void(KRHAULAPI* pfnHostFileDetails)(DWORD dwCallerData, DWORD dw1, DWORD dw2,
                                         XferFileList list);
     /** Show files: column #XFERLIST_HOST. */
-    void(KRHAULAPI* pfnViewHostFiles)(DWORD dwCallerData, DWORD dw1, DWORD dw2,
-                                      XferFileList list, DWORD dw4);
+    void(KRHAULAPI* pfnViewHostFiles)(DWORD dwCallerData, DWORD dw1, DWORD dw2, XferFileList list,
+                                      DWORD dw4);
 } HostCallbacks;
 
 /** Makes a transfer window in English: hdlgXferDandDLangCreate2() with the code "EN". */
 HWND KRHAULAPI hdlgXferDandDCreate2(const char* pszTitle, HWND hwndParent, HGLOBAL* phRecord,
-                                    DWORD dwCallerData, HostCallbacks* pCallbacks,
-                                    DWORD nViewMode);
+                                    DWORD dwCallerData, HostCallbacks* pCallbacks, DWORD nViewMode);
 
 /** Makes a transfer window.
  *  @param pszLanguage language code of its module, which the window owns.

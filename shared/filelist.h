@@ -5,6 +5,8 @@
 
 #include "../include/krhaul.h"
 
+#include <stddef.h>
+
 enum XferCellType : DWORD { XFERCELL_EMPTY = 0, XFERCELL_STRING = 1, XFERCELL_DWORD = 2 };
 
 constexpr LONG XFERLIST_COLUMNS = 2;
@@ -24,7 +26,13 @@ struct XferFileListHeader {
 };
 
 static_assert(sizeof(XferFileListRow) == 16, "a row is four 32-bit words");
+static_assert(offsetof(XferFileListRow, types) == 0, "all types of a row come first");
+static_assert(offsetof(XferFileListRow, values) == 8, "all values follow the types");
 static_assert(sizeof(XferFileListHeader) == 16, "the header is four 32-bit words");
+static_assert(offsetof(XferFileListHeader, cCapacity) == 0, "the capacity comes first");
+static_assert(offsetof(XferFileListHeader, cUsed) == 4, "the rows in use follow it");
+static_assert(offsetof(XferFileListHeader, cGrowBy) == 8, "the growth follows them");
+static_assert(offsetof(XferFileListHeader, pRows) == 12, "the address of the rows comes last");
 
 // Makes a list of one row with a text in one column. Gives 1, or 0 with no list made and
 // *pList 0.

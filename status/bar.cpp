@@ -61,9 +61,9 @@ int widthOfText(HDC hdc, const char* pszText)
 
 LONG fillEdge(const RECT* prc, DWORD nPercent)
 {
-    // The product is rounded to double before ceil sees it: the registers of the processor
-    // hold more digits, in which 1 hundredth is a little too large.
-    volatile double dFilled = double(prc->right - prc->left) * double(nPercent) * 0.01;
+    // The registers of the processor hold more digits than a double, in which 1 hundredth is a
+    // little too large. ceil is called with a double, which rounds the product as it has to be.
+    double dFilled = double(prc->right - prc->left) * double(nPercent) * 0.01;
     LONG nEdge = prc->left + LONG(ceil(dFilled));
     return nEdge > prc->right ? prc->right : nEdge;
 }

@@ -117,8 +117,12 @@ int KRHAULAPI nXferStatEndTransfer(HWND hdlgStat)
     }
     StatSlot* pSlot = &g_statSlots[nSlot];
     SendMessageA(hdlgStat, WM_TIMER, pSlot->uTimer, 0);
-    KillTimer(hdlgStat, UINT_PTR(nSlot));
-    pSlot->uTimer = 0;
+    // A caller that sees this tick first may have destroyed the window on it, and the slot may
+    // already be another window's.
+    if (pSlot->hdlgStat == hdlgStat) {
+        KillTimer(hdlgStat, UINT_PTR(nSlot));
+        pSlot->uTimer = 0;
+    }
     return XFER_OK;
 }
 
@@ -129,10 +133,13 @@ int KRHAULAPI nXferStatDestroy(HWND hdlgStat)
         return XFER_NOWINDOW;
     }
     nXferStatEndTransfer(hdlgStat);
+    // The last tick and the end of a window send messages to the caller's windows. One of them
+    // may have come back here first, and the slot may already be another window's.
+    if (pSlot->hdlgStat != hdlgStat) {
+        return XFER_OK;
+    }
     PostMessageA(pSlot->hwndParent, WM_XFERSTAT_CLOSED, 0, 0);
     DestroyWindow(hdlgStat);
-    // The end of a window sends messages to the caller's windows. One of them may have come
-    // back here first, and the slot may already be another window's.
     if (pSlot->hdlgStat == hdlgStat) {
         freeSlot(pSlot);
     }
@@ -196,7 +203,7 @@ void KRHAULAPI vXferStatButtonText(HWND hdlgStat, DWORD dwCaption)
         return;
     }
     HWND hwndButton = GetDlgItem(hdlgStat, IDC_STAT_BUTTON);
-    if (dwCaption == 0) {
+    if (dwCaption == XFERSTAT_CAPTION_NONE) {
         ShowWindow(hwndButton, SW_HIDE);
     } else if (LoadStringA(pSlot->hLanguage, CAPTIONS[dwCaption], szCaption, sizeof szCaption) >
                0) {

@@ -5,11 +5,17 @@
 
 #include "slots.h"
 
+#include <stddef.h>
+
 // What hdlgXferStatLangCreate hands to WM_INITDIALOG. It only lives through the creation.
 struct XferStatInit {
     DWORD dwFlags; // corner flag in the low word, minimise flag in the high word
     HWND hwndParent;
 };
+
+static_assert(sizeof(XferStatInit) == 8, "a word of flags and a window");
+static_assert(offsetof(XferStatInit, dwFlags) == 0, "the flags come first");
+static_assert(offsetof(XferStatInit, hwndParent) == 4, "the parent follows the flags");
 
 // Turns the values of the window's slot into figures. Gives 0, or -1 if it has no slot.
 int XferStatTick(HWND hdlgStat);

@@ -1,10 +1,12 @@
 // What the library doesn't export, in the objects that it is made of.
 #include "../shared/filelist.h"
 #include "../shared/language.h"
+#include "../status/slots.h"
 #include "support/imports.h"
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <string.h>
 #include <string>
 
 namespace {
@@ -59,6 +61,28 @@ TEST(SystemErrorBox, ShowsTheSystemsText)
     EXPECT_EQ(XferSystemErrorBox(hwndOwner, 0x2FFFFFFF, MB_OK), 1);
     EXPECT_EQ(s_box.cShown, 1);
     EXPECT_EQ(s_cFreed, 1);
+}
+
+// What a window has left behind in its slot, but for the status text, is nothing to the next.
+TEST(StatusSlot, ANewWindowStartsAfresh)
+{
+    StatSlot* pSlot = &g_statSlots[0];
+    memset(pSlot, 0xCC, sizeof *pSlot);
+    lstrcpyA(pSlot->szStatus, "old");
+    pSlot->hdlgStat = nullptr;
+    HWND hwndParent = GetDesktopWindow();
+    HWND hwnd = hdlgXferStatCreate("", 0, hwndParent, 0, 0);
+    ASSERT_NE(hwnd, nullptr);
+    EXPECT_EQ(pSlot->hdlgStat, hwnd);
+    EXPECT_EQ(pSlot->hwndParent, hwndParent);
+    EXPECT_EQ(pSlot->hLanguage, GetModuleHandleA("XFREN.DLL"));
+    EXPECT_EQ(pSlot->ulTotalSize, 0u);
+    EXPECT_STREQ(pSlot->szStatus, "old");
+    EXPECT_EQ(pSlot->ulCount, 0u);
+    EXPECT_EQ(pSlot->dwStartTick, 0u);
+    EXPECT_EQ(pSlot->uTimer, 0u);
+    EXPECT_EQ(pSlot->nLastPercent, XFERSTAT_NOPERCENT);
+    EXPECT_EQ(nXferStatDestroy(hwnd), XFER_OK);
 }
 
 int s_nUntilFailure;

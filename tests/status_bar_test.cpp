@@ -15,7 +15,7 @@ constexpr int TEXT_TOP = 2;
 
 using Pixels = std::vector<std::vector<COLORREF>>; // rows of columns
 
-// One column and row beyond the client area of the bar isn't ours to read.
+// The pixels of a device context, from its top left corner.
 Pixels readPixels(HDC hdc, int cx, int cy)
 {
     Pixels pixels(size_t(cy), std::vector<COLORREF>(size_t(cx), 0));

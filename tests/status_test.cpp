@@ -24,6 +24,7 @@ DWORD WINAPI fakeTickCount()
 
 // The timers of the library: id and window of those that run.
 std::map<UINT_PTR, HWND> s_timers;
+int s_cTimersSet;
 bool s_fTimersFail;
 UINT_PTR WINAPI fakeSetTimer(HWND hwnd, UINT_PTR id, UINT uMs, TIMERPROC)
 {
@@ -32,12 +33,18 @@ UINT_PTR WINAPI fakeSetTimer(HWND hwnd, UINT_PTR id, UINT uMs, TIMERPROC)
         return 0;
     }
     s_timers[id] = hwnd;
+    ++s_cTimersSet;
     return id + 100;
 }
 
-BOOL WINAPI fakeKillTimer(HWND, UINT_PTR id)
+BOOL WINAPI fakeKillTimer(HWND hwnd, UINT_PTR id)
 {
-    return s_timers.erase(id) != 0;
+    auto timer = s_timers.find(id);
+    if (timer == s_timers.end() || timer->second != hwnd) {
+        return FALSE;
+    }
+    s_timers.erase(timer);
+    return TRUE;
 }
 
 int s_cModules;
@@ -54,6 +61,33 @@ BOOL WINAPI countingFreeLibrary(HMODULE hModule)
     return FreeLibrary(hModule);
 }
 
+// What the library has to give back, beside modules: brushes and device contexts.
+int s_cBrushes, s_cContexts;
+HBRUSH WINAPI countingCreateSolidBrush(COLORREF clr)
+{
+    ++s_cBrushes;
+    return CreateSolidBrush(clr);
+}
+
+BOOL WINAPI countingDeleteObject(HGDIOBJ hobj)
+{
+    --s_cBrushes;
+    return DeleteObject(hobj);
+}
+
+HDC WINAPI countingGetDC(HWND hwnd)
+{
+    EXPECT_NE(hwnd, nullptr) << "that is the whole screen";
+    ++s_cContexts;
+    return GetDC(hwnd);
+}
+
+int WINAPI countingReleaseDC(HWND hwnd, HDC hdc)
+{
+    --s_cContexts;
+    return ReleaseDC(hwnd, hdc);
+}
+
 class Status : public testing::Test {
 protected:
     Status()
@@ -61,17 +95,23 @@ protected:
           m_setTimer(library(), "SetTimer", fakeSetTimer),
           m_killTimer(library(), "KillTimer", fakeKillTimer),
           m_load(library(), "LoadLibraryA", countingLoadLibrary),
-          m_free(library(), "FreeLibrary", countingFreeLibrary)
+          m_free(library(), "FreeLibrary", countingFreeLibrary),
+          m_brush(library(), "CreateSolidBrush", countingCreateSolidBrush),
+          m_deleteObject(library(), "DeleteObject", countingDeleteObject),
+          m_getDC(library(), "GetDC", countingGetDC),
+          m_releaseDC(library(), "ReleaseDC", countingReleaseDC)
     {
         s_dwNow = 5000;
         s_timers.clear();
         s_fTimersFail = false;
-        s_cModules = 0;
+        s_cTimersSet = s_cModules = s_cBrushes = s_cContexts = 0;
         m_hEnglish = LoadLibraryA("XFREN.DLL");
     }
     ~Status() override
     {
         EXPECT_EQ(s_cModules, 0);
+        EXPECT_EQ(s_cBrushes, 0);
+        EXPECT_EQ(s_cContexts, 0);
         EXPECT_TRUE(s_timers.empty());
         FreeLibrary(m_hEnglish);
     }
@@ -94,23 +134,50 @@ protected:
 
 private:
     ReplacedImport m_clock, m_setTimer, m_killTimer, m_load, m_free;
+    ReplacedImport m_brush, m_deleteObject, m_getDC, m_releaseDC;
 };
 
+// The boxes that were asked of KRUTILS: the arguments, and the text that its number stands for.
+using BoxArguments = std::vector<DWORD>;
 struct Box {
-    HWND hwndOwner;
+    HMODULE hModule;
+    HWND hwndParent;
+    BoxArguments numbers;
     std::string text;
 };
 std::vector<Box> s_boxes;
-int WINAPI fakeMessageBox(HWND hwndOwner, LPCSTR pszText, LPCSTR, UINT)
+void WINAPI fakeMessageBoxId(HMODULE hModule, HWND hwndParent, UINT idString, int n1, int n2,
+                             int n3)
 {
-    s_boxes.push_back({hwndOwner, pszText});
-    return IDOK;
+    s_boxes.push_back({hModule,
+                       hwndParent,
+                       {idString, DWORD(n1), DWORD(n2), DWORD(n3)},
+                       stringOf(hModule, idString)});
 }
+
+class ReplacedBox {
+public:
+    ReplacedBox() : m_box(library(), "KRUTILS.DLL", 70, fakeMessageBoxId)
+    {
+        s_boxes.clear();
+    }
+    // One box told that there is no room for a window of this parent.
+    void expectRefusal(HWND hwndParent, HMODULE hEnglish) const
+    {
+        ASSERT_EQ(s_boxes.size(), 1u);
+        EXPECT_EQ(s_boxes[0].hModule, hEnglish);
+        EXPECT_EQ(s_boxes[0].hwndParent, hwndParent);
+        EXPECT_EQ(s_boxes[0].numbers, (BoxArguments{IDS_NO_RESOURCES, 0, 3, 0}));
+        EXPECT_EQ(s_boxes[0].text, stringOf(hEnglish, IDS_NO_RESOURCES));
+    }
+
+private:
+    ReplacedImport m_box;
+};
 
 TEST_F(Status, EightWindowsRunSideBySideAndTheNinthIsRefused)
 {
-    ReplacedImport box(GetModuleHandleA("KRUTILS.DLL"), "MessageBoxA", fakeMessageBox);
-    s_boxes.clear();
+    ReplacedBox box;
     HWND windows[XFERSTAT_MAXWINDOWS];
     for (HWND& hwnd : windows) {
         hwnd = create();
@@ -122,9 +189,7 @@ TEST_F(Status, EightWindowsRunSideBySideAndTheNinthIsRefused)
         EXPECT_EQ(textOf(windows[n], IDC_STAT_SIZE), std::to_string(100 + n));
     }
     EXPECT_EQ(hdlgXferStatCreate("Ninth", 0, m_parent.hwnd(), 0, 0), nullptr);
-    ASSERT_EQ(s_boxes.size(), 1u);
-    EXPECT_EQ(s_boxes[0].hwndOwner, m_parent.hwnd());
-    EXPECT_EQ(s_boxes[0].text, stringOf(m_hEnglish, IDS_NO_RESOURCES));
+    box.expectRefusal(m_parent.hwnd(), m_hEnglish);
     EXPECT_EQ(s_cModules, XFERSTAT_MAXWINDOWS);
 
     // The lowest place that is free is taken again: the timer's id tells which it is.
@@ -138,6 +203,48 @@ TEST_F(Status, EightWindowsRunSideBySideAndTheNinthIsRefused)
     }
     for (HWND hwnd : windows) {
         EXPECT_EQ(nXferStatDestroy(hwnd), XFER_OK);
+    }
+}
+
+// A caller whose windows hear of a creation, and make another window before it is done.
+HWND s_hwndMadeFirst;
+HWND WINAPI createAnotherFirst(HINSTANCE hModule, LPCSTR pszTemplate, HWND hwndParent,
+                               DLGPROC pfnDialog, LPARAM lParam)
+{
+    if (s_hwndMadeFirst == nullptr) {
+        s_hwndMadeFirst = hwndParent;
+        s_hwndMadeFirst = hdlgXferStatCreate("first", 1, hwndParent, 0, 0);
+    }
+    return CreateDialogParamA(hModule, pszTemplate, hwndParent, pfnDialog, lParam);
+}
+
+TEST_F(Status, ACreationInsideACreationTakesItsOwnPlace)
+{
+    ReplacedBox box;
+    ReplacedImport dialog(library(), "CreateDialogParamA", createAnotherFirst);
+    // With room for both, then for the inner one alone.
+    for (int cBefore : {0, XFERSTAT_MAXWINDOWS - 1}) {
+        SCOPED_TRACE(cBefore);
+        std::vector<HWND> windows;
+        s_hwndMadeFirst = m_parent.hwnd();
+        for (int n = 0; n < cBefore; ++n) {
+            windows.push_back(create());
+        }
+        s_hwndMadeFirst = nullptr;
+        HWND hwndOuter = hdlgXferStatCreate("outer", 1, m_parent.hwnd(), 0, 0);
+        EXPECT_EQ(FindWindowA(nullptr, "outer"), hwndOuter);
+        windows.push_back(s_hwndMadeFirst);
+        if (cBefore == 0) {
+            windows.push_back(hwndOuter);
+            EXPECT_TRUE(s_boxes.empty());
+        } else {
+            EXPECT_EQ(hwndOuter, nullptr);
+            box.expectRefusal(m_parent.hwnd(), m_hEnglish);
+        }
+        EXPECT_EQ(s_cModules, int(windows.size()));
+        for (HWND hwnd : windows) {
+            EXPECT_EQ(nXferStatDestroy(hwnd), XFER_OK);
+        }
     }
 }
 
@@ -184,6 +291,7 @@ TEST_F(Status, CreationFailuresLeaveNothing)
 {
     EXPECT_EQ(hdlgXferStatLangCreate("NO", "", 0, m_parent.hwnd(), 0, 0), nullptr);
     EXPECT_EQ(hdlgXferStatLangCreate(nullptr, "", 0, m_parent.hwnd(), 0, 0), nullptr);
+    EXPECT_EQ(hdlgXferStatCreate("", 0, reinterpret_cast<HWND>(0xBAD), 0, 0), nullptr);
     // A module without templates.
     ASSERT_TRUE(CopyFileA("KRUTILS.DLL", "XFRBARE.DLL", FALSE));
     EXPECT_EQ(hdlgXferStatLangCreate("BARE", "", 0, m_parent.hwnd(), 0, 0), nullptr);
@@ -333,13 +441,79 @@ TEST_F(Status, StatusTextIsCutToItsFieldAndStays)
     nXferStatDestroy(hwnd);
 }
 
+// A language module whose strings are as long as the test wants.
+size_t s_cchString;
+std::vector<int> s_bufferSizes;
+int WINAPI fakeLoadString(HINSTANCE, UINT, LPSTR pszBuffer, int cchBuffer)
+{
+    s_bufferSizes.push_back(cchBuffer);
+    const std::string text(std::min(s_cchString, size_t(cchBuffer) - 1), 'm');
+    lstrcpyA(pszBuffer, text.c_str());
+    return int(text.size());
+}
+
+size_t s_cchWritten;
+BOOL WINAPI recordingExtTextOut(HDC, int, int, UINT, const RECT*, LPCSTR, UINT cch, const INT*)
+{
+    s_cchWritten = cch;
+    return TRUE;
+}
+
+TEST_F(Status, StringsHaveRoomForTheirLimits)
+{
+    struct Case {
+        int cchBuffer;
+        void (*pfnShow)(HWND);
+        std::vector<int> controls; // none: the text goes onto the bar
+        size_t cchKept;            // what an empty string leaves
+    };
+    const Case cases[] = {
+        {20, [](HWND hwnd) { nXferStatFileInfo(hwnd, "a", "b", 0); }, {IDC_STAT_SIZE}, 0},
+        {80,
+         [](HWND hwnd) { SendMessageA(hwnd, WM_TIMER, 0, 0); },
+         {IDC_STAT_REMAINING, IDC_STAT_TIMELEFT},
+         0},
+        {30, [](HWND hwnd) { nXferStatStartTransfer(hwnd); }, {}, 0},
+        {10, [](HWND hwnd) { vXferStatButtonText(hwnd, 1); }, {IDC_STAT_BUTTON}, 9},
+        {10, [](HWND hwnd) { vXferStatButtonText(hwnd, 2); }, {IDC_STAT_BUTTON}, 9},
+        {10, [](HWND hwnd) { vXferStatButtonText(hwnd, 3); }, {IDC_STAT_BUTTON}, 9},
+    };
+    ReplacedImport load(library(), "LoadStringA", fakeLoadString);
+    ReplacedImport write(library(), "ExtTextOutA", recordingExtTextOut);
+    for (size_t cch : {50u, 49u, 0u}) {
+        s_cchString = cch;
+        s_bufferSizes.clear();
+        HWND hwnd = create(0);
+        EXPECT_EQ(s_bufferSizes, std::vector<int>{50});
+        EXPECT_EQ(textOf(hwnd, IDC_STAT_LABEL), std::string(std::min<size_t>(cch, 49), 'm'));
+        nXferStatDestroy(hwnd);
+    }
+    HWND hwnd = create();
+    for (const Case& c : cases) {
+        // Too long by one, exact, and empty behind one that isn't.
+        for (int cch : {c.cchBuffer, c.cchBuffer - 1, 0}) {
+            SCOPED_TRACE(testing::Message() << cch << " characters for " << c.cchBuffer);
+            s_cchString = size_t(cch);
+            s_bufferSizes.clear();
+            c.pfnShow(hwnd);
+            EXPECT_EQ(s_bufferSizes, std::vector<int>{c.cchBuffer});
+            const size_t cchShown = cch == 0 ? c.cchKept : size_t(c.cchBuffer) - 1;
+            for (int id : c.controls) {
+                EXPECT_EQ(textOf(hwnd, id), std::string(cchShown, 'm'));
+            }
+            EXPECT_TRUE(!c.controls.empty() || s_cchWritten == cchShown);
+        }
+    }
+    nXferStatDestroy(hwnd);
+}
+
 TEST_F(Status, ButtonTakesItsCaptions)
 {
     HWND hwnd = create();
     HWND hwndButton = GetDlgItem(hwnd, IDC_STAT_BUTTON);
     const DWORD strings[] = {IDS_STAT_BUTTON1, IDS_STAT_BUTTON2, IDS_STAT_BUTTON3};
     for (DWORD n = 0; n < 3; ++n) {
-        vXferStatButtonText(hwnd, n + 1);
+        vXferStatButtonText(hwnd, XFERSTAT_CAPTION_STOP + n);
         EXPECT_EQ(textOf(hwndButton), stringOf(m_hEnglish, strings[n]));
     }
     const std::string before = textOf(hwndButton);
@@ -348,8 +522,8 @@ TEST_F(Status, ButtonTakesItsCaptions)
         EXPECT_EQ(textOf(hwndButton), before);
         EXPECT_TRUE(IsWindowVisible(hwndButton));
     }
-    vXferStatButtonText(hwnd, 0);
-    vXferStatButtonText(hwnd, 1);
+    vXferStatButtonText(hwnd, XFERSTAT_CAPTION_NONE);
+    vXferStatButtonText(hwnd, XFERSTAT_CAPTION_STOP);
     EXPECT_FALSE(IsWindowVisible(hwndButton));
     nXferStatDestroy(hwnd);
 }
@@ -411,9 +585,50 @@ LRESULT CALLBACK destroyingProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM 
     return CallWindowProcA(s_pfnStatProc, hwnd, uMessage, wParam, lParam);
 }
 
+// The same on the last tick of a transfer; the window that is made there runs at once.
+HWND s_hwndOtherParent;
+LRESULT CALLBACK lastTickProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
+{
+    if (uMessage == WM_TIMER && s_hwndMadeInside == nullptr) {
+        s_hwndMadeInside = hwnd;
+        EXPECT_EQ(nXferStatDestroy(hwnd), XFER_OK);
+        s_hwndMadeInside = hdlgXferStatCreate("inside", 0, s_hwndOtherParent, 0, 0);
+        nXferStatStartTransfer(s_hwndMadeInside);
+        return 0;
+    }
+    return CallWindowProcA(s_pfnStatProc, hwnd, uMessage, wParam, lParam);
+}
+
+TEST_F(Status, SurvivesCallsFromInsideItsLastTick)
+{
+    ParentWindow other;
+    s_hwndOtherParent = other.hwnd();
+    for (auto pfnEnd : {nXferStatEndTransfer, nXferStatDestroy}) {
+        HWND hwnd = create();
+        nXferStatStartTransfer(hwnd);
+        s_hwndMadeInside = nullptr;
+        s_pfnStatProc = reinterpret_cast<WNDPROC>(
+            SetWindowLongA(hwnd, GWL_WNDPROC, reinterpret_cast<LONG>(lastTickProc)));
+        EXPECT_EQ(pfnEnd(hwnd), XFER_OK);
+        EXPECT_FALSE(IsWindow(hwnd));
+        EXPECT_EQ(m_parent.messages(), (std::vector<Message>{{WM_XFERSTAT_CLOSED, 0, 0}}));
+        // The new window knows nothing of it: nobody told its parent, and its timer runs on,
+        // so that another start sets none.
+        EXPECT_EQ(other.messages(), std::vector<Message>{});
+        EXPECT_EQ(s_timers[0], s_hwndMadeInside);
+        const int cBefore = s_cTimersSet;
+        EXPECT_EQ(nXferStatStartTransfer(s_hwndMadeInside), XFER_OK);
+        EXPECT_EQ(s_cTimersSet, cBefore);
+        EXPECT_EQ(nXferStatDestroy(s_hwndMadeInside), XFER_OK);
+        other.messages();
+    }
+    EXPECT_EQ(s_cModules, 0);
+}
+
 TEST_F(Status, SurvivesCallsFromInsideItsDestruction)
 {
     HWND hwnd = create();
+    s_hwndMadeInside = nullptr;
     s_pfnStatProc = reinterpret_cast<WNDPROC>(
         SetWindowLongA(hwnd, GWL_WNDPROC, reinterpret_cast<LONG>(destroyingProc)));
     EXPECT_EQ(nXferStatDestroy(hwnd), XFER_OK);
@@ -458,10 +673,20 @@ TEST_F(Status, HelpAndFocusGoByTheParentOfTheLastWindow)
     nXferStatDestroy(hwnd);
 }
 
-int s_cIconsDrawn;
-BOOL WINAPI countingDrawIcon(HDC hdc, int x, int y, HICON hicon)
+// How a window is painted as an icon: the background that its class has for that, then the icon.
+std::vector<HDC> s_iconsErased, s_iconsDrawn;
+LRESULT WINAPI recordingDefDlgProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
-    ++s_cIconsDrawn;
+    if (uMessage == WM_ICONERASEBKGND) {
+        EXPECT_TRUE(s_iconsDrawn.empty());
+        s_iconsErased.push_back(reinterpret_cast<HDC>(wParam));
+    }
+    return DefDlgProcA(hwnd, uMessage, wParam, lParam);
+}
+
+BOOL WINAPI recordingDrawIcon(HDC hdc, int x, int y, HICON hicon)
+{
+    s_iconsDrawn.push_back(hdc);
     EXPECT_EQ(x, 0);
     EXPECT_EQ(y, 0);
     return DrawIcon(hdc, x, y, hicon);
@@ -473,8 +698,18 @@ TEST_F(Status, ProcedureAnswersByItsTable)
         UINT uMessage;
         WPARAM wParam;
         INT_PTR nOpen, nIcon;
+        LPARAM lParam = 0;
     };
+    struct {
+        DWORD dwFlags;
+        HWND hwndParent;
+    } init = {0, m_parent.hwnd()};
     const Case cases[] = {
+        {WM_INITDIALOG, 0, 1, 1, reinterpret_cast<LPARAM>(&init)},
+        {WM_INITDIALOG, 0, 1, 1},
+        {WM_COMMAND, IDC_STAT_HELP, 1, 1},
+        {WM_XFER_HELP, 0, 1, 1},
+        {WM_XFERSTAT_FOCUSPARENT, 0, 1, 1},
         {WM_COMMAND, IDCANCEL, 1, 1},
         {WM_COMMAND, IDC_STAT_BUTTON, 1, 1},
         {WM_COMMAND, MAKELONG(IDC_STAT_BUTTON, BN_DOUBLECLICKED), 1, 1},
@@ -485,20 +720,27 @@ TEST_F(Status, ProcedureAnswersByItsTable)
         {WM_PAINT, 0, 0, 1},
         {WM_SIZE, 0, 0, 0},
         {WM_XFERSTAT_PERCENT, 0, 0, 0},
+        {WM_CLOSE, 0, 1, 1},
     };
-    ReplacedImport draw(library(), "DrawIcon", countingDrawIcon);
+    ReplacedImport help(library(), "WinHelpA", fakeWinHelp);
+    ReplacedImport erase(library(), "DefDlgProcA", recordingDefDlgProc);
+    ReplacedImport draw(library(), "DrawIcon", recordingDrawIcon);
     HWND hwnd = create();
     HWND hwndIcon = hdlgXferStatCreate("", 0, m_parent.hwnd(), 0, 1);
-    s_cIconsDrawn = 0;
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.uMessage << " " << c.wParam);
-        EXPECT_EQ(fDlgXferStatProc(hwnd, c.uMessage, c.wParam, 0), c.nOpen);
-        EXPECT_EQ(fDlgXferStatProc(hwndIcon, c.uMessage, c.wParam, 0), c.nIcon);
-    }
-    EXPECT_EQ(s_cIconsDrawn, 1);
     HICON hicon = LoadIconA(library(), "FileXferIcon");
     EXPECT_NE(hicon, nullptr);
     EXPECT_EQ(SendMessageA(hwnd, WM_QUERYDRAGICON, 0, 0), LRESULT(hicon));
+    s_iconsErased.clear();
+    s_iconsDrawn.clear();
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.uMessage << " " << c.wParam);
+        EXPECT_EQ(fDlgXferStatProc(hwnd, c.uMessage, c.wParam, c.lParam), c.nOpen);
+        EXPECT_EQ(fDlgXferStatProc(hwndIcon, c.uMessage, c.wParam, c.lParam), c.nIcon);
+    }
+    EXPECT_EQ(s_iconsDrawn.size(), 1u);
+    EXPECT_EQ(s_iconsErased, s_iconsDrawn);
+    EXPECT_FALSE(IsWindow(hwnd));
+    EXPECT_FALSE(IsWindow(hwndIcon));
     nXferStatDestroy(hwndIcon);
     nXferStatDestroy(hwnd);
 }

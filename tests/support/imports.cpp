@@ -10,19 +10,30 @@ template <typename T> T* at(HMODULE hModule, DWORD dwOffset)
     return reinterpret_cast<T*>(reinterpret_cast<BYTE*>(hModule) + dwOffset);
 }
 
-void** findSlot(HMODULE hModule, const char* pszName)
+bool isWanted(HMODULE hModule, const ReplacedImport::Import& wanted, DWORD dwName)
+{
+    if (wanted.pszName == nullptr) {
+        return IMAGE_SNAP_BY_ORDINAL32(dwName) && IMAGE_ORDINAL32(dwName) == wanted.wOrdinal;
+    }
+    return !IMAGE_SNAP_BY_ORDINAL32(dwName) &&
+           strcmp(at<IMAGE_IMPORT_BY_NAME>(hModule, dwName)->Name, wanted.pszName) == 0;
+}
+
+void** findSlot(HMODULE hModule, const ReplacedImport::Import& wanted)
 {
     auto pDos = at<IMAGE_DOS_HEADER>(hModule, 0);
     auto pNt = at<IMAGE_NT_HEADERS32>(hModule, DWORD(pDos->e_lfanew));
     auto& dir = pNt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
     auto pImport = at<IMAGE_IMPORT_DESCRIPTOR>(hModule, dir.VirtualAddress);
     for (; pImport->Name != 0; ++pImport) {
+        if (wanted.pszFrom != nullptr &&
+            lstrcmpiA(at<char>(hModule, pImport->Name), wanted.pszFrom) != 0) {
+            continue;
+        }
         auto pNames = at<IMAGE_THUNK_DATA32>(hModule, pImport->OriginalFirstThunk);
         auto ppSlots = at<void*>(hModule, pImport->FirstThunk);
         for (int n = 0; pNames[n].u1.AddressOfData != 0; ++n) {
-            DWORD dwName = pNames[n].u1.AddressOfData;
-            if (!IMAGE_SNAP_BY_ORDINAL32(dwName) &&
-                strcmp(at<IMAGE_IMPORT_BY_NAME>(hModule, dwName)->Name, pszName) == 0) {
+            if (isWanted(hModule, wanted, pNames[n].u1.AddressOfData)) {
                 return &ppSlots[n];
             }
         }
@@ -40,10 +51,11 @@ void write(void** ppSlot, void* pValue)
 
 } // namespace
 
-ReplacedImport::ReplacedImport(HMODULE hModule, const char* pszName, void* pFake, int)
-    : m_ppSlot(findSlot(hModule, pszName)), m_pOriginal(nullptr)
+ReplacedImport::ReplacedImport(HMODULE hModule, const Import& wanted, void* pFake)
+    : m_ppSlot(findSlot(hModule, wanted)), m_pOriginal(nullptr)
 {
-    EXPECT_NE(m_ppSlot, nullptr) << pszName << " isn't imported";
+    EXPECT_NE(m_ppSlot, nullptr) << (wanted.pszName != nullptr ? wanted.pszName : wanted.pszFrom)
+                                 << " " << wanted.wOrdinal << " isn't imported";
     if (m_ppSlot != nullptr) {
         m_pOriginal = *m_ppSlot;
         write(m_ppSlot, pFake);

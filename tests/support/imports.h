@@ -11,7 +11,13 @@ public:
     // the module doesn't have is a failure of the test.
     template <typename Function>
     ReplacedImport(HMODULE hModule, const char* pszName, Function* pfnFake)
-        : ReplacedImport(hModule, pszName, reinterpret_cast<void*>(pfnFake), 0)
+        : ReplacedImport(hModule, {nullptr, pszName, 0}, reinterpret_cast<void*>(pfnFake))
+    {
+    }
+    // The same for what is imported by number; pszFrom is the library that it comes from.
+    template <typename Function>
+    ReplacedImport(HMODULE hModule, const char* pszFrom, WORD wOrdinal, Function* pfnFake)
+        : ReplacedImport(hModule, {pszFrom, nullptr, wOrdinal}, reinterpret_cast<void*>(pfnFake))
     {
     }
     ~ReplacedImport();
@@ -23,8 +29,14 @@ public:
         return reinterpret_cast<Function>(m_pOriginal);
     }
 
+    struct Import {
+        const char* pszFrom; // null for any library
+        const char* pszName; // null for an import by number
+        WORD wOrdinal;
+    };
+
 private:
-    ReplacedImport(HMODULE hModule, const char* pszName, void* pFake, int);
+    ReplacedImport(HMODULE hModule, const Import& wanted, void* pFake);
     void** m_ppSlot;
     void* m_pOriginal;
 };

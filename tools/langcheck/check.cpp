@@ -46,7 +46,9 @@ void vLangTakeMnemonic(LangCheck* check, const char* where, char mnemonic, std::
     *taken += mnemonic;
 }
 
-static bool readDialog(LangCheck* check, const char* name, LangDialog* dialog)
+namespace {
+
+bool readDialog(LangCheck* check, const char* name, LangDialog* dialog)
 {
     switch (nLangReadDialog(check->hModule, name, dialog)) {
     case LANGREAD_OK:
@@ -64,7 +66,7 @@ static bool readDialog(LangCheck* check, const char* name, LangDialog* dialog)
     return false;
 }
 
-static void checkTemplate(LangCheck* check, const LangTemplateRow& row)
+void checkTemplate(LangCheck* check, const LangTemplateRow& row)
 {
     LangDialog dialog;
     if (!readDialog(check, row.name, &dialog))
@@ -78,6 +80,8 @@ static void checkTemplate(LangCheck* check, const LangTemplateRow& row)
     vLangCheckControls(check, row, dialog, barMnemonics);
     vLangCheckLook(check, row, dialog);
 }
+
+} // namespace
 
 int nLangCheckModule(HMODULE hModule, const LangCheckReport* report)
 {

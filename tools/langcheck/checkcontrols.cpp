@@ -1,27 +1,31 @@
 #include "check.h"
 
-static DWORD buttonType(const LangDlgControl& control)
+namespace {
+
+DWORD buttonType(const LangDlgControl& control)
 {
     return control.style & LANG_BUTTONTYPE;
 }
 
-static bool isButton(const LangDlgControl& control)
+bool isButton(const LangDlgControl& control)
 {
     return control.className == "BUTTON";
 }
 
-static bool isRadio(const LangDlgControl& control)
+bool isRadio(const LangDlgControl& control)
 {
     return isButton(control) &&
            (buttonType(control) == BS_AUTORADIOBUTTON || buttonType(control) == BS_RADIOBUTTON);
 }
 
 // What takes its mnemonic from the label before it.
-static bool isLabelled(const LangDlgControl& control)
+bool isLabelled(const LangDlgControl& control)
 {
     return control.className == "EDIT" || control.className == "LISTBOX" ||
            control.className == "COMBOBOX";
 }
+
+} // namespace
 
 bool fLangIsGroupBox(const LangDlgControl& control)
 {
@@ -53,13 +57,15 @@ char chLangControlMnemonic(const LangDlgControl& control)
     return fText ? chLangMnemonic(control.text) : static_cast<char>(0);
 }
 
-static DWORD flagsOf(const LangTemplateRow& row, const LangDlgControl& control)
+namespace {
+
+DWORD flagsOf(const LangTemplateRow& row, const LangDlgControl& control)
 {
     const LangControlRow* found = pLangControlRow(row, control.id);
     return found ? found->flags : 0;
 }
 
-static void checkPresence(LangCheck* check, const LangTemplateRow& row, const LangDialog& dialog)
+void checkPresence(LangCheck* check, const LangTemplateRow& row, const LangDialog& dialog)
 {
     for (int i = 0; i < row.cControls; i++) {
         int count = 0;
@@ -76,8 +82,7 @@ static void checkPresence(LangCheck* check, const LangTemplateRow& row, const La
     }
 }
 
-static void checkVisible(LangCheck* check, const LangTemplateRow& row,
-                         const LangDlgControl& control)
+void checkVisible(LangCheck* check, const LangTemplateRow& row, const LangDlgControl& control)
 {
     const DWORD flags = flagsOf(row, control);
     const bool fVisible = (control.style & WS_VISIBLE) != 0;
@@ -87,7 +92,7 @@ static void checkVisible(LangCheck* check, const LangTemplateRow& row,
         vLangFound(check, "%s: control %u is not visible", row.name, control.id);
 }
 
-static void checkKind(LangCheck* check, const LangTemplateRow& row, const LangDlgControl& control)
+void checkKind(LangCheck* check, const LangTemplateRow& row, const LangDlgControl& control)
 {
     const LangControlRow* found = pLangControlRow(row, control.id);
     if (!found)
@@ -105,8 +110,7 @@ static void checkKind(LangCheck* check, const LangTemplateRow& row, const LangDl
     }
 }
 
-static void checkTabStop(LangCheck* check, const LangTemplateRow& row,
-                         const LangDlgControl& control)
+void checkTabStop(LangCheck* check, const LangTemplateRow& row, const LangDlgControl& control)
 {
     const bool fInput = isLabelled(control) ||
                         (isButton(control) && !fLangIsGroupBox(control) && !isRadio(control));
@@ -116,7 +120,7 @@ static void checkTabStop(LangCheck* check, const LangTemplateRow& row,
 
 // Radio buttons that follow each other are one group: it begins with the first one, ends
 // before the next control, and has one tab stop.
-static void checkRadioGroups(LangCheck* check, const LangTemplateRow& row, const LangDialog& dialog)
+void checkRadioGroups(LangCheck* check, const LangTemplateRow& row, const LangDialog& dialog)
 {
     const std::vector<LangDlgControl>& controls = dialog.controls;
     for (size_t i = 0; i < controls.size(); i++) {
@@ -141,8 +145,7 @@ static void checkRadioGroups(LangCheck* check, const LangTemplateRow& row, const
     }
 }
 
-static void checkDefaultButton(LangCheck* check, const LangTemplateRow& row,
-                               const LangDialog& dialog)
+void checkDefaultButton(LangCheck* check, const LangTemplateRow& row, const LangDialog& dialog)
 {
     if (!(row.flags & LANGDLG_DEFAULTOK))
         return;
@@ -158,7 +161,7 @@ static void checkDefaultButton(LangCheck* check, const LangTemplateRow& row,
 
 // Texts that show what the user or the code fills in have no mnemonic, and a label reaches
 // over them to the control behind.
-static bool hasLabel(const LangDialog& dialog, size_t index)
+bool hasLabel(const LangDialog& dialog, size_t index)
 {
     while (index > 0) {
         const LangDlgControl& before = dialog.controls[--index];
@@ -170,8 +173,8 @@ static bool hasLabel(const LangDialog& dialog, size_t index)
     return false;
 }
 
-static void checkHasMnemonic(LangCheck* check, const LangTemplateRow& row, const LangDialog& dialog,
-                             size_t index)
+void checkHasMnemonic(LangCheck* check, const LangTemplateRow& row, const LangDialog& dialog,
+                      size_t index)
 {
     const LangDlgControl& control = dialog.controls[index];
     const bool fByHabit = control.id == IDOK || control.id == IDCANCEL; // Enter and Esc
@@ -186,8 +189,7 @@ static void checkHasMnemonic(LangCheck* check, const LangTemplateRow& row, const
 
 // A caption that the code can put on a button may repeat that button's own mnemonic, but no
 // other control's.
-static void checkCaptionMnemonics(LangCheck* check, const LangTemplateRow& row,
-                                  const LangDialog& dialog)
+void checkCaptionMnemonics(LangCheck* check, const LangTemplateRow& row, const LangDialog& dialog)
 {
     for (int i = 0; i < g_cLangFits; i++) {
         const LangFitRow& fit = g_langFits[i];
@@ -202,6 +204,8 @@ static void checkCaptionMnemonics(LangCheck* check, const LangTemplateRow& row,
         }
     }
 }
+
+} // namespace
 
 void vLangCheckControls(LangCheck* check, const LangTemplateRow& row, const LangDialog& dialog,
                         const std::string& barMnemonics)

@@ -1,5 +1,7 @@
 #include "check.h"
 
+namespace {
+
 // A device context for measuring, with the fonts that a dialog meets and the size of its
 // units, which come from the dialog's own font.
 struct Measure {
@@ -9,7 +11,7 @@ struct Measure {
     int cxBase, cyBase;
 };
 
-static int textWidth(const Measure& measure, HGDIOBJ hfont, const std::string& text)
+int textWidth(const Measure& measure, HGDIOBJ hfont, const std::string& text)
 {
     RECT rc = {};
     const HGDIOBJ hfontOld = SelectObject(measure.hdc, hfont);
@@ -19,7 +21,7 @@ static int textWidth(const Measure& measure, HGDIOBJ hfont, const std::string& t
     return rc.right;
 }
 
-static int textHeight(const Measure& measure, HGDIOBJ hfont, const std::string& text, int width)
+int textHeight(const Measure& measure, HGDIOBJ hfont, const std::string& text, int width)
 {
     RECT rc = {0, 0, width, 0};
     const HGDIOBJ hfontOld = SelectObject(measure.hdc, hfont);
@@ -29,7 +31,7 @@ static int textHeight(const Measure& measure, HGDIOBJ hfont, const std::string& 
     return rc.right > width ? MAXLONG : rc.bottom;
 }
 
-static HFONT dialogFont(HDC hdc, const LangDialog& dialog)
+HFONT dialogFont(HDC hdc, const LangDialog& dialog)
 {
     const int height = -MulDiv(dialog.nPointSize, GetDeviceCaps(hdc, LOGPIXELSY), 72);
     return CreateFontA(height, 0, 0, 0, FW_DONTCARE, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
@@ -38,7 +40,7 @@ static HFONT dialogFont(HDC hdc, const LangDialog& dialog)
 }
 
 // The same font as that in which the library paints the message strip.
-static HFONT stripFont(HDC hdc)
+HFONT stripFont(HDC hdc)
 {
     TEXTMETRICA metrics;
     GetTextMetricsA(hdc, &metrics);
@@ -47,7 +49,7 @@ static HFONT stripFont(HDC hdc)
                        DEFAULT_PITCH, "MS Sans Serif");
 }
 
-static Measure openMeasure(const LangDialog& dialog)
+Measure openMeasure(const LangDialog& dialog)
 {
     static const char LETTERS[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
     constexpr int CLETTERS = 52;
@@ -66,26 +68,26 @@ static Measure openMeasure(const LangDialog& dialog)
     return measure;
 }
 
-static void closeMeasure(const Measure& measure)
+void closeMeasure(const Measure& measure)
 {
     DeleteObject(measure.hfontDialog);
     DeleteObject(measure.hfontStrip);
     DeleteDC(measure.hdc);
 }
 
-static int xPixels(const Measure& measure, int units)
+int xPixels(const Measure& measure, int units)
 {
     return MulDiv(units, measure.cxBase, 4);
 }
 
-static int yPixels(const Measure& measure, int units)
+int yPixels(const Measure& measure, int units)
 {
     return MulDiv(units, measure.cyBase, 8);
 }
 
 // What a control needs beside its text: frames and the picture of a check box or radio
 // button.
-static int widthBesideText(const LangDlgControl& control)
+int widthBesideText(const LangDlgControl& control)
 {
     constexpr int BUTTON_FRAME = 8;
     constexpr int CHECK_PICTURE = 18;
@@ -97,20 +99,20 @@ static int widthBesideText(const LangDlgControl& control)
     return fLangIsPushButton(control) ? BUTTON_FRAME : CHECK_PICTURE;
 }
 
-static bool wraps(const LangDlgControl& control)
+bool wraps(const LangDlgControl& control)
 {
     return control.className == "STATIC" && (control.style & LANG_STATICTYPE) <= SS_RIGHT;
 }
 
-static bool showsText(const LangDlgControl& control)
+bool showsText(const LangDlgControl& control)
 {
     return control.className == "BUTTON" || wraps(control) ||
            (control.className == "STATIC" &&
             (control.style & LANG_STATICTYPE) == SS_LEFTNOWORDWRAP);
 }
 
-static bool textFits(const Measure& measure, const LangDlgControl& control, HGDIOBJ hfont,
-                     const std::string& text)
+bool textFits(const Measure& measure, const LangDlgControl& control, HGDIOBJ hfont,
+              const std::string& text)
 {
     const int width = xPixels(measure, control.cx) - widthBesideText(control);
     if (wraps(control))
@@ -118,8 +120,8 @@ static bool textFits(const Measure& measure, const LangDlgControl& control, HGDI
     return textWidth(measure, hfont, text) <= width;
 }
 
-static void checkOwnText(LangCheck* check, const LangTemplateRow& row, const Measure& measure,
-                         const LangDlgControl& control)
+void checkOwnText(LangCheck* check, const LangTemplateRow& row, const Measure& measure,
+                  const LangDlgControl& control)
 {
     const LangControlRow* found = pLangControlRow(row, control.id);
     const bool fFixed = found && (found->flags & LANGCTL_FIXEDFONT);
@@ -128,8 +130,8 @@ static void checkOwnText(LangCheck* check, const LangTemplateRow& row, const Mea
         vLangFound(check, "%s: \"%s\" doesn't fit its control", row.name, control.text.c_str());
 }
 
-static void checkFit(LangCheck* check, const LangFitRow& fit, const Measure& measure,
-                     const LangDialog& dialog)
+void checkFit(LangCheck* check, const LangFitRow& fit, const Measure& measure,
+              const LangDialog& dialog)
 {
     const std::string text = fit.idString ? strLangString(check, fit.idString) : fit.sample;
     for (const LangDlgControl& control : dialog.controls) {
@@ -139,8 +141,8 @@ static void checkFit(LangCheck* check, const LangFitRow& fit, const Measure& mea
     }
 }
 
-static void checkFits(LangCheck* check, const LangTemplateRow& row, const Measure& measure,
-                      const LangDialog& dialog)
+void checkFits(LangCheck* check, const LangTemplateRow& row, const Measure& measure,
+               const LangDialog& dialog)
 {
     for (const LangDlgControl& control : dialog.controls)
         checkOwnText(check, row, measure, control);
@@ -152,7 +154,7 @@ static void checkFits(LangCheck* check, const LangTemplateRow& row, const Measur
 
 // In dialog units. The height of a combo box is that with its list open; closed it is as high
 // as an edit line.
-static RECT rectOf(const LangDlgControl& control)
+RECT rectOf(const LangDlgControl& control)
 {
     constexpr int CLOSED_COMBO = 13;
     const bool fCombo = control.className == "COMBOBOX" && control.cy > CLOSED_COMBO;
@@ -160,13 +162,13 @@ static RECT rectOf(const LangDlgControl& control)
             control.y + (fCombo ? CLOSED_COMBO : control.cy)};
 }
 
-static bool holds(const RECT& outer, const RECT& inner)
+bool holds(const RECT& outer, const RECT& inner)
 {
     return inner.left >= outer.left && inner.top >= outer.top && inner.right <= outer.right &&
            inner.bottom <= outer.bottom;
 }
 
-static bool mayOverlap(const LangTemplateRow& row, WORD id1, WORD id2)
+bool mayOverlap(const LangTemplateRow& row, WORD id1, WORD id2)
 {
     for (int i = 0; i < g_cLangOverlaps; i++) {
         const LangOverlapRow& allowed = g_langOverlaps[i];
@@ -178,7 +180,7 @@ static bool mayOverlap(const LangTemplateRow& row, WORD id1, WORD id2)
     return false;
 }
 
-static bool collide(const LangTemplateRow& row, const LangDlgControl& a, const LangDlgControl& b)
+bool collide(const LangTemplateRow& row, const LangDlgControl& a, const LangDlgControl& b)
 {
     const RECT rcA = rectOf(a);
     const RECT rcB = rectOf(b);
@@ -188,7 +190,7 @@ static bool collide(const LangTemplateRow& row, const LangDlgControl& a, const L
     return !(fLangIsGroupBox(a) && holds(rcA, rcB)) && !(fLangIsGroupBox(b) && holds(rcB, rcA));
 }
 
-static void checkPlaces(LangCheck* check, const LangTemplateRow& row, const LangDialog& dialog)
+void checkPlaces(LangCheck* check, const LangTemplateRow& row, const LangDialog& dialog)
 {
     const RECT rcDialog = {0, 0, dialog.cx, dialog.cy};
     for (size_t i = 0; i < dialog.controls.size(); i++) {
@@ -203,15 +205,15 @@ static void checkPlaces(LangCheck* check, const LangTemplateRow& row, const Lang
     }
 }
 
-static bool fitsStrip(const LangCheck* check, const Measure& measure, UINT idString, int width)
+bool fitsStrip(const LangCheck* check, const Measure& measure, UINT idString, int width)
 {
     return textWidth(measure, measure.hfontStrip, strLangString(check, idString)) <= width;
 }
 
 // The library paints the strip along the bottom; its left box takes two thirds of the width
 // and shows the texts with 3 pixels of room before them.
-static void checkStrip(LangCheck* check, const LangTemplateRow& row, const Measure& measure,
-                       const LangDialog& dialog)
+void checkStrip(LangCheck* check, const LangTemplateRow& row, const Measure& measure,
+                const LangDialog& dialog)
 {
     constexpr int STRIP_EDGES = 12;
     constexpr int TEXT_MARGIN = 3;
@@ -236,6 +238,8 @@ static void checkStrip(LangCheck* check, const LangTemplateRow& row, const Measu
             vLangFound(check, "string %u doesn't fit the message strip", g_langCommands[i].id);
     }
 }
+
+} // namespace
 
 void vLangCheckLook(LangCheck* check, const LangTemplateRow& row, const LangDialog& dialog)
 {

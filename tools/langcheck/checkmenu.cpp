@@ -1,6 +1,8 @@
 #include "check.h"
 
-static const LangCommandRow* findCommand(WORD id)
+namespace {
+
+const LangCommandRow* findCommand(WORD id)
 {
     for (int i = 0; i < g_cLangCommands; i++) {
         if (g_langCommands[i].id == id)
@@ -9,7 +11,7 @@ static const LangCommandRow* findCommand(WORD id)
     return nullptr;
 }
 
-static void checkItem(LangCheck* check, const LangMenuItem& item)
+void checkItem(LangCheck* check, const LangMenuItem& item)
 {
     const LangCommandRow* row = findCommand(item.id);
     if (!row) {
@@ -24,7 +26,7 @@ static void checkItem(LangCheck* check, const LangMenuItem& item)
                    row->fStartsGrey ? "grey" : "enabled");
 }
 
-static void checkBar(LangCheck* check, const std::vector<LangMenuItem>& items)
+void checkBar(LangCheck* check, const std::vector<LangMenuItem>& items)
 {
     int cPopups = 0;
     for (const LangMenuItem& item : items) {
@@ -39,7 +41,7 @@ static void checkBar(LangCheck* check, const std::vector<LangMenuItem>& items)
         vLangFound(check, "menu: %d popups instead of %d", cPopups, LANG_POPUPS);
 }
 
-static void checkCommands(LangCheck* check, const std::vector<LangMenuItem>& items)
+void checkCommands(LangCheck* check, const std::vector<LangMenuItem>& items)
 {
     for (const LangMenuItem& item : items) {
         if (!item.fPopup && !item.text.empty())
@@ -58,8 +60,8 @@ static void checkCommands(LangCheck* check, const std::vector<LangMenuItem>& ite
 }
 
 // The mnemonics of the bar, or of what one popup holds.
-static std::string checkMnemonics(LangCheck* check, const std::vector<LangMenuItem>& items,
-                                  int depth, int popup)
+std::string checkMnemonics(LangCheck* check, const std::vector<LangMenuItem>& items, int depth,
+                           int popup)
 {
     const std::string where = depth == 0 ? "menu bar" : "menu popup " + std::to_string(popup);
     std::string taken;
@@ -74,7 +76,7 @@ static std::string checkMnemonics(LangCheck* check, const std::vector<LangMenuIt
     return taken;
 }
 
-static bool readMenu(LangCheck* check, const std::string& name, std::vector<LangMenuItem>* items)
+bool readMenu(LangCheck* check, const std::string& name, std::vector<LangMenuItem>* items)
 {
     switch (nLangReadMenu(check->hModule, name.c_str(), items)) {
     case LANGREAD_OK:
@@ -91,6 +93,8 @@ static bool readMenu(LangCheck* check, const std::string& name, std::vector<Lang
     vLangFound(check, "menu: broken");
     return false;
 }
+
+} // namespace
 
 std::string strLangCheckMenu(LangCheck* check, const LangDialog& dialog)
 {

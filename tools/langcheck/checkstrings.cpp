@@ -2,8 +2,10 @@
 
 #include <string.h>
 
+namespace {
+
 // The kinds of the placeholders of a format text, as in LangStringRow; ? for any other kind.
-static std::string placeholders(const std::string& text)
+std::string placeholders(const std::string& text)
 {
     std::string kinds;
     const char* p = text.c_str();
@@ -28,7 +30,7 @@ static std::string placeholders(const std::string& text)
 }
 
 // The local filter line takes a mask only if it has the form of a short name.
-static bool isShortMask(const std::string& mask)
+bool isShortMask(const std::string& mask)
 {
     constexpr size_t MAX_NAME = 8;
     constexpr size_t MAX_EXTENSION = 4; // the dot included
@@ -40,7 +42,7 @@ static bool isShortMask(const std::string& mask)
     return dot <= MAX_NAME && mask.size() - dot <= MAX_EXTENSION;
 }
 
-static void checkString(LangCheck* check, const LangStringRow& row)
+void checkString(LangCheck* check, const LangStringRow& row)
 {
     const std::string text = strLangString(check, row.id);
     if (text.empty()) {
@@ -58,6 +60,8 @@ static void checkString(LangCheck* check, const LangStringRow& row)
     if ((row.flags & LANGSTR_MNEMONIC) && !chLangMnemonic(text))
         vLangFound(check, "string %u has no mnemonic", row.id);
 }
+
+} // namespace
 
 void vLangCheckStrings(LangCheck* check)
 {

@@ -4,13 +4,24 @@
 #include <commdlg.h>
 #include <dlgs.h>
 
-template <typename Row, int N> static constexpr int countOf(const Row (&)[N])
+namespace {
+
+template <typename Row, int N> constexpr int countOf(const Row (&)[N])
 {
     return N;
 }
 
 constexpr DWORD BUTTON_TYPE = 0xF;
 constexpr DWORD COMBO_TYPE = 3;
+
+// The longest figures.
+constexpr const char* NUMBER = "4294967295";
+constexpr const char* DURATION = "1193:02:47";
+
+// Copy and Save Selection are greyed by the position of their popup.
+constexpr int SELECTION_POPUP = 1;
+
+} // namespace
 
 const LangKindRow g_langKinds[LANGKINDS] = {
     {LANGKIND_ANY, nullptr, {}},
@@ -83,7 +94,9 @@ const LangKindRow g_langKinds[LANGKINDS] = {
       {CBS_HASSTRINGS, CBS_HASSTRINGS, "CBS_HASSTRINGS"}}},
 };
 
-static const LangControlRow XFER_CONTROLS[] = {
+namespace {
+
+const LangControlRow XFER_CONTROLS[] = {
     {IDCANCEL, LANGKIND_PUSH, 0},
     {IDC_STAT_NAME1, LANGKIND_VALUE, 0},
     {IDC_STAT_NAME2, LANGKIND_VALUE, 0},
@@ -103,7 +116,7 @@ static const LangControlRow XFER_CONTROLS[] = {
     {IDC_STAT_PARENT, LANGKIND_HOLDER, LANGCTL_HIDDEN},
 };
 
-static const LangControlRow DANDD_CONTROLS[] = {
+const LangControlRow DANDD_CONTROLS[] = {
     {IDC_DANDD_INFOLINE, LANGKIND_LOG, LANGCTL_NOLABEL | LANGCTL_FIXEDFONT},
     {IDC_DANDD_LOCALFILTER, LANGKIND_EDIT, 0},
     {IDC_DANDD_HOSTDIRS, LANGKIND_DIRLIST, LANGCTL_NOLABEL},
@@ -127,7 +140,7 @@ static const LangControlRow DANDD_CONTROLS[] = {
     {IDC_DANDD_STRIP, LANGKIND_ANY, 0},
 };
 
-static const LangControlRow COPY_CONTROLS[] = {
+const LangControlRow COPY_CONTROLS[] = {
     {IDOK, LANGKIND_PUSH, 0},
     {IDCANCEL, LANGKIND_PUSH, 0},
     {IDC_COPY_SEND, LANGKIND_RADIO, 0},
@@ -137,7 +150,7 @@ static const LangControlRow COPY_CONTROLS[] = {
     {IDC_COPY_HELP, LANGKIND_PUSH, 0},
 };
 
-static const LangControlRow VIEW_CONTROLS[] = {
+const LangControlRow VIEW_CONTROLS[] = {
     {IDOK, LANGKIND_PUSH, 0},
     {IDCANCEL, LANGKIND_PUSH, 0},
     {IDC_VIEW_LOCAL, LANGKIND_RADIO, 0},
@@ -146,7 +159,7 @@ static const LangControlRow VIEW_CONTROLS[] = {
     {IDC_VIEW_HELP, LANGKIND_PUSH, 0},
 };
 
-static const LangControlRow RENAME_CONTROLS[] = {
+const LangControlRow RENAME_CONTROLS[] = {
     {IDOK, LANGKIND_PUSH, 0},
     {IDCANCEL, LANGKIND_PUSH, 0},
     {IDC_RENAME_OLDNAME, LANGKIND_EDIT, 0},
@@ -156,19 +169,19 @@ static const LangControlRow RENAME_CONTROLS[] = {
     {IDC_RENAME_HELP, LANGKIND_PUSH, 0},
 };
 
-static const LangControlRow DEL_CONTROLS[] = {
+const LangControlRow DEL_CONTROLS[] = {
     {IDOK, LANGKIND_PUSH, 0},           {IDCANCEL, LANGKIND_PUSH, 0},
     {IDC_DEL_LOCAL, LANGKIND_RADIO, 0}, {IDC_DEL_HOST, LANGKIND_RADIO, 0},
     {IDC_DEL_NAME, LANGKIND_EDIT, 0},   {IDC_DEL_HELP, LANGKIND_PUSH, 0},
 };
 
-static const LangControlRow DIR_CONTROLS[] = {
+const LangControlRow DIR_CONTROLS[] = {
     {IDOK, LANGKIND_PUSH, 0},           {IDCANCEL, LANGKIND_PUSH, 0},
     {IDC_DIR_LOCAL, LANGKIND_RADIO, 0}, {IDC_DIR_HOST, LANGKIND_RADIO, 0},
     {IDC_DIR_NAME, LANGKIND_EDIT, 0},   {IDC_DIR_HELP, LANGKIND_PUSH, 0},
 };
 
-static const LangControlRow CONFIRM_CONTROLS[] = {
+const LangControlRow CONFIRM_CONTROLS[] = {
     {IDOK, LANGKIND_PUSH, 0},
     {IDCANCEL, LANGKIND_PUSH, 0},
     {IDC_CONFIRM_HELP, LANGKIND_PUSH, 0},
@@ -179,7 +192,7 @@ static const LangControlRow CONFIRM_CONTROLS[] = {
     {IDC_CONFIRM_HOSTREPLACE, LANGKIND_CHECKBOX, 0},
 };
 
-static const LangControlRow FILEOPEN_CONTROLS[] = {
+const LangControlRow FILEOPEN_CONTROLS[] = {
     {IDOK, LANGKIND_PUSH, 0},
     {IDCANCEL, LANGKIND_PUSH, 0},
     {pshHelp, LANGKIND_PUSH, LANGCTL_MAYHIDE},
@@ -196,12 +209,14 @@ static const LangControlRow FILEOPEN_CONTROLS[] = {
 };
 
 // No step of the code shows the two modeless windows, so they have to be visible themselves.
-static const LangStyleRule VISIBLE = {WS_VISIBLE, WS_VISIBLE, "WS_VISIBLE"};
+const LangStyleRule VISIBLE = {WS_VISIBLE, WS_VISIBLE, "WS_VISIBLE"};
 // The layout moves the controls without redraw and then repaints the window once; clipped
 // children would be left out of that.
-static const LangStyleRule REPAINTED = {WS_VISIBLE | WS_CLIPCHILDREN, WS_VISIBLE,
-                                        "WS_VISIBLE, no WS_CLIPCHILDREN"};
-static const LangStyleRule MODAL = {WS_CHILD, 0, "WS_CHILD"};
+const LangStyleRule REPAINTED = {WS_VISIBLE | WS_CLIPCHILDREN, WS_VISIBLE,
+                                 "WS_VISIBLE, no WS_CLIPCHILDREN"};
+const LangStyleRule MODAL = {WS_CHILD, 0, "WS_CHILD"};
+
+} // namespace
 
 const LangTemplateRow g_langTemplates[] = {
     {"DLGXFER", VISIBLE, 0, XFER_CONTROLS, countOf(XFER_CONTROLS)},
@@ -227,9 +242,6 @@ const LangOverlapRow g_langOverlaps[] = {
     {"DLGDANDD", IDC_DANDD_TOOLBAR, LANG_UNNAMED},
 };
 const int g_cLangOverlaps = countOf(g_langOverlaps);
-
-static constexpr const char* NUMBER = "4294967295";
-static constexpr const char* DURATION = "1193:02:47";
 
 const LangFitRow g_langFits[] = {
     {"DLGXFER", IDC_STAT_LABEL, IDS_STAT_LABEL, nullptr},
@@ -280,9 +292,6 @@ const LangStringRow g_langStrings[] = {
     {IDS_POPUP5_HINT, LANG_HINTLIMIT, "", LANGSTR_STRIP},
 };
 const int g_cLangStrings = countOf(g_langStrings);
-
-// Copy and Save Selection are greyed by the position of their popup.
-static constexpr int SELECTION_POPUP = 1;
 
 const LangCommandRow g_langCommands[] = {
     {IDM_XFER_REMOVEDIR, true, LANG_ANYPOPUP},  {IDM_XFER_HELP, false, LANG_ANYPOPUP},

@@ -1,5 +1,7 @@
 #include "resread.h"
 
+namespace {
+
 // What is left of a resource. A read past the end gives 0 and leaves fShort set.
 struct Bytes {
     const BYTE* pb;
@@ -9,7 +11,7 @@ struct Bytes {
 };
 
 // The size in a resource directory may be a lie: no more is read than lies mapped.
-static size_t mappedBytes(const void* p, size_t cb)
+size_t mappedBytes(const void* p, size_t cb)
 {
     MEMORY_BASIC_INFORMATION region;
     if (VirtualQuery(p, &region, sizeof region) == 0 || region.State != MEM_COMMIT)
@@ -20,7 +22,7 @@ static size_t mappedBytes(const void* p, size_t cb)
     return cb < left ? cb : left;
 }
 
-static bool openResource(HMODULE hModule, const char* name, const char* type, Bytes* bytes)
+bool openResource(HMODULE hModule, const char* name, const char* type, Bytes* bytes)
 {
     HRSRC resource = FindResourceA(hModule, name, type);
     HGLOBAL loaded = resource ? LoadResource(hModule, resource) : nullptr;
@@ -32,7 +34,7 @@ static bool openResource(HMODULE hModule, const char* name, const char* type, By
     return true;
 }
 
-static WORD readWord(Bytes* bytes)
+WORD readWord(Bytes* bytes)
 {
     if (bytes->cb - bytes->pos < sizeof(WORD)) {
         bytes->fShort = true;
@@ -43,18 +45,18 @@ static WORD readWord(Bytes* bytes)
     return static_cast<WORD>(p[0] | p[1] << 8);
 }
 
-static int readShort(Bytes* bytes)
+int readShort(Bytes* bytes)
 {
     return static_cast<SHORT>(readWord(bytes));
 }
 
-static DWORD readDword(Bytes* bytes)
+DWORD readDword(Bytes* bytes)
 {
     const DWORD low = readWord(bytes);
     return low | static_cast<DWORD>(readWord(bytes)) << 16;
 }
 
-static std::string readText(Bytes* bytes)
+std::string readText(Bytes* bytes)
 {
     std::wstring wide;
     for (WORD w = readWord(bytes); w != 0; w = readWord(bytes))
@@ -68,7 +70,7 @@ static std::string readText(Bytes* bytes)
 }
 
 // A name, or the number 0xFFFF with a number behind it, which is given as "#number".
-static std::string readName(Bytes* bytes)
+std::string readName(Bytes* bytes)
 {
     const size_t start = bytes->pos;
     if (readWord(bytes) == 0xFFFF)
@@ -77,7 +79,7 @@ static std::string readName(Bytes* bytes)
     return readText(bytes);
 }
 
-static std::string readClass(Bytes* bytes)
+std::string readClass(Bytes* bytes)
 {
     static const char* const SYSTEM_CLASSES[] = {"BUTTON",  "EDIT",      "STATIC",
                                                  "LISTBOX", "SCROLLBAR", "COMBOBOX"};
@@ -92,7 +94,7 @@ static std::string readClass(Bytes* bytes)
     return name;
 }
 
-static LangDlgControl readControl(Bytes* bytes)
+LangDlgControl readControl(Bytes* bytes)
 {
     LangDlgControl control = {};
     bytes->pos = (bytes->pos + 3) & ~static_cast<size_t>(3);
@@ -114,6 +116,8 @@ static LangDlgControl readControl(Bytes* bytes)
         bytes->pos += cbData;
     return control;
 }
+
+} // namespace
 
 LangRead nLangReadDialog(HMODULE hModule, const char* name, LangDialog* dialog)
 {
@@ -141,9 +145,11 @@ LangRead nLangReadDialog(HMODULE hModule, const char* name, LangDialog* dialog)
     return bytes.fShort ? LANGREAD_BROKEN : LANGREAD_OK;
 }
 
+namespace {
+
 // One level of a menu; the last item of each carries MF_END. The depth is limited because a
 // broken resource could nest without end.
-static void readMenuLevel(Bytes* bytes, int depth, int popup, std::vector<LangMenuItem>* items)
+void readMenuLevel(Bytes* bytes, int depth, int popup, std::vector<LangMenuItem>* items)
 {
     constexpr int MAX_DEPTH = 8;
     if (depth > MAX_DEPTH)
@@ -164,6 +170,8 @@ static void readMenuLevel(Bytes* bytes, int depth, int popup, std::vector<LangMe
             return;
     }
 }
+
+} // namespace
 
 LangRead nLangReadMenu(HMODULE hModule, const char* name, std::vector<LangMenuItem>* items)
 {

@@ -38,7 +38,8 @@ int main(int argc, char** argv)
 {
     int drawn;
     int font;
-    HWND hwnd = CreateWindowA("STATIC", "", WS_POPUP | WS_VISIBLE, 0, 0, 40, 40, NULL, NULL, NULL, NULL);
+    HWND hwnd =
+        CreateWindowA("STATIC", "", WS_POPUP | WS_VISIBLE, 0, 0, 40, 40, NULL, NULL, NULL, NULL);
     HDC hdc;
     if (hwnd == NULL) {
         puts("no window can be made (no display?)");
