@@ -554,6 +554,7 @@ TEST_F(Drag, ACallbackMayEndTheWindow)
         drag({pointOf(IDC_DANDD_LOCALFILES, "a"), emptyPart(IDC_DANDD_HOSTFILES)});
         EXPECT_EQ(requests(), Strings{fSeveral ? "send a b" : "send a"});
         EXPECT_FALSE(IsWindow(m_hwnd));
+        EXPECT_FALSE(hasReleased());
         m_inRequest = nullptr;
         open();
         feedHost({});

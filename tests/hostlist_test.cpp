@@ -217,6 +217,7 @@ TEST_F(HostList, OtherWindowsAndNullNamesAreRefused)
         vXferDandDPrintWorkingDir(hwnd, "x", "x");
         vXferDandDSetTitle(hwnd, "x");
         vXferDandDRefreshLocalFiles(hwnd);
+        EXPECT_NE(textOf(hwnd), "x");
     }
     nXferDandDAddHostFileName(m_hwnd, nullptr);
     nXferDandDRemoveHostFileName(m_hwnd, nullptr);
@@ -224,6 +225,9 @@ TEST_F(HostList, OtherWindowsAndNullNamesAreRefused)
     nXferDandDRemoveHostSubDir(m_hwnd, nullptr);
     EXPECT_EQ(rows(IDC_DANDD_HOSTFILES), Strings{"a"});
     EXPECT_EQ(rows(IDC_DANDD_HOSTDIRS), (Strings{"..", "work", "one", "two"}));
+    nXferDandDAddHostFileName(m_hwnd, "");
+    nXferDandDRemoveHostFileName(m_hwnd, nullptr);
+    EXPECT_EQ(rows(IDC_DANDD_HOSTFILES), (Strings{"", "a"}));
     EXPECT_EQ(textOf(m_hwnd), "Panes");
     vXferDandDSetTitle(m_hwnd, "Title");
     EXPECT_EQ(textOf(m_hwnd), "Title");

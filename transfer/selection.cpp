@@ -67,11 +67,30 @@ bool userConfirms(const XferCommand* pCommand, UINT idText, UINT idCaption, cons
     return nAnswer == IDYES && isAlive(pCommand);
 }
 
-bool mayGoOn(const XferCommand* pCommand, DWORD dwFlag, UINT idText, UINT idCaption,
-             const char* pszName)
+// The directory in which the names of a command mean what was selected.
+struct NamesDir {
+    char szDir[XFER_NAME_SIZE];
+};
+
+NamesDir presentDir()
+{
+    NamesDir dir = {};
+    _getcwd(dir.szDir, sizeof dir.szDir);
+    return dir;
+}
+
+// Callbacks and boxes can run other code that changes the directory of the process.
+bool isStillIn(const NamesDir* pDir)
+{
+    return strcmp(presentDir().szDir, pDir->szDir) == 0;
+}
+
+bool mayGoOn(const XferCommand* pCommand, const NamesDir* pDir, DWORD dwFlag, UINT idText,
+             UINT idCaption, const char* pszName)
 {
     bool fAsk = mustConfirm(pCommand->pRecord, dwFlag);
-    return isAlive(pCommand) && (!fAsk || userConfirms(pCommand, idText, idCaption, pszName));
+    return isAlive(pCommand) && (!fAsk || userConfirms(pCommand, idText, idCaption, pszName)) &&
+           isStillIn(pDir);
 }
 
 void reportFailure(const XferCommand* pCommand, const char* pszName)
@@ -106,7 +125,9 @@ void removeLocalDir(const XferCommand* pCommand, const XferRow* pRow)
         showString(pCommand, IDS_HOSTDIR_FIXED);
         return;
     }
-    if (!mayGoOn(pCommand, CONFIRM_LOCALRMDIR, IDS_RMDIR_TEXT, IDS_RMDIR_CAPTION, pRow->szText)) {
+    NamesDir dir = presentDir();
+    if (!mayGoOn(pCommand, &dir, CONFIRM_LOCALRMDIR, IDS_RMDIR_TEXT, IDS_RMDIR_CAPTION,
+                 pRow->szText)) {
         return;
     }
     if (_rmdir(pRow->szText) != 0) {
@@ -132,19 +153,19 @@ void deleteHostFiles(const XferCommand* pCommand)
     }
 }
 
-// Asks for one file if need be, and deletes it. Gives whether it has gone.
-bool deleteLocalFile(const XferCommand* pCommand, const char* pszName)
+// Asks for one file if need be, and deletes it.
+void deleteLocalFile(const XferCommand* pCommand, const NamesDir* pDir, const char* pszName)
 {
-    if (!mayGoOn(pCommand, CONFIRM_LOCALDELETE, IDS_DELETE_TEXT, IDS_DELETE_CAPTION, pszName)) {
-        return false;
+    if (!mayGoOn(pCommand, pDir, CONFIRM_LOCALDELETE, IDS_DELETE_TEXT, IDS_DELETE_CAPTION,
+                 pszName)) {
+        return;
     }
     if (remove(pszName) != 0) {
         reportFailure(pCommand, pszName);
-        return false;
+        return;
     }
     KrRecordAction(pCommand->pRecord->hwndParent, KRACTION_LOCALFILE_DELETED, pszName);
     nXferDandDRemoveLocalFileName(pCommand->hdlgDandD, pszName);
-    return true;
 }
 
 // The rows in hand, ascending, in a block of the global heap.
@@ -184,23 +205,17 @@ void giveBackSelection(SelectedRows* pSelected)
 // anew, and what stood in a row must not be taken for what stands there then.
 void deleteLocalFiles(const XferCommand* pCommand)
 {
-    HWND hwndList = GetDlgItem(pCommand->hdlgDandD, IDC_DANDD_LOCALFILES);
     XferFileList names;
     char szName[XFER_NAME_SIZE];
+    NamesDir dir = presentDir();
     if (!fXferDandDListSelection(pCommand->pRecord, IDC_DANDD_LOCALFILES, XFERLIST_LOCAL, 0,
                                  &names)) {
         return;
     }
-    char szDir[XFER_NAME_SIZE];
-    lstrcpynA(szDir, pCommand->pRecord->szLocalDir, sizeof szDir);
-    for (LONG n = 0; n < XferFileList_cGetSize(names) && isAlive(pCommand) && IsWindow(hwndList);
-         ++n) {
-        // A name belongs to the directory it was selected in.
-        if (strcmp(szDir, pCommand->pRecord->szLocalDir) != 0) {
-            break;
-        }
+    LONG cNames = XferFileList_cGetSize(names);
+    for (LONG n = 0; n < cNames && isAlive(pCommand) && isStillIn(&dir); ++n) {
         XferFileList_lpszGetString(names, n, XFERLIST_LOCAL, szName, sizeof szName);
-        deleteLocalFile(pCommand, szName);
+        deleteLocalFile(pCommand, &dir, szName);
     }
     XferFileList_vDestroy(names);
 }

@@ -1,0 +1,770 @@
+// The commands of the transfer window: what they do with a selection, and with the log.
+#include "../resources/ids.h"
+#include "support/imports.h"
+#include "support/ledger.h"
+#include "support/pane_window.h"
+
+#include <algorithm>
+#include <commdlg.h>
+#include <direct.h>
+#include <stdio.h>
+
+namespace {
+
+HMODULE language()
+{
+    return GetModuleHandleA("XFREN.DLL");
+}
+
+// What the user is asked: each answer serves one box, the last all others.
+Strings s_boxes;
+std::vector<int> s_answers;
+std::function<void()> s_inBox;
+
+int WINAPI fakeMessageBox(HWND, LPCSTR pszText, LPCSTR pszCaption, UINT uStyle)
+{
+    EXPECT_EQ(uStyle, UINT(MB_YESNO | MB_ICONQUESTION));
+    s_boxes.push_back(std::string(pszCaption) + ": " + pszText);
+    if (s_inBox) {
+        s_inBox();
+    }
+    int nAnswer = s_answers.front();
+    if (s_answers.size() > 1) {
+        s_answers.erase(s_answers.begin());
+    }
+    return nAnswer;
+}
+
+int WINAPI closeBox(HWND, LPCSTR, LPCSTR, UINT)
+{
+    return IDOK;
+}
+
+class Command : public PaneWindow {
+protected:
+    Command() : m_box(library(), "MessageBoxA", fakeMessageBox)
+    {
+        s_boxes.clear();
+        s_answers = {IDYES};
+        s_inBox = nullptr;
+        m_dir.makeFile("a", 10);
+        m_dir.makeFile("b", 200);
+        m_dir.makeFile("c");
+        m_dir.makeDir("child");
+        m_dir.makeDir("full");
+        m_dir.makeFile("full\\a");
+        m_dir.makeFile("full\\b");
+    }
+
+    void openFilled(DWORD nViewMode = XFERVIEW_TWOPANE)
+    {
+        open(nViewMode);
+        feedHost({"x", "y", "z"});
+    }
+
+private:
+    ReplacedImport m_box;
+};
+
+TEST_F(Command, ASelectionExistsOnOneSideOnly)
+{
+    openFilled();
+    const int both[][2] = {{IDC_DANDD_LOCALFILES, IDC_DANDD_HOSTFILES},
+                           {IDC_DANDD_HOSTFILES, IDC_DANDD_LOCALFILES}};
+    for (auto ids : both) {
+        for (UINT nNotification : {LBN_SELCHANGE, LBN_SETFOCUS, LBN_KILLFOCUS, LBN_DBLCLK}) {
+            tell(ids[0], LB_SETSEL, TRUE, -1);
+            tell(ids[1], LB_SETSEL, TRUE, -1);
+            vXferDandDDisplayDILText(m_hwnd, "kept");
+            notify(ids[0], nNotification);
+            EXPECT_EQ(selected(ids[0]).size(), 3u);
+            EXPECT_EQ(selected(ids[1]), Strings{});
+            EXPECT_EQ(stripText(), nNotification != LBN_SELCHANGE ? "kept"
+                                   : ids[0] == IDC_DANDD_HOSTFILES
+                                       ? ""
+                                       : "Files selected: 3 (210 bytes)");
+        }
+    }
+}
+
+TEST_F(Command, TheSumTellsCountAndSize)
+{
+    openFilled();
+    m_dir.makeFile("gone");
+    vXferDandDRefreshLocalFiles(m_hwnd);
+    DeleteFileA("gone");
+    struct Sum {
+        Strings names;
+        const char* pszText;
+    };
+    const Sum sums[] = {
+        {{"b"}, "Files selected: 1 (200 bytes)"},
+        {{"a", "b", "c"}, "Files selected: 3 (210 bytes)"},
+        {{"c"}, "Files selected: 1 (0 bytes)"},
+        {{"a", "b", "gone"}, "Files selected: 3 (0 bytes)"},
+        {{}, "kept"},
+    };
+    for (const Sum& sum : sums) {
+        vXferDandDDisplayDILText(m_hwnd, "kept");
+        selectFiles(IDC_DANDD_LOCALFILES, sum.names);
+        notify(IDC_DANDD_LOCALFILES, LBN_SELCHANGE);
+        EXPECT_EQ(stripText(), sum.pszText);
+    }
+    Ledger ledger;
+    ledger.failAt(1);
+    selectFiles(IDC_DANDD_LOCALFILES, {"a"});
+    notify(IDC_DANDD_LOCALFILES, LBN_SELCHANGE);
+    EXPECT_EQ(stripText(), "kept");
+    notify(IDC_DANDD_LOCALFILES, LBN_SELCHANGE);
+    EXPECT_EQ(stripText(), "Files selected: 1 (10 bytes)");
+    EXPECT_EQ(ledger.blocks(), 0u);
+}
+
+TEST_F(Command, TypingAPrefixScrollsTheList)
+{
+    openFilled();
+    Strings names;
+    ShowWindow(m_hwnd, SW_HIDE); // lists that show paint their scroll bars at each new row
+    for (int n = 1000; n < 1300; ++n) {
+        names.push_back("n" + std::to_string(n));
+        nXferDandDAddLocalFileName(m_hwnd, names.back().c_str());
+    }
+    feedHost(names);
+    const int both[][2] = {{IDC_DANDD_LOCALFILTER, IDC_DANDD_LOCALFILES},
+                           {IDC_DANDD_HOSTFILTER, IDC_DANDD_HOSTFILES}};
+    for (auto ids : both) {
+        auto isShown = [&](const char* pszRow) {
+            RECT rc, rcRow;
+            GetClientRect(item(ids[1]), &rc);
+            tell(ids[1], LB_GETITEMRECT, WPARAM(rowOf(ids[1], pszRow)), LPARAM(&rcRow));
+            return rcRow.left >= rc.left && rcRow.left < rc.right;
+        };
+        for (const char* pszRow : {"n1250", "n1100"}) {
+            EXPECT_FALSE(isShown(pszRow));
+            type(ids[0], pszRow);
+            EXPECT_TRUE(isShown(pszRow));
+            type(ids[0], "none of them");
+            EXPECT_TRUE(isShown(pszRow));
+        }
+        EXPECT_EQ(selected(ids[1]), Strings{});
+        EXPECT_EQ(rows(ids[1]).size(), ids[1] == IDC_DANDD_HOSTFILES ? 300u : 303u);
+    }
+    EXPECT_EQ(requests(), Strings{});
+}
+
+struct Deletion {
+    DWORD dwConfirm;
+    std::vector<int> answers;
+    const char *pszAsked, *pszLeft;
+};
+const Deletion DELETIONS[] = {
+    {~2u, {IDNO}, "", ""},
+    {2, {IDYES}, "a b c", ""},
+    {2, {IDYES, IDNO, IDYES}, "a b c", "b"},
+    {~0u, {IDNO}, "a b c", "a b c"},
+    {2, {IDCANCEL, IDYES}, "a b c", "a"},
+};
+
+TEST_F(Command, LocalFilesAreDeletedAfterAQuestion)
+{
+    openFilled();
+    for (const Deletion& deletion : DELETIONS) {
+        Strings expectedBoxes, expectedLines, expectedRequests;
+        for (const char* psz : {"a", "b", "c"}) {
+            m_dir.makeFile(psz);
+            expectedRequests.push_back("flags");
+        }
+        vXferDandDRefreshLocalFiles(m_hwnd);
+        selectFiles(IDC_DANDD_LOCALFILES, {"a", "b", "c"});
+        s_boxes.clear();
+        s_answers = deletion.answers;
+        m_dwConfirm = deletion.dwConfirm;
+        command(IDM_XFER_DELETE);
+        Strings left = split(deletion.pszLeft);
+        for (const std::string& name : split(deletion.pszAsked)) {
+            expectedBoxes.push_back(
+                "Confirm File Delete: Are you sure you want to delete the file '" + name + "'?");
+        }
+        for (const char* psz : {"a", "b", "c"}) {
+            bool fLeft = std::find(left.begin(), left.end(), psz) != left.end();
+            EXPECT_EQ(m_dir.holds(psz), fLeft);
+            if (!fLeft) {
+                expectedLines.push_back(std::string("local file deleted: ") + psz);
+            }
+        }
+        EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), left);
+        EXPECT_EQ(s_boxes, expectedBoxes);
+        EXPECT_EQ(recorded(), expectedLines);
+        EXPECT_EQ(requests(), expectedRequests);
+    }
+    EXPECT_TRUE(m_dir.holds("child"));
+}
+
+TEST_F(Command, AFileThatCannotBeDeletedIsReported)
+{
+    openFilled();
+    SetFileAttributesA("b", FILE_ATTRIBUTE_READONLY);
+    selectFiles(IDC_DANDD_LOCALFILES, {"a", "b", "c"});
+    command(IDM_XFER_DELETE);
+    EXPECT_EQ(log(), Strings{"Cannot access b"});
+    EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), Strings{"b"});
+    EXPECT_EQ(recorded(), (Strings{"local file deleted: a", "local file deleted: c"}));
+}
+
+// A caller that keeps no flags has its user asked each time.
+TEST_F(Command, WithoutFlagsTheUserIsAlwaysAsked)
+{
+    m_callbacks.pfnConfirmFlags = nullptr;
+    openFilled();
+    s_answers = {IDNO};
+    selectFiles(IDC_DANDD_LOCALFILES, {"a", "b"});
+    command(IDM_XFER_DELETE);
+    selectRow(IDC_DANDD_LOCALDIRS, "child");
+    command(IDM_XFER_REMOVEDIR);
+    EXPECT_EQ(s_boxes.size(), 3u);
+    EXPECT_TRUE(m_dir.holds("a") && m_dir.holds("b") && m_dir.holds("child"));
+}
+
+// A question runs a message loop. What it leaves behind need not be what it found.
+TEST_F(Command, AQuestionCanBeOvertakenByEvents)
+{
+    m_dwConfirm = 6;
+    m_dir.makeDir("full\\child");
+    openFilled();
+    // Another directory of the process: names of this one mean nothing there.
+    for (bool fShown : {false, true}) {
+        s_inBox = [&] {
+            _chdir("full");
+            if (fShown) {
+                vXferDandDRefreshLocalFiles(m_hwnd);
+            }
+        };
+        selectFiles(IDC_DANDD_LOCALFILES, {"a", "b"});
+        command(IDM_XFER_DELETE);
+        EXPECT_TRUE(m_dir.holds("full\\a") && m_dir.holds("full\\b") && m_dir.holds("a"));
+        _chdir(m_dir.path().c_str());
+        vXferDandDRefreshLocalFiles(m_hwnd);
+        selectRow(IDC_DANDD_LOCALDIRS, "child");
+        command(IDM_XFER_REMOVEDIR);
+        EXPECT_TRUE(m_dir.holds("full\\child") && m_dir.holds("child"));
+        _chdir(m_dir.path().c_str());
+        vXferDandDRefreshLocalFiles(m_hwnd);
+    }
+    EXPECT_EQ(s_boxes.size(), 4u);
+    // Other rows in the list: the names that were selected count, not the rows.
+    s_inBox = [&] {
+        m_dir.makeFile("0");
+        vXferDandDRefreshLocalFiles(m_hwnd);
+    };
+    selectFiles(IDC_DANDD_LOCALFILES, {"a", "b"});
+    command(IDM_XFER_DELETE);
+    EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), (Strings{"0", "c"}));
+    // No window.
+    s_inBox = [&] { nXferDandDDestroy(m_hwnd); };
+    selectFiles(IDC_DANDD_LOCALFILES, {"0", "c"});
+    command(IDM_XFER_DELETE);
+    EXPECT_TRUE(m_dir.holds("0") && m_dir.holds("c"));
+}
+
+struct Removal {
+    int idList;
+    const char* pszRow;
+    DWORD dwConfirm;
+    int nAnswer;
+    const char *pszRequest, *pszRecorded, *pszLog;
+    bool fSaysFixed;
+};
+const Removal REMOVALS[] = {
+    {IDC_DANDD_HOSTDIRS, "one", 4, IDNO, "rmdir one 1", "host directory removed: one", "", false},
+    {IDC_DANDD_HOSTDIRS, "..", 0, IDNO, "", "", "", true},
+    {IDC_DANDD_HOSTDIRS, "work", 0, IDNO, "", "", "", true},
+    {IDC_DANDD_LOCALDIRS, "child", 4, IDNO, "flags", "", "", false},
+    {IDC_DANDD_LOCALDIRS, "child", 4, IDYES, "flags", "local directory removed: child", "", false},
+    {IDC_DANDD_LOCALDIRS, "child", ~4u, IDNO, "flags", "local directory removed: child", "", false},
+    {IDC_DANDD_LOCALDIRS, "full", 0, IDNO, "flags", "", "Cannot access full", false},
+    {IDC_DANDD_LOCALDIRS, "c:\\", 0, IDNO, "", "", "", true},
+};
+
+TEST_F(Command, ASelectedDirectoryIsRemoved)
+{
+    auto notEmpty = [](const char* psz) { return *psz == '\0' ? Strings{} : Strings{psz}; };
+    openFilled();
+    for (const Removal& removal : REMOVALS) {
+        SCOPED_TRACE(removal.pszRow);
+        CreateDirectoryA("child", nullptr);
+        vXferDandDRefreshLocalFiles(m_hwnd);
+        vXferDandDDisplayDILText(m_hwnd, "");
+        size_t cLog = log().size();
+        Strings before = rows(removal.idList);
+        m_dwConfirm = removal.dwConfirm;
+        s_answers = {removal.nAnswer};
+        selectRow(removal.idList, removal.pszRow);
+        command(IDM_XFER_REMOVEDIR);
+        EXPECT_EQ(requests(), notEmpty(removal.pszRequest));
+        EXPECT_EQ(recorded(), notEmpty(removal.pszRecorded));
+        EXPECT_EQ(stripText(), removal.fSaysFixed ? stringOf(language(), IDS_HOSTDIR_FIXED) : "");
+        Strings entries = log();
+        EXPECT_EQ(Strings(entries.begin() + LONG(cLog), entries.end()), notEmpty(removal.pszLog));
+        if (std::string(removal.pszRecorded) == "local directory removed: child") {
+            EXPECT_FALSE(m_dir.holds("child"));
+            before.erase(std::find(before.begin(), before.end(), "child"));
+        }
+        EXPECT_EQ(rows(removal.idList), before);
+    }
+    // The directory that is shown, and none.
+    selectRow(IDC_DANDD_LOCALDIRS, split(m_dir.path(), '\\').back());
+    command(IDM_XFER_REMOVEDIR);
+    EXPECT_EQ(stripText(), stringOf(language(), IDS_HOSTDIR_FIXED));
+    SetFocus(item(IDC_DANDD_LOCALFILTER));
+    command(IDM_XFER_REMOVEDIR);
+    EXPECT_EQ(requests(), Strings{});
+}
+
+struct Selection {
+    int idList;
+    const char* pszNames;
+    UINT idCommand;
+    const char *pszRequest, *pszRecorded;
+};
+const Selection SELECTIONS[] = {
+    {IDC_DANDD_LOCALFILES, "c a", IDM_XFER_TRANSFER, "send a c", "sent: a|sent: c"},
+    {IDC_DANDD_HOSTFILES, "z y", IDM_XFER_TRANSFER, "receive y z", "received: y|received: z"},
+    {IDC_DANDD_HOSTFILES, "x z", IDM_XFER_DELETE, "delete x z",
+     "host file deleted: x|host file deleted: z"},
+    {IDC_DANDD_HOSTFILES, "x", IDM_XFER_VIEW, "view x", ""},
+    {IDC_DANDD_HOSTFILES, "y x", IDM_XFER_DETAILS, "details x y", ""},
+};
+
+TEST_F(Command, ASelectionGoesToTheCaller)
+{
+    openFilled();
+    for (const Selection& selection : SELECTIONS) {
+        selectFiles(IDC_DANDD_LOCALFILES, {});
+        selectFiles(IDC_DANDD_HOSTFILES, {});
+        command(selection.idCommand);
+        EXPECT_EQ(requests(), Strings{});
+        selectFiles(selection.idList, split(selection.pszNames));
+        command(selection.idCommand);
+        EXPECT_EQ(requests(), Strings{selection.pszRequest});
+        EXPECT_EQ(recorded(), split(selection.pszRecorded, '|'));
+        EXPECT_EQ(rows(IDC_DANDD_HOSTFILES), (Strings{"x", "y", "z"}));
+    }
+    EXPECT_TRUE(s_boxes.empty());
+    // In command line mode a selection counts for nothing.
+    tell(IDC_DANDD_LOCALFILES, LB_SETSEL, TRUE, -1);
+    command(IDM_XFER_COMMANDLINE);
+    for (UINT id : {IDM_XFER_TRANSFER, IDM_XFER_DELETE, IDM_XFER_VIEW, IDM_XFER_DETAILS}) {
+        command(id);
+    }
+    EXPECT_EQ(requests(), Strings{"mode 1"});
+    EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), (Strings{"a", "b", "c"}));
+    EXPECT_EQ(log(), Strings{});
+}
+
+TEST_F(Command, NoListIsLeftBehind)
+{
+    Ledger ledger;
+    // Each request for memory fails in turn: the caller gets the whole list or none.
+    openFilled();
+    size_t cBefore = ledger.blocks();
+    for (const Selection& selection : SELECTIONS) {
+        for (int n = 1;; ++n) {
+            selectFiles(IDC_DANDD_LOCALFILES, {});
+            selectFiles(IDC_DANDD_HOSTFILES, {});
+            selectFiles(selection.idList, split(selection.pszNames));
+            ledger.failAt(n);
+            command(selection.idCommand);
+            EXPECT_EQ(requests(), ledger.hasFailed() ? Strings{} : Strings{selection.pszRequest});
+            EXPECT_EQ(ledger.blocks(), cBefore);
+            if (!ledger.hasFailed()) {
+                break;
+            }
+        }
+    }
+    selectFiles(IDC_DANDD_HOSTFILES, {});
+    selectFiles(IDC_DANDD_LOCALFILES, {"a", "b"});
+    ledger.failAt(1);
+    command(IDM_XFER_DELETE);
+    EXPECT_TRUE(m_dir.holds("a") && m_dir.holds("b"));
+    ledger.failAt(0);
+    close();
+    EXPECT_EQ(ledger.blocks(), 0u);
+
+    // Nobody takes the lists.
+    auto pfnMode = m_callbacks.pfnViewModeChanged;
+    m_callbacks = {};
+    m_callbacks.cbSize = sizeof m_callbacks;
+    m_callbacks.pfnViewModeChanged = pfnMode;
+    openFilled();
+    cBefore = ledger.blocks();
+    for (const Selection& selection : SELECTIONS) {
+        selectFiles(selection.idList, split(selection.pszNames));
+        command(selection.idCommand);
+        EXPECT_EQ(ledger.blocks(), cBefore);
+        selectFiles(selection.idList, {});
+    }
+    selectRow(IDC_DANDD_HOSTDIRS, "one");
+    command(IDM_XFER_REMOVEDIR);
+    close();
+    EXPECT_EQ(ledger.blocks(), 0u);
+}
+
+// All that is done in the life of a window, with memory that runs out at each place in turn.
+TEST_F(Command, AWindowThatWasUsedLeavesNothingBehind)
+{
+    ReplacedImport box(GetModuleHandleA("KRUTILS.DLL"), "MessageBoxA", closeBox);
+    Ledger ledger;
+    int n = 0;
+    do {
+        m_dir.makeFile("c");
+        ledger.failAt(++n);
+        m_hwnd = hdlgXferDandDCreate2("Used", m_parent.hwnd(), nullptr, DWORD(this), &m_callbacks,
+                                      XFERVIEW_TWOPANE);
+        s_answers = {IDYES};
+        if (m_hwnd != nullptr) {
+            EXPECT_TRUE(waitUntil([this] { return !requests().empty(); }));
+            feedHost({"x", "y"});
+            nXferDandDClearHostFileInfo(m_hwnd, XFERCLEAR_SUBDIRS);
+            tell(IDC_DANDD_LOCALFILES, LB_SETSEL, TRUE, -1);
+            notify(IDC_DANDD_LOCALFILES, LBN_SELCHANGE);
+            command(IDM_XFER_TRANSFER);
+            tell(IDC_DANDD_LOCALFILES, LB_SETSEL, FALSE, -1);
+            tell(IDC_DANDD_LOCALFILES, LB_SETSEL, TRUE, 2);
+            command(IDM_XFER_DETAILS);
+            command(IDM_XFER_DELETE);
+            command(IDM_XFER_COMMANDLINE);
+            command(IDM_XFER_TWOPANE);
+        }
+        bool fFailed = ledger.hasFailed();
+        close();
+        requests();
+        EXPECT_EQ(ledger.blocks(), 0u) << n;
+        EXPECT_TRUE(fFailed || !m_dir.holds("c"));
+        if (!fFailed) {
+            break;
+        }
+    } while (n < 1000 && !HasFailure());
+    EXPECT_GT(n, 20);
+}
+
+// The file system's answer to a search for details.
+WIN32_FIND_DATAA s_details;
+std::string s_searched;
+int s_cSearches;
+
+HANDLE WINAPI fakeFindFirst(LPCSTR pszPath, WIN32_FIND_DATAA* pFind)
+{
+    s_searched = pszPath;
+    *pFind = s_details;
+    s_cSearches += s_details.cFileName[0] != '\0';
+    return s_details.cFileName[0] == '\0' ? INVALID_HANDLE_VALUE : HANDLE(1);
+}
+
+BOOL WINAPI fakeFindClose(HANDLE)
+{
+    --s_cSearches;
+    return TRUE;
+}
+
+struct Detail {
+    const char* pszName;
+    DWORD cb;
+    SYSTEMTIME time;
+    DWORD dwAttributes;
+    const char* pszLine;
+};
+constexpr SYSTEMTIME T1995 = {1995, 3, 0, 7, 9, 5, 59, 0};
+constexpr SYSTEMTIME T2026 = {2026, 12, 0, 31, 23, 59, 0, 0};
+constexpr SYSTEMTIME T2000 = {2000, 1, 0, 1, 0, 0, 0, 0};
+const Detail DETAILS[] = {
+    {"Readme.txt", 1234, T1995, 0, "Readme   txt    1234  95-03-07 09:05"},
+    {"12345678.123", 99999999, T2026, 0, "12345678 12399999999 126-12-31 23:59"},
+    {"noext", 0, T2000, 0, "noext              0 100-01-01 00:00"},
+    {"a.tar.gz", 1, T1995, 0, "a       tar.gz       1  95-03-07 09:05"},
+    {"verylongname.html", 1, T1995, 0, "verylongnamehtml       1  95-03-07 09:05"},
+    {"a.b", 0x80000000, T1995, 0, "a          b-2147483648  95-03-07 09:05"},
+    {"a.b", 0xFFFFFFFF, T1995, FILE_ATTRIBUTE_READONLY, "a          b      -1  95-03-07 09:05"},
+    {"Dir", 0, T1995, FILE_ATTRIBUTE_DIRECTORY, "Dir            <DIR>"},
+    {"Dir.ext", 0, T1995, FILE_ATTRIBUTE_DIRECTORY, "Dir      ext   <DIR>"},
+    {".dir", 0, T1995, FILE_ATTRIBUTE_DIRECTORY, "         dir       0  95-03-07 09:05"},
+    {"100%s", 5, T1995, 0, "100%s              5  95-03-07 09:05"},
+};
+
+TEST_F(Command, DetailsAreALineForEachFile)
+{
+    openFilled();
+    nXferDandDAddLocalFileName(m_hwnd, "sub/name.txt");
+    ReplacedImport first(library(), "FindFirstFileA", fakeFindFirst);
+    ReplacedImport close(library(), "FindClose", fakeFindClose);
+    selectFiles(IDC_DANDD_LOCALFILES, {"sub/name.txt"});
+    Strings expected;
+    for (const Detail& detail : DETAILS) {
+        s_details = {};
+        lstrcpyA(s_details.cFileName, detail.pszName);
+        s_details.dwFileAttributes = detail.dwAttributes;
+        s_details.nFileSizeLow = detail.cb;
+        s_details.nFileSizeHigh = 7;
+        SystemTimeToFileTime(&detail.time, &s_details.ftLastWriteTime);
+        command(IDM_XFER_DETAILS);
+        expected.push_back(detail.pszLine);
+        EXPECT_EQ(log(), expected);
+        EXPECT_EQ(s_searched, "SUB\\NAME.TXT");
+    }
+    // The longest name there can be, in one entry; a file that has gone has none.
+    std::string longest = std::string(130, 'n') + "." + std::string(128, 'e');
+    lstrcpyA(s_details.cFileName, longest.c_str());
+    command(IDM_XFER_DETAILS);
+    longest.erase(130, 1);
+    EXPECT_EQ(log().back(), (longest + "       5  95-03-07 09:05").substr(0, 260));
+    s_details.cFileName[0] = '\0';
+    command(IDM_XFER_DETAILS);
+    EXPECT_EQ(log().size(), expected.size() + 1);
+    EXPECT_EQ(s_cSearches, 0);
+}
+
+TEST_F(Command, DetailsOfSeveralFilesStandInTheirOrder)
+{
+    openFilled();
+    selectFiles(IDC_DANDD_LOCALFILES, {"a", "b", "c"});
+    DeleteFileA("b");
+    command(IDM_XFER_DETAILS);
+    Strings entries = log();
+    ASSERT_EQ(entries.size(), 2u);
+    EXPECT_EQ(entries[0].substr(0, 20), "a                 10");
+    EXPECT_EQ(entries[1].substr(0, 20), "c                  0");
+}
+
+TEST_F(Command, TheModeCommandsFillAndFocus)
+{
+    open(XFERVIEW_COMMANDLINE);
+    EXPECT_EQ(GetFocus(), item(IDC_DANDD_COMMANDLINE));
+    EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), Strings{});
+    command(IDM_XFER_TWOPANE);
+    EXPECT_EQ(requests(), Strings{"mode 0"});
+    EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), (Strings{"a", "b", "c"}));
+    EXPECT_EQ(GetFocus(), item(IDC_DANDD_LOCALFILTER));
+    // In its own mode the command still fills the panes.
+    DeleteFileA("b");
+    SetFocus(item(IDC_DANDD_HOSTFILES));
+    command(IDM_XFER_TWOPANE);
+    EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), (Strings{"a", "c"}));
+    EXPECT_EQ(GetFocus(), item(IDC_DANDD_LOCALFILTER));
+    EXPECT_EQ(requests(), Strings{});
+    command(IDM_XFER_COMMANDLINE);
+    SetFocus(item(IDC_DANDD_INFOLINE));
+    command(IDM_XFER_COMMANDLINE);
+    EXPECT_EQ(requests(), Strings{"mode 1"});
+    EXPECT_EQ(GetFocus(), item(IDC_DANDD_COMMANDLINE));
+}
+
+TEST_F(Command, EscapeClearsTheCommandLineAndNothingElse)
+{
+    openFilled();
+    for (int id : {IDC_DANDD_LOCALFILTER, IDC_DANDD_HOSTPATH, IDC_DANDD_HOSTFILTER}) {
+        type(id, "text");
+        SetFocus(item(id));
+        command(IDCANCEL);
+        EXPECT_EQ(text(id), "text");
+    }
+    command(IDM_XFER_COMMANDLINE);
+    type(IDC_DANDD_COMMANDLINE, "text");
+    // Closing comes as the same command, posted.
+    SetFocus(item(IDC_DANDD_INFOLINE));
+    SendMessageA(m_hwnd, WM_CLOSE, 0, 0);
+    pumpMessages();
+    EXPECT_EQ(text(IDC_DANDD_COMMANDLINE), "text");
+    SetFocus(item(IDC_DANDD_COMMANDLINE));
+    SendMessageA(m_hwnd, WM_CLOSE, 0, 0);
+    pumpMessages();
+    EXPECT_EQ(text(IDC_DANDD_COMMANDLINE), "");
+    EXPECT_TRUE(IsWindow(m_hwnd));
+}
+
+std::vector<WPARAM> s_commands;
+WNDPROC s_pfnDialog;
+
+LRESULT CALLBACK listeningProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
+{
+    if (uMessage == WM_COMMAND) {
+        s_commands.push_back(wParam);
+    }
+    return CallWindowProcA(s_pfnDialog, hwnd, uMessage, wParam, lParam);
+}
+
+TEST_F(Command, StopReachesTheCallerAsAbort)
+{
+    openFilled();
+    s_pfnDialog = WNDPROC(SetWindowLongA(m_hwnd, GWL_WNDPROC, LONG(listeningProc)));
+    s_commands.clear();
+    for (UINT id : {UINT(IDM_XFER_STOP), UINT(IDM_XFER_REFRESH), UINT(IDABORT)}) {
+        command(id);
+    }
+    EXPECT_EQ(s_commands, (std::vector<WPARAM>{IDM_XFER_STOP, IDABORT, IDM_XFER_REFRESH, IDABORT}));
+    EXPECT_EQ(requests(), Strings{});
+}
+
+// The save dialog, and what the user does in it.
+OPENFILENAMEA s_open;
+Strings s_openTexts;
+std::function<bool(char*)> s_inSave;
+
+BOOL WINAPI fakeGetSaveFileName(LPOPENFILENAMEA pOpen)
+{
+    s_open = *pOpen;
+    s_openTexts = {pOpen->lpstrTitle, pOpen->lpstrDefExt};
+    for (const char* psz = pOpen->lpstrFilter; *psz != '\0'; psz += strlen(psz) + 1) {
+        s_openTexts.push_back(psz);
+    }
+    return s_inSave(pOpen->lpstrFile);
+}
+
+int refuseText(const char*, FILE*)
+{
+    return EOF;
+}
+
+int refuseEnd(FILE* pFile)
+{
+    fclose(pFile);
+    return EOF;
+}
+
+DWORD WINAPI oldVersion()
+{
+    return 3;
+}
+
+class SaveLog : public Command {
+protected:
+    SaveLog() : m_save(library(), "GetSaveFileNameA", fakeGetSaveFileName)
+    {
+        openFilled();
+        for (const char* psz : {"alpha", "beta", "gamma"}) {
+            vXferDandDInfoLine(m_hwnd, psz);
+        }
+        s_inSave = [](char* pszFile) { return lstrcpyA(pszFile, "log.txt") != nullptr; };
+    }
+
+    void save(DWORD nStart, DWORD nEnd) const
+    {
+        tell(IDC_DANDD_INFOLINE, EM_SETSEL, nStart, LPARAM(nEnd));
+        vXferDandDDisplayDILText(m_hwnd, "");
+        command(IDM_XFER_SAVESELECTION);
+    }
+    std::pair<DWORD, DWORD> selection() const
+    {
+        std::pair<DWORD, DWORD> range;
+        tell(IDC_DANDD_INFOLINE, EM_GETSEL, WPARAM(&range.first), LPARAM(&range.second));
+        return range;
+    }
+    std::string saved() const
+    {
+        char bytes[2048];
+        FILE* pFile = fopen(m_dir.path("log.txt").c_str(), "rb");
+        size_t cb = pFile == nullptr ? 0 : fread(bytes, 1, sizeof bytes, pFile);
+        if (pFile != nullptr) {
+            fclose(pFile);
+        }
+        return std::string(bytes, cb);
+    }
+
+private:
+    ReplacedImport m_save;
+};
+
+TEST_F(SaveLog, WritesTheSelectedPartOfEachLine)
+{
+    // An empty line, then "alpha" at 2, "beta" at 9, "gamma" at 15, and a long one at 22.
+    const std::string longLine(260, 'x');
+    vXferDandDInfoLine(m_hwnd, longLine.c_str());
+    struct Part {
+        DWORD nStart, nEnd;
+        std::string bytes;
+    };
+    const Part parts[] = {
+        {2, 7, "alpha\r\n"},
+        {4, 11, "pha\r\nbe\r\n"},
+        {3, 5, "lp\r\n"},
+        {2, 9, "alpha\r\n\r\n"},
+        {0, 20, "\r\nalpha\r\nbeta\r\ngamma\r\n"},
+        {5, 5, "\r\n"},
+        {15, 282, "gamma\r\n" + longLine.substr(0, 258) + "\r\n"},
+        {23, 281, longLine.substr(0, 257) + "\r\n"},
+        {281, 282, "\r\n"},
+    };
+    for (const Part& part : parts) {
+        SCOPED_TRACE(testing::Message() << part.nStart << " to " << part.nEnd);
+        save(part.nStart, part.nEnd);
+        EXPECT_EQ(saved(), part.bytes);
+        EXPECT_EQ(stripText(), "");
+        EXPECT_EQ(selection(), std::make_pair(part.nStart, part.nEnd));
+    }
+    command(IDM_XFER_SELECTALL);
+    EXPECT_EQ(selection(), std::make_pair(DWORD(0), DWORD(282)));
+}
+
+TEST_F(SaveLog, AsksForTheFileAsItsVersionDoes)
+{
+    save(2, 7);
+    EXPECT_EQ(s_open.hwndOwner, m_hwnd);
+    EXPECT_EQ(s_open.hInstance, language());
+    EXPECT_EQ(s_open.Flags,
+              DWORD(OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY | OFN_PATHMUSTEXIST | OFN_EXPLORER));
+    EXPECT_EQ(s_open.nFilterIndex, 2u);
+    EXPECT_EQ(s_open.nMaxFile, 260u);
+    EXPECT_EQ(s_openTexts, (Strings{stringOf(language(), IDS_SAVE_TITLE), "txt",
+                                    stringOf(language(), IDS_TYPE1_NAME), "*.*",
+                                    stringOf(language(), IDS_TYPE2_NAME), "*.txt"}));
+    ReplacedImport version(library(), "GetVersion", oldVersion);
+    save(2, 7);
+    EXPECT_EQ(s_open.Flags, DWORD(OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY | OFN_PATHMUSTEXIST |
+                                  OFN_ENABLETEMPLATE));
+    EXPECT_STREQ(s_open.lpTemplateName, "FILEOPEN");
+}
+
+TEST_F(SaveLog, FailuresAreTold)
+{
+    const std::string failed = stringOf(language(), IDS_SAVE_FAILED);
+    {
+        ReplacedImport put(library(), "fputs", refuseText);
+        save(2, 11);
+        EXPECT_EQ(stripText(), failed);
+        EXPECT_TRUE(DeleteFileA("log.txt")); // it isn't open any more
+    }
+    {
+        ReplacedImport end(library(), "fclose", refuseEnd);
+        save(2, 11);
+        EXPECT_EQ(stripText(), failed);
+        EXPECT_EQ(saved(), "alpha\r\nbe\r\n");
+    }
+    s_inSave = [](char* pszFile) { return lstrcpyA(pszFile, "none\\log.txt") != nullptr; };
+    save(2, 7);
+    EXPECT_EQ(stripText(), failed);
+    s_inSave = [](char*) { return false; };
+    save(2, 7);
+    EXPECT_EQ(stripText(), "");
+    EXPECT_EQ(selection(), std::make_pair(DWORD(2), DWORD(7)));
+}
+
+// The dialog can change the current directory, which belongs to the panes.
+TEST_F(SaveLog, TheDialogLeavesThePanesTheirDirectory)
+{
+    for (bool fChosen : {true, false}) {
+        s_inSave = [&](char* pszFile) {
+            lstrcpyA(pszFile, m_dir.path("child\\log.txt").c_str());
+            _chdir("child");
+            return fChosen;
+        };
+        save(2, 7);
+        EXPECT_EQ(currentDir(), m_dir.path());
+        EXPECT_TRUE(m_dir.holds("child\\log.txt"));
+    }
+    s_inSave = [&](char* pszFile) {
+        nXferDandDDestroy(m_hwnd);
+        return lstrcpyA(pszFile, "late.txt") != nullptr;
+    };
+    command(IDM_XFER_SAVESELECTION);
+    EXPECT_FALSE(m_dir.holds("late.txt"));
+}
+
+} // namespace
