@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <stdio.h>
 #include <string>
 
 int main(int argc, char** argv)
@@ -12,5 +13,9 @@ int main(int argc, char** argv)
     const std::string file = szFile;
     SetCurrentDirectoryA(file.substr(0, file.rfind('\\')).c_str());
     testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
+    int nResult = RUN_ALL_TESTS();
+    // The end of a process that had windows now and then crashes in Wine, after all is done.
+    fflush(stdout);
+    TerminateProcess(GetCurrentProcess(), UINT(nResult));
+    return nResult;
 }
