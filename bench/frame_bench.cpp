@@ -10,14 +10,6 @@ namespace
 HWND s_hdlg;
 HMODULE s_hEnglish;
 
-void pump()
-{
-    MSG msg;
-    while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
-        DispatchMessageA(&msg);
-    }
-}
-
 HWND openWindow()
 {
     HostCallbacks callbacks = {};

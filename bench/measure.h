@@ -27,6 +27,15 @@ template <typename Work> double best(Work work, int cRounds = 7)
     return dBest;
 }
 
+// Handles the messages that are waiting now.
+inline void pump()
+{
+    MSG msg;
+    while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
+        DispatchMessageA(&msg);
+    }
+}
+
 inline void print(const char* pszWhat, double dValue, const char* pszUnit, double dYardstick,
                   const char* pszYardstick, double dRatio)
 {

@@ -21,14 +21,6 @@ void KRHAULAPI takeSent(DWORD, DWORD, DWORD, XferFileList list, DWORD, const cha
     s_sent = list;
 }
 
-void pump()
-{
-    MSG msg;
-    while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
-        DispatchMessageA(&msg);
-    }
-}
-
 void openWindow()
 {
     HostCallbacks callbacks = {};
