@@ -225,6 +225,28 @@ TEST_F(Command, WithoutFlagsTheUserIsAlwaysAsked)
     EXPECT_TRUE(m_dir.holds("a") && m_dir.holds("b") && m_dir.holds("child"));
 }
 
+// Another window, or the caller, has changed the directory of the process, or the filter line
+// holds a path that Enter hasn't followed: a name of the list then means another file.
+TEST_F(Command, NamesOfAnotherDirectoryAreLeftAlone)
+{
+    openFilled();
+    selectFiles(IDC_DANDD_LOCALFILES, {"a"});
+    _chdir("full");
+    command(IDM_XFER_DELETE);
+    EXPECT_TRUE(m_dir.holds("full\\a") && m_dir.holds("a"));
+    EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), (Strings{"a", "b"}));
+
+    _chdir(m_dir.path().c_str());
+    SetDlgItemTextA(m_hwnd, IDC_DANDD_LOCALFILTER, "full\\*.*");
+    vXferDandDRefreshLocalFiles(m_hwnd);
+    for (UINT idCommand : {IDM_XFER_DELETE, IDM_XFER_TRANSFER}) {
+        selectFiles(IDC_DANDD_LOCALFILES, {"a"});
+        command(idCommand);
+        EXPECT_TRUE(m_dir.holds("full\\a") && m_dir.holds("a"));
+    }
+    EXPECT_EQ(recorded(), Strings{});
+}
+
 // A question runs a message loop. What it leaves behind need not be what it found.
 TEST_F(Command, AQuestionCanBeOvertakenByEvents)
 {

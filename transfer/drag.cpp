@@ -136,19 +136,19 @@ int runDrag(HWND hdlgDandD, XferWindowRecord* pRecord, const DragSource* pSource
 {
     int idTarget = nXferDandDTrackDrag(hdlgDandD, pSource->idSource, pSource->idFileTarget,
                                        pSource->idDirTarget);
-    if (idTarget > 0) {
+    // The marking of rows moves the focus, which tells the caller's windows.
+    if (idTarget > 0 && fXferDandDIsAlive(hdlgDandD, pRecord)) {
         vXferDandDDropOn(pRecord, pSource->idSource, idTarget, pSource->direction,
                          idTarget == pSource->idDirTarget);
     }
     return idTarget;
 }
 
-// Lets the list box end its press. After a drop its notification must not wipe what the strip
-// says of that drop.
+// Lets the list box end its press. What the strip says of a failed drop outlives the
+// notification that comes with it.
 void releaseButton(HWND hwnd, const XferWindowRecord* pRecord, const DragSource* pSource,
-                   WPARAM wParam, bool fDropped)
+                   WPARAM wParam)
 {
-    vXferDandDKeepStripText(fDropped);
     CallWindowProcA(pRecord->*pSource->pOriginal, hwnd, WM_LBUTTONUP, wParam,
                     MAKELPARAM(pSource->pptPress->x, pSource->pptPress->y));
     vXferDandDKeepStripText(false);
@@ -172,7 +172,7 @@ LRESULT dragAndRelease(HWND hwnd, XferWindowRecord* pRecord, const DragSource* p
             return 0;
         }
     }
-    releaseButton(hwnd, pRecord, pSource, wParam, idTarget > 0);
+    releaseButton(hwnd, pRecord, pSource, wParam);
     return 0;
 }
 

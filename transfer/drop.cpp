@@ -47,6 +47,7 @@ bool enterForReceive(XferWindowRecord* pRecord, const char* pszDir)
     if (_chdir(pszDir) != 0) {
         vXferDandDLoadString(pRecord, IDS_DROP_FAILED, g_szScratch, sizeof g_szScratch);
         vXferDandDDisplayDILText(pRecord->hwndDialog, g_szScratch);
+        vXferDandDKeepStripText(true);
         return false;
     }
     vXferDandDRefreshLocalFiles(pRecord->hwndDialog);
@@ -108,6 +109,9 @@ int fXferDandDTransferSelection(XferWindowRecord* pRecord, int idSource, XferDir
         KrRecordAction(pRecord->hwndParent, KRACTION_HOSTDIR_CHANGED, pszDir);
     }
     *pList = nullptr;
+    if (direction == XFERDIR_SEND && !fXferDandDShowsFilesHere(pRecord)) {
+        return 0;
+    }
     if (SendDlgItemMessageA(pRecord->hwndDialog, idSource, LB_GETSELCOUNT, 0, 0) <= 0) {
         return 1;
     }

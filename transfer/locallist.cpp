@@ -12,6 +12,7 @@ namespace {
 constexpr size_t CCH_ROOT = 3;
 constexpr LONG REPAINT_MARGIN = -4;
 constexpr char ALL_FILES[] = "*.*";
+constexpr int CCH_FAILED_FORMAT = 80;
 
 // Calls for every entry that a mask yields.
 typedef void (*EntryProc)(XferNames* pNames, const WIN32_FIND_DATAA* pFind);
@@ -70,16 +71,22 @@ void readMask(const XferWindowRecord* pRecord, char (&szMask)[XFER_NAME_SIZE])
     }
 }
 
+bool namesDirectory(const char* pszMask)
+{
+    return strpbrk(pszMask, "\\/:") != nullptr;
+}
+
 bool isAllFiles(const char* pszMask)
 {
     return strcmp(pszMask, ALL_FILES) == 0 || strcmp(pszMask, "*") == 0;
 }
 
 // Directories and files, in one pass where both masks yield the same entries.
-void collect(const XferWindowRecord* pRecord, XferNames* pDirs, XferNames* pFiles)
+void collect(XferWindowRecord* pRecord, XferNames* pDirs, XferNames* pFiles)
 {
     char szMask[XFER_NAME_SIZE];
     readMask(pRecord, szMask);
+    pRecord->fForeignFiles = namesDirectory(szMask);
     if (isAllFiles(szMask)) {
         enumerate(ALL_FILES, pDirs, pFiles);
     } else {
@@ -209,6 +216,31 @@ void KRHAULAPI vXferDandDRefreshLocalFiles(HWND hdlgDandD)
     vXferDandDSetColumnWidth(pRecord, IDC_DANDD_LOCALFILES);
     showAgain(hwndDirs);
     showAgain(hwndFiles);
+}
+
+bool fXferDandDShowsHere(XferWindowRecord* pRecord)
+{
+    char szDir[XFER_NAME_SIZE] = "";
+    _getcwd(szDir, sizeof szDir);
+    if (strcmp(_strlwr(szDir), pRecord->szLocalDir) == 0) {
+        return true;
+    }
+    vXferDandDRefreshLocalFiles(pRecord->hwndDialog);
+    return false;
+}
+
+bool fXferDandDShowsFilesHere(XferWindowRecord* pRecord)
+{
+    char szMask[XFER_NAME_SIZE];
+    if (!fXferDandDShowsHere(pRecord)) {
+        return false;
+    }
+    if (pRecord->fForeignFiles) {
+        readMask(pRecord, szMask);
+        vXferDandDReportLocalFailure(pRecord->hwndDialog, pRecord, szMask, CCH_FAILED_FORMAT);
+        return false;
+    }
+    return true;
 }
 
 int KRHAULAPI nXferDandDAddLocalFileName(HWND hdlgDandD, const char* pszName)

@@ -11,6 +11,14 @@
 UINT nXferDandDTypePatternId(LRESULT nTypeRow);
 int nXferDandDRemoveLocalFileName(HWND hdlgDandD, const char* pszName);
 
+// Whether the names in the local panes mean what stands in the current directory of the
+// process. If that is another one by now, the panes are filled anew.
+bool fXferDandDShowsHere(XferWindowRecord* pRecord);
+
+// The same for the names of files: a path in the filter line, which Enter hasn't followed,
+// fills the list with files of its own directory. The log says so.
+bool fXferDandDShowsFilesHere(XferWindowRecord* pRecord);
+
 // drives.cpp: the drive list and the list of file types.
 void vXferDandDFillDriveList(HWND hdlgDandD);
 void vXferDandDFillTypeList(HWND hdlgDandD, HMODULE hLanguage);

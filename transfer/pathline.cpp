@@ -38,11 +38,12 @@ void changeHostDir(const XferWindowRecord* pRecord, const char* pszDir, DWORD fF
 {
     char szDir[XFER_NAME_SIZE];
     HWND hwndParent = pRecord->hwndParent;
+    if (pRecord->callbacks.pfnChangeHostDir == nullptr) {
+        return;
+    }
     lstrcpynA(szDir, pszDir, sizeof szDir);
     lstrcpynA(g_szScratch, pszDir, sizeof g_szScratch);
-    if (pRecord->callbacks.pfnChangeHostDir != nullptr) {
-        pRecord->callbacks.pfnChangeHostDir(pRecord->dwCallerData, 0, 0, g_szScratch, fFromList);
-    }
+    pRecord->callbacks.pfnChangeHostDir(pRecord->dwCallerData, 0, 0, g_szScratch, fFromList);
     KrRecordAction(hwndParent, KRACTION_HOSTDIR_CHANGED, szDir);
 }
 
@@ -232,6 +233,10 @@ void vXferDandDApplyLocalFilter(HWND hdlgDandD)
     readLine(pRecord, IDC_DANDD_LOCALFILTER, g_szScratch2);
     if (g_szScratch2[0] != '\0') {
         followText(hdlgDandD, pRecord, g_szScratch2, szMask);
+    }
+    // The new text of the line is told to the caller's window procedure first.
+    if (!fXferDandDIsAlive(hdlgDandD, pRecord)) {
+        return;
     }
     HWND hwndFilter = GetDlgItem(hdlgDandD, IDC_DANDD_LOCALFILTER);
     UpdateWindow(hwndFilter);

@@ -59,6 +59,7 @@ struct XferWindowRecord {
     LONG fMinimized;
     LONG fFocusCommandLine;     // the end of the busy state gives it the focus
     XferFileList viewTempFiles; // owned; 0 on versions below 4
+    LONG fForeignFiles;         // the local file list shows files of another directory
 };
 
 static_assert(sizeof(HostCallbacks) == 56, "the table of callbacks is 14 words");

@@ -45,15 +45,16 @@ void buildFilter(const XferWindowRecord* pRecord, FilterText& szFilter)
 }
 
 // The dialog changes the current directory to that of the file, but the current directory is
-// what the local panes show and what their names mean.
-bool saveDialog(OPENFILENAMEA* pOpen)
+// what the local panes show and what their names mean. They can have followed another one
+// while the dialog was open.
+bool saveDialog(const XferWindowRecord* pRecord, OPENFILENAMEA* pOpen)
 {
-    char szDir[XFER_NAME_SIZE];
-    bool fKnown = _getcwd(szDir, sizeof szDir) != nullptr;
+    char szDir[XFER_NAME_SIZE] = "";
+    HWND hdlgDandD = pRecord->hwndDialog;
+    _getcwd(szDir, sizeof szDir);
     bool fChosen = GetSaveFileNameA(pOpen) != 0;
-    if (fKnown) {
-        _chdir(szDir);
-    }
+    bool fFollowed = fXferDandDIsAlive(hdlgDandD, pRecord) && pRecord->szLocalDir[0] != '\0';
+    _chdir(fFollowed ? pRecord->szLocalDir : szDir);
     return fChosen;
 }
 
@@ -79,7 +80,7 @@ bool askForFile(HWND hdlgDandD, const XferWindowRecord* pRecord, char (&szFile)[
     open.lpTemplateName = OLD_TEMPLATE;
     open.Flags = OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY | OFN_PATHMUSTEXIST;
     open.Flags |= fXferIsVersion4() ? OFN_EXPLORER : OFN_ENABLETEMPLATE;
-    return saveDialog(&open);
+    return saveDialog(pRecord, &open);
 }
 
 // Reads the part of a line that is selected, with a line end behind it.

@@ -72,17 +72,19 @@ struct NamesDir {
     char szDir[XFER_NAME_SIZE];
 };
 
-NamesDir presentDir()
+NamesDir shownDir(const XferWindowRecord* pRecord)
 {
     NamesDir dir = {};
-    _getcwd(dir.szDir, sizeof dir.szDir);
+    strcpy(dir.szDir, pRecord->szLocalDir);
     return dir;
 }
 
 // Callbacks and boxes can run other code that changes the directory of the process.
 bool isStillIn(const NamesDir* pDir)
 {
-    return strcmp(presentDir().szDir, pDir->szDir) == 0;
+    char szDir[XFER_NAME_SIZE] = "";
+    _getcwd(szDir, sizeof szDir);
+    return strcmp(_strlwr(szDir), pDir->szDir) == 0;
 }
 
 bool mayGoOn(const XferCommand* pCommand, const NamesDir* pDir, DWORD dwFlag, UINT idText,
@@ -115,8 +117,8 @@ void removeHostDir(const XferCommand* pCommand, const XferRow* pRow)
     HWND hwndParent = pRecord->hwndParent;
     if (pRecord->callbacks.pfnRemoveHostDir != nullptr) {
         pRecord->callbacks.pfnRemoveHostDir(pRecord->dwCallerData, 0, 0, pRow->szText, FROM_LIST);
+        KrRecordAction(hwndParent, KRACTION_HOSTDIR_REMOVED, pRow->szText);
     }
-    KrRecordAction(hwndParent, KRACTION_HOSTDIR_REMOVED, pRow->szText);
 }
 
 void removeLocalDir(const XferCommand* pCommand, const XferRow* pRow)
@@ -125,8 +127,9 @@ void removeLocalDir(const XferCommand* pCommand, const XferRow* pRow)
         showString(pCommand, IDS_HOSTDIR_FIXED);
         return;
     }
-    NamesDir dir = presentDir();
-    if (!mayGoOn(pCommand, &dir, CONFIRM_LOCALRMDIR, IDS_RMDIR_TEXT, IDS_RMDIR_CAPTION,
+    NamesDir dir = shownDir(pCommand->pRecord);
+    if (!fXferDandDShowsHere(pCommand->pRecord) ||
+        !mayGoOn(pCommand, &dir, CONFIRM_LOCALRMDIR, IDS_RMDIR_TEXT, IDS_RMDIR_CAPTION,
                  pRow->szText)) {
         return;
     }
@@ -207,8 +210,9 @@ void deleteLocalFiles(const XferCommand* pCommand)
 {
     XferFileList names;
     char szName[XFER_NAME_SIZE];
-    NamesDir dir = presentDir();
-    if (!fXferDandDListSelection(pCommand->pRecord, IDC_DANDD_LOCALFILES, XFERLIST_LOCAL, 0,
+    NamesDir dir = shownDir(pCommand->pRecord);
+    if (!fXferDandDShowsFilesHere(pCommand->pRecord) ||
+        !fXferDandDListSelection(pCommand->pRecord, IDC_DANDD_LOCALFILES, XFERLIST_LOCAL, 0,
                                  &names)) {
         return;
     }
