@@ -268,8 +268,9 @@ bool stopATransfer()
     SetForegroundWindow(sessionWindow());
     picture("two-pane-busy");
     chooseMenu('V', 'S');
+    WIN32_FIND_DATAA find;
     return waitFor(isIdle, nullptr) && fBusy && isGone(pathIn(s_options.szSecond, "big.bin")) &&
-           isGone(pathIn(s_options.szSecond, "big.bin.part"));
+           FindFirstFileA(pathIn(s_options.szSecond, "krd*"), &find) == INVALID_HANDLE_VALUE;
 }
 
 bool deleteOnTheHost()

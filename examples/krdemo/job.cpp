@@ -10,9 +10,9 @@ constexpr DWORD CB_CHUNK = 64 * 1024;
 constexpr DWORD CAPTION_STOP = 1;
 constexpr DWORD CAPTION_CLOSE = 3;
 
-// A file appears under its own name only when it is complete.
-constexpr char UNFINISHED[] = ".part";
-typedef char UnfinishedName[MAX_PATH + sizeof UNFINISHED];
+// A file appears under its own name only when it is complete. Until then it has a name that
+// nothing else has.
+constexpr char UNFINISHED_PREFIX[] = "krd";
 
 struct Job {
     bool fRunning;
@@ -26,6 +26,7 @@ struct Job {
     LONG nRow; // the file in hand
     char szFrom[MAX_PATH];
     char szTo[MAX_PATH];
+    char szUnfinished[MAX_PATH];
     HANDLE hFrom, hTo;
     DWORD cbDone;     // bytes of the file in hand
     DWORD cbBefore;   // bytes of the files before it
@@ -53,15 +54,22 @@ const char* lastPart(const char* pszPath)
     return pchLast != nullptr ? pchLast + 1 : pszPath;
 }
 
+// Whether a name can stand for a file of a folder: nothing in it leads elsewhere.
+bool isPlainName(const char* pszName)
+{
+    return pszName[0] != '\0' && strcmp(pszName, ".") != 0 && strcmp(pszName, "..") != 0 &&
+           strpbrk(pszName, "/\\:*?\"<>|") == nullptr;
+}
+
 bool pathsOfRow(LONG nRow, char (&szFrom)[MAX_PATH], char (&szTo)[MAX_PATH])
 {
     char szName[MAX_PATH];
     char szNewName[MAX_PATH];
     XferFileList_lpszGetString(s_job.list, nRow, s_job.nFromColumn, szName, MAX_PATH);
     XferFileList_lpszGetString(s_job.list, nRow, 1 - s_job.nFromColumn, szNewName, MAX_PATH);
-    const char* pszTarget = szNewName[0] != '\0' ? szNewName : szName;
-    return joinPath(szFrom, s_job.szFromFolder, szName) &&
-           joinPath(szTo, s_job.szToFolder, lastPart(pszTarget));
+    const char* pszTarget = lastPart(szNewName[0] != '\0' ? szNewName : szName);
+    return isPlainName(pszTarget) && joinPath(szFrom, s_job.szFromFolder, szName) &&
+           joinPath(szTo, s_job.szToFolder, pszTarget);
 }
 
 DWORD sizeOfFile(const char* pszPath)
@@ -86,22 +94,18 @@ DWORD sizeOfAll()
     return cbAll;
 }
 
-void unfinishedName(UnfinishedName& szName)
-{
-    snprintf(szName, sizeof szName, "%s%s", s_job.szTo, UNFINISHED);
-}
-
 bool openFiles()
 {
-    UnfinishedName szUnfinished;
-    unfinishedName(szUnfinished);
     s_job.hFrom = CreateFileA(s_job.szFrom, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                               FILE_ATTRIBUTE_NORMAL, nullptr);
     if (s_job.hFrom == INVALID_HANDLE_VALUE) {
         return false;
     }
-    s_job.hTo = CreateFileA(szUnfinished, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                            FILE_ATTRIBUTE_NORMAL, nullptr);
+    s_job.hTo = INVALID_HANDLE_VALUE;
+    if (GetTempFileNameA(s_job.szToFolder, UNFINISHED_PREFIX, 0, s_job.szUnfinished) != 0) {
+        s_job.hTo = CreateFileA(s_job.szUnfinished, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                FILE_ATTRIBUTE_NORMAL, nullptr);
+    }
     if (s_job.hTo == INVALID_HANDLE_VALUE) {
         CloseHandle(s_job.hFrom);
         return false;
@@ -109,19 +113,38 @@ bool openFiles()
     return true;
 }
 
+// Gives the copy its name. A file that had it steps aside until that has worked.
+bool takeName()
+{
+    char szAside[MAX_PATH];
+    if (MoveFileA(s_job.szUnfinished, s_job.szTo)) {
+        return true;
+    }
+    if (GetTempFileNameA(s_job.szToFolder, UNFINISHED_PREFIX, 0, szAside) == 0) {
+        return false;
+    }
+    DeleteFileA(szAside);
+    if (!MoveFileA(s_job.szTo, szAside)) {
+        return false;
+    }
+    if (!MoveFileA(s_job.szUnfinished, s_job.szTo)) {
+        MoveFileA(szAside, s_job.szTo);
+        return false;
+    }
+    DeleteFileA(szAside);
+    return true;
+}
+
 // Closes both files; the copy gets its name if it is whole, and goes if it isn't.
 bool closeFiles(bool fWhole)
 {
-    UnfinishedName szUnfinished;
-    unfinishedName(szUnfinished);
     CloseHandle(s_job.hFrom);
     CloseHandle(s_job.hTo);
     s_job.hFrom = s_job.hTo = nullptr;
-    if (fWhole && (DeleteFileA(s_job.szTo) || GetLastError() == ERROR_FILE_NOT_FOUND) &&
-        MoveFileA(szUnfinished, s_job.szTo)) {
+    if (fWhole && takeName()) {
         return true;
     }
-    DeleteFileA(szUnfinished);
+    DeleteFileA(s_job.szUnfinished);
     return false;
 }
 

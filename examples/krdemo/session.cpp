@@ -20,7 +20,7 @@ struct Session {
     char szFilter[MAX_PATH];
     DWORD dwConfirmFlags;
     bool fSending;
-    bool fIntoOtherDir; // the running job doesn't change the host panes
+    char szTarget[MAX_PATH]; // folder that the running job moves files into
     const char* pszDetailName;
 };
 
@@ -88,6 +88,18 @@ void showProgress(DWORD cbDone, DWORD cbAll)
     vXferDandDUpdateThermometer(s_session.hdlg, LONG(cbDone / 1024));
 }
 
+// The user can go to another directory while files arrive.
+bool isTargetShown()
+{
+    char szShown[MAX_PATH] = "";
+    if (s_session.fSending) {
+        s_session.pHost->pfnFolder(".", szShown);
+    } else {
+        GetCurrentDirectoryA(MAX_PATH, szShown);
+    }
+    return lstrcmpiA(szShown, s_session.szTarget) == 0;
+}
+
 void showArrival(const char* pszTarget, DWORD cbSize, const char* pszFailure)
 {
     const char* pchLast = strrchr(pszTarget, '\\');
@@ -97,10 +109,13 @@ void showArrival(const char* pszTarget, DWORD cbSize, const char* pszFailure)
         return;
     }
     say("%s %s, %lu bytes.", s_session.fSending ? "Sent" : "Received", pszName, cbSize);
-    if (!s_session.fSending) {
-        nXferDandDAddLocalFileName(s_session.hdlg, pszName);
-    } else if (!s_session.fIntoOtherDir) {
+    if (!isTargetShown()) {
+        return;
+    }
+    if (s_session.fSending) {
         nXferDandDAddHostFileName(s_session.hdlg, pszName);
+    } else {
+        nXferDandDAddLocalFileName(s_session.hdlg, pszName);
     }
 }
 
@@ -117,7 +132,6 @@ void transfer(XferFileList list, bool fSend, const char* pszHostDir)
     char szLocalFolder[MAX_PATH];
     GetCurrentDirectoryA(MAX_PATH, szLocalFolder);
     s_session.fSending = fSend;
-    s_session.fIntoOtherDir = pszHostDir != nullptr;
     if (!s_session.pHost->pfnFolder(pszHostDir != nullptr ? pszHostDir : ".", szHostFolder)) {
         say("%s isn't a directory of the host.", pszHostDir);
         XferFileList_vDestroy(list);
@@ -131,6 +145,7 @@ void transfer(XferFileList list, bool fSend, const char* pszHostDir)
                       s_session.options.cbPerSecond,
                       false,
                       {showProgress, showArrival, showEnd}};
+    lstrcpynA(s_session.szTarget, job.pszToFolder, MAX_PATH);
     setBusy(true);
     if (!startJob(&job, list, fSend ? XFERLIST_LOCAL : XFERLIST_HOST)) {
         say("No transfer can be started now.");
