@@ -83,8 +83,8 @@ TempDir::TempDir()
     // A name that a typed path can end in, and that nobody else has.
     do {
         m_path = lower(szTemp) + "kr" + std::to_string(s_nMade++);
-    } while (!CreateDirectoryA(m_path.c_str(), nullptr) &&
-             GetLastError() == ERROR_ALREADY_EXISTS && s_nMade < 100000);
+    } while (!CreateDirectoryA(m_path.c_str(), nullptr) && GetLastError() == ERROR_ALREADY_EXISTS &&
+             s_nMade < 100000);
     EXPECT_EQ(_chdir(m_path.c_str()), 0) << m_path;
 }
 

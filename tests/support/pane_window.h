@@ -56,6 +56,11 @@ protected:
     // Opens the window and waits for its first view mode; it is idle then.
     void open(DWORD nViewMode = XFERVIEW_TWOPANE);
     void close();
+    // Lists that show paint their scroll bars at each new row: for tests with many rows.
+    void hide() const
+    {
+        ShowWindow(m_hwnd, SW_HIDE);
+    }
 
     HWND item(int idControl) const
     {
