@@ -17,7 +17,7 @@ void repaintStrip(HWND hdlgDandD, const XferWindowRecord* pRecord)
 UINT popupHintId(const XferWindowRecord* pRecord, HMENU hmenuPopup)
 {
     for (UINT n = 0; n < XFER_POPUPS; ++n) {
-        if (pRecord->hmenuPopup[n] == hmenuPopup) {
+        if (hmenuPopup != nullptr && pRecord->hmenuPopup[n] == hmenuPopup) {
             return IDS_POPUP1_HINT + n;
         }
     }

@@ -181,6 +181,11 @@ void vXferDandDPaintStrip(HWND hdlgDandD)
     }
     PAINTSTRUCT paint;
     HDC hdc = BeginPaint(hdlgDandD, &paint);
+    // Erasing sends messages, which the caller can look at first.
+    if (!fXferDandDIsAlive(hdlgDandD, pRecord)) {
+        EndPaint(hdlgDandD, &paint);
+        return;
+    }
     HGDIOBJ hfontOld = SelectObject(hdc, pRecord->hfontStrip);
     fillBackground(hdc, &pRecord->rcStrip);
     drawBoxes(hdc, pRecord);

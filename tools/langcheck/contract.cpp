@@ -210,8 +210,8 @@ const LangControlRow FILEOPEN_CONTROLS[] = {
 
 // No step of the code shows the two modeless windows, so they have to be visible themselves.
 const LangStyleRule VISIBLE = {WS_VISIBLE, WS_VISIBLE, "WS_VISIBLE"};
-// The layout moves the controls without redraw and then repaints the window once; clipped
-// children would be left out of that.
+// The layout moves the controls without redraw and then repaints the window once, with all that
+// stands on it.
 const LangStyleRule REPAINTED = {WS_VISIBLE | WS_CLIPCHILDREN, WS_VISIBLE,
                                  "WS_VISIBLE, no WS_CLIPCHILDREN"};
 const LangStyleRule MODAL = {WS_CHILD, 0, "WS_CHILD"};
