@@ -46,6 +46,10 @@ bool waitUntil(const std::function<bool()>& condition)
 std::string textOf(HWND hwnd)
 {
     char szText[512] = "";
+    // Wine leaves rubbish in the buffer for what is no window.
+    if (!IsWindow(hwnd)) {
+        return "";
+    }
     GetWindowTextA(hwnd, szText, sizeof szText);
     return szText;
 }
