@@ -144,9 +144,10 @@ void driveList(const XferCommand* pCommand)
     _strlwr(szText);
     LONG nDrive = szText[0] - LETTER_BEFORE_A;
     if (_chdrive(nDrive) == 0) {
-        KrRecordAction(pRecord->hwndParent, KRACTION_DRIVE_CHANGED, szText);
-        pRecord->nLocalDrive = nDrive;
-        vXferDandDRefreshLocalFiles(pCommand->hdlgDandD);
+        if (fXferDandDRecordAction(pRecord, KRACTION_DRIVE_CHANGED, szText)) {
+            pRecord->nLocalDrive = nDrive;
+            vXferDandDRefreshLocalFiles(pCommand->hdlgDandD);
+        }
     } else {
         vXferDandDLoadString(pRecord, IDS_DRIVE_FAILED, szText, sizeof szText);
         vXferDandDDisplayDILText(pCommand->hdlgDandD, szText);

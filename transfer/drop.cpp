@@ -51,8 +51,7 @@ bool enterForReceive(XferWindowRecord* pRecord, const char* pszDir)
         return false;
     }
     vXferDandDRefreshLocalFiles(pRecord->hwndDialog);
-    KrRecordAction(pRecord->hwndParent, KRACTION_LOCALDIR_CHANGED, pszDir);
-    return true;
+    return fXferDandDRecordAction(pRecord, KRACTION_LOCALDIR_CHANGED, pszDir);
 }
 
 void handOver(const XferWindowRecord* pRecord, XferDirection direction, XferFileList list,
@@ -88,7 +87,7 @@ int fXferDandDListSelection(const XferWindowRecord* pRecord, int idSource, LONG 
         nXferDandDRowText(hwndSource, n, g_szScratch);
         fMade = XferFileList_fSetString(*pList, nEntry++, nColumn, g_szScratch) != 0;
         if (fMade && nAction != 0) {
-            KrRecordAction(pRecord->hwndParent, nAction, g_szScratch);
+            fMade = fXferDandDRecordAction(pRecord, nAction, g_szScratch);
         }
     }
     if (!fMade) {
@@ -105,8 +104,9 @@ int fXferDandDTransferSelection(XferWindowRecord* pRecord, int idSource, XferDir
     if (pszDir != nullptr && direction == XFERDIR_RECEIVE && !enterForReceive(pRecord, pszDir)) {
         return 0;
     }
-    if (pszDir != nullptr && direction == XFERDIR_SEND) {
-        KrRecordAction(pRecord->hwndParent, KRACTION_HOSTDIR_CHANGED, pszDir);
+    if (pszDir != nullptr && direction == XFERDIR_SEND &&
+        !fXferDandDRecordAction(pRecord, KRACTION_HOSTDIR_CHANGED, pszDir)) {
+        return 0;
     }
     *pList = nullptr;
     if (direction == XFERDIR_SEND && !fXferDandDShowsFilesHere(pRecord)) {

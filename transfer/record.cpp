@@ -1,5 +1,6 @@
 #include "record.h"
 #include "creation.h"
+#include "../shared/krutils.h"
 
 #include <stdio.h>
 
@@ -61,6 +62,13 @@ XferWindowRecord* pXferDandDRecord(HWND hdlgDandD)
 bool fXferDandDIsAlive(HWND hdlgDandD, const XferWindowRecord* pRecord)
 {
     return userLong(hdlgDandD) == pRecord;
+}
+
+bool fXferDandDRecordAction(const XferWindowRecord* pRecord, int nAction, const char* pszText)
+{
+    HWND hdlgDandD = pRecord->hwndDialog;
+    KrRecordAction(pRecord->hwndParent, nAction, pszText);
+    return fXferDandDIsAlive(hdlgDandD, pRecord);
 }
 
 HWND XferHelpOwner(const XferWindowRecord* pRecord)

@@ -98,6 +98,10 @@ XferWindowRecord* pXferDandDRecord(HWND hdlgDandD);
 // Whether the window is still there, with this very record.
 bool fXferDandDIsAlive(HWND hdlgDandD, const XferWindowRecord* pRecord);
 
+// Tells KRUTILS of an action. That library isn't ours and can run the caller's code: gives
+// whether the window has outlived it.
+bool fXferDandDRecordAction(const XferWindowRecord* pRecord, int nAction, const char* pszText);
+
 // The owner of the help calls of a window and its dialogs.
 HWND XferHelpOwner(const XferWindowRecord* pRecord);
 
