@@ -136,6 +136,12 @@ INT_PTR onShowHint(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM wParam, LPA
     return 1;
 }
 
+INT_PTR onShowLists(HWND, XferWindowRecord* pRecord, WPARAM, LPARAM)
+{
+    vXferDandDShowLists(pRecord);
+    return 1;
+}
+
 struct MessageRow {
     UINT uMessage;
     INT_PTR (*pfnHandle)(HWND, XferWindowRecord*, WPARAM, LPARAM);
@@ -157,6 +163,7 @@ constexpr MessageRow MESSAGES[] = {
     {WM_MENUSELECT, onMenuSelect},
     {WM_XFER_HELP, onHelp},
     {WM_XFER_SHOWHINT, onShowHint},
+    {WM_XFER_SHOWLISTS, onShowLists},
 };
 
 bool isOwnerDrawn(UINT idControl)

@@ -6,7 +6,8 @@
 //   copy.cpp        copying with a status window alone
 //   check.cpp       reading files, for a thermometer without a total
 //   folderhost.cpp  the host that is built in, behind the table of host.h
-//   driver.cpp      a user who works the transfer window by himself
+//   driver.cpp      a user who works the transfer window by himself; the files of steps.h have
+//                   what he does, hands.cpp how, looks.cpp what he looks at
 //   options.cpp     the command line
 //   picture.cpp     pictures of a run that nobody watches
 #include "copy.h"
