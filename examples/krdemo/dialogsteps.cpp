@@ -91,8 +91,8 @@ bool sendATypedName()
     return unselectAll() &&
            answer('T', {{'S', nullptr}, {'F', "report.txt"}, {'T', "typed.txt"}},
                   "dialog-transfer") &&
-           waitForIdle() && isOnDisk("notes.txt", "typed.txt") &&
-           areEqual("notes.txt", "typed.txt");
+           waitForIdle() && isOnDisk("report.txt", "typed.txt") &&
+           areEqual("report.txt", "typed.txt");
 }
 
 bool receiveATypedName()
