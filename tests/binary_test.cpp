@@ -100,7 +100,7 @@ const Table PLATFORM = {
      "RedrawWindow RegisterClassA ReleaseCapture ReleaseDC ScreenToClient "
      "SendDlgItemMessageA SendMessageA SetCapture SetCursor SetDlgItemInt SetDlgItemTextA "
      "SetFocus SetRect SetTimer SetWindowLongA SetWindowPos SetWindowTextA ShowWindow "
-     "UpdateWindow WinHelpA WindowFromPoint wsprintfA"},
+     "UnregisterClassA UpdateWindow WinHelpA WindowFromPoint wsprintfA"},
 };
 
 // What the compiler's start-up code can't do without.

@@ -112,7 +112,7 @@ TEST_F(Command, TheSumTellsCountAndSize)
     EXPECT_EQ(stripText(), "kept");
     notify(IDC_DANDD_LOCALFILES, LBN_SELCHANGE);
     EXPECT_EQ(stripText(), "Files selected: 1 (10 bytes)");
-    EXPECT_EQ(ledger.blocks(), 0u);
+    EXPECT_EQ(ledger.owed(), "");
 }
 
 TEST_F(Command, TypingAPrefixScrollsTheList)
@@ -383,7 +383,7 @@ TEST_F(Command, NoListIsLeftBehind)
     Ledger ledger;
     // Each request for memory fails in turn: the caller gets the whole list or none.
     openFilled();
-    size_t cBefore = ledger.blocks();
+    size_t cBefore = ledger.count();
     for (const Selection& selection : SELECTIONS) {
         for (int n = 1;; ++n) {
             selectFiles(IDC_DANDD_LOCALFILES, {});
@@ -392,7 +392,7 @@ TEST_F(Command, NoListIsLeftBehind)
             ledger.failAt(n);
             command(selection.idCommand);
             EXPECT_EQ(requests(), ledger.hasFailed() ? Strings{} : Strings{selection.pszRequest});
-            EXPECT_EQ(ledger.blocks(), cBefore);
+            EXPECT_EQ(ledger.count(), cBefore);
             if (!ledger.hasFailed()) {
                 break;
             }
@@ -405,7 +405,7 @@ TEST_F(Command, NoListIsLeftBehind)
     EXPECT_TRUE(m_dir.holds("a") && m_dir.holds("b"));
     ledger.failAt(0);
     close();
-    EXPECT_EQ(ledger.blocks(), 0u);
+    EXPECT_EQ(ledger.owed(), "");
 
     // Nobody takes the lists.
     auto pfnMode = m_callbacks.pfnViewModeChanged;
@@ -413,17 +413,19 @@ TEST_F(Command, NoListIsLeftBehind)
     m_callbacks.cbSize = sizeof m_callbacks;
     m_callbacks.pfnViewModeChanged = pfnMode;
     openFilled();
-    cBefore = ledger.blocks();
+    cBefore = ledger.count();
     for (const Selection& selection : SELECTIONS) {
         selectFiles(selection.idList, split(selection.pszNames));
         command(selection.idCommand);
-        EXPECT_EQ(ledger.blocks(), cBefore);
+        EXPECT_EQ(ledger.count(), cBefore);
+        EXPECT_EQ(recorded(), Strings{});
         selectFiles(selection.idList, {});
     }
     selectRow(IDC_DANDD_HOSTDIRS, "one");
     command(IDM_XFER_REMOVEDIR);
+    EXPECT_EQ(recorded(), Strings{});
     close();
-    EXPECT_EQ(ledger.blocks(), 0u);
+    EXPECT_EQ(ledger.owed(), "");
 }
 
 // Memory runs out at each place in turn; what a failure leaves is what there was before.
@@ -437,7 +439,7 @@ TEST_F(Command, AWindowThatWasUsedLeavesNothingBehind)
         vXferDandDRefreshLocalFiles(m_hwnd);
     };
     fill();
-    const size_t cBefore = ledger.blocks();
+    const size_t cBefore = ledger.count();
     bool fFailed = true;
     int n = 0;
     while (fFailed && !HasFailure()) {
@@ -459,11 +461,11 @@ TEST_F(Command, AWindowThatWasUsedLeavesNothingBehind)
         EXPECT_TRUE(fFailed || !m_dir.holds("c"));
         ledger.failAt(0);
         fill();
-        EXPECT_EQ(ledger.blocks(), cBefore) << n;
+        EXPECT_EQ(ledger.count(), cBefore) << n;
     }
     EXPECT_GT(n, 20);
     close();
-    EXPECT_EQ(ledger.blocks(), 0u);
+    EXPECT_EQ(ledger.owed(), "");
 }
 
 // The file system's answer to a search for details.

@@ -61,7 +61,7 @@ TEST_F(HostList, ClearsWhatTheFlagsSay)
     for (const Clearing& c : CLEARINGS) {
         SCOPED_TRACE(testing::Message() << c.pszBefore << ": " << c.dwFlags);
         openWith(c.pszBefore);
-        size_t cOthers = ledger.blocks() - rows(IDC_DANDD_HOSTDIRS).size();
+        size_t cOthers = ledger.count() - rows(IDC_DANDD_HOSTDIRS).size();
         nXferDandDAddHostFileName(m_hwnd, "file");
         type(IDC_DANDD_HOSTPATH, "/typed");
         tell(IDC_DANDD_HOSTPATH, EM_SETMODIFY, TRUE);
@@ -79,7 +79,7 @@ TEST_F(HostList, ClearsWhatTheFlagsSay)
         if (after.size() > 1 && after[1] == "w" && split(c.pszBefore).size() != 3) {
             EXPECT_EQ(tell(IDC_DANDD_HOSTDIRS, LB_GETITEMDATA, 1), nKept);
         }
-        EXPECT_EQ(ledger.blocks(), cOthers + after.size());
+        EXPECT_EQ(ledger.count(), cOthers + after.size());
     }
     openWith(".. w a");
     type(IDC_DANDD_HOSTFILTER, "*");
@@ -87,18 +87,18 @@ TEST_F(HostList, ClearsWhatTheFlagsSay)
     EXPECT_EQ(rows(IDC_DANDD_HOSTDIRS), Strings{".."});
     EXPECT_EQ(text(IDC_DANDD_HOSTFILTER) + text(IDC_DANDD_HOSTPATH), "");
     close();
-    EXPECT_EQ(ledger.blocks(), 0u);
+    EXPECT_EQ(ledger.owed(), "");
 }
 
 TEST_F(HostList, NoRowStaysWithoutARecord)
 {
     Ledger ledger;
     openWith(".. w a");
-    size_t cOthers = ledger.blocks() - rows(IDC_DANDD_HOSTDIRS).size();
+    size_t cOthers = ledger.count() - rows(IDC_DANDD_HOSTDIRS).size();
     ledger.failAt(1); // the row ".."
     nXferDandDClearHostFileInfo(m_hwnd, XFERCLEAR_SUBDIRS);
     EXPECT_TRUE(ledger.hasFailed());
-    EXPECT_EQ(ledger.blocks(), cOthers + rows(IDC_DANDD_HOSTDIRS).size());
+    EXPECT_EQ(ledger.count(), cOthers + rows(IDC_DANDD_HOSTDIRS).size());
     for (size_t n = rows(IDC_DANDD_HOSTDIRS).size(); n-- > 0;) {
         EXPECT_NE(tell(IDC_DANDD_HOSTDIRS, LB_GETITEMDATA, n), 0);
     }

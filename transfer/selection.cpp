@@ -145,14 +145,11 @@ void deleteHostFiles(const XferCommand* pCommand)
 {
     const XferWindowRecord* pRecord = pCommand->pRecord;
     XferFileList list;
-    if (!fXferDandDListSelection(pRecord, IDC_DANDD_HOSTFILES, XFERLIST_HOST,
-                                 KRACTION_HOSTFILE_DELETED, &list)) {
-        return;
-    }
-    if (pRecord->callbacks.pfnDeleteHostFiles != nullptr) {
+    // Without anybody to delete them nothing is recorded.
+    if (pRecord->callbacks.pfnDeleteHostFiles != nullptr &&
+        fXferDandDListSelection(pRecord, IDC_DANDD_HOSTFILES, XFERLIST_HOST,
+                                KRACTION_HOSTFILE_DELETED, &list)) {
         pRecord->callbacks.pfnDeleteHostFiles(pRecord->dwCallerData, 0, 0, list, 0);
-    } else {
-        XferFileList_vDestroy(list);
     }
 }
 
