@@ -428,6 +428,82 @@ TEST_F(Command, NoListIsLeftBehind)
     EXPECT_EQ(ledger.owed(), "");
 }
 
+// KRUTILS isn't ours: what it is told can end the window. Each step records something.
+std::function<void()> s_inRecord;
+int s_cRecorded;
+
+void noteRecord()
+{
+    ++s_cRecorded;
+    s_inRecord();
+}
+void WINAPI fakeRecordAction(HWND, int, const char*)
+{
+    noteRecord();
+}
+void WINAPI fakeRecordCommand(HWND, const char*)
+{
+    noteRecord();
+}
+
+struct Recorder {
+    int idList; // its first row of that name is selected
+    const char* pszRow;
+    UINT idCommand;       // 0: Enter on the list
+    const char* pszAsked; // what the caller has been asked before the end
+};
+const Recorder RECORDERS[] = {
+    {IDC_DANDD_LOCALFILES, "a", IDM_XFER_TRANSFER, ""},
+    {IDC_DANDD_HOSTFILES, "x", IDM_XFER_TRANSFER, ""},
+    {IDC_DANDD_HOSTFILES, "x", IDM_XFER_DELETE, ""},
+    {IDC_DANDD_LOCALFILES, "a", IDM_XFER_DELETE, "flags"},
+    {IDC_DANDD_LOCALDIRS, "child", IDM_XFER_REMOVEDIR, "flags"},
+    {IDC_DANDD_HOSTDIRS, "one", IDM_XFER_REMOVEDIR, "rmdir one 1"},
+    {IDC_DANDD_LOCALDIRS, "full", 0, ""},
+    {IDC_DANDD_HOSTDIRS, "one", 0, "chdir one 1"},
+    {IDC_DANDD_COMMANDLINE, "dir", 0, ""},
+    {IDC_DANDD_LOCALDRIVES, "", 0, ""},
+};
+
+TEST_F(Command, ARecordedActionMayEndTheWindow)
+{
+    ReplacedImport action(library(), "KRUTILS.DLL", 41, fakeRecordAction);
+    ReplacedImport typed(library(), "KRUTILS.DLL", 22, fakeRecordCommand);
+    Ledger ledger;
+    for (const Recorder& recorder : RECORDERS) {
+        SCOPED_TRACE(testing::Message() << recorder.idList << " " << recorder.idCommand);
+        bool fTyped = recorder.idList == IDC_DANDD_COMMANDLINE;
+        openFilled(fTyped ? XFERVIEW_COMMANDLINE : XFERVIEW_TWOPANE);
+        s_cRecorded = 0;
+        s_inRecord = [this] { close(); };
+        switch (recorder.idList) {
+        case IDC_DANDD_LOCALFILES:
+        case IDC_DANDD_HOSTFILES:
+            tell(recorder.idList, LB_SETSEL, TRUE, -1);
+            break;
+        case IDC_DANDD_LOCALDIRS:
+        case IDC_DANDD_HOSTDIRS:
+            selectRow(recorder.idList, recorder.pszRow);
+            break;
+        case IDC_DANDD_COMMANDLINE:
+            type(recorder.idList, recorder.pszRow);
+            break;
+        }
+        if (recorder.idCommand != 0) {
+            command(recorder.idCommand);
+        } else if (recorder.idList == IDC_DANDD_LOCALDRIVES) {
+            notify(recorder.idList, CBN_SELCHANGE);
+        } else {
+            enter(recorder.idList);
+        }
+        EXPECT_EQ(s_cRecorded, 1);
+        EXPECT_EQ(m_hwnd, nullptr);
+        EXPECT_EQ(requests(), split(recorder.pszAsked, '|'));
+        EXPECT_EQ(ledger.owed(), "");
+        SetCurrentDirectoryA(m_dir.path().c_str());
+    }
+}
+
 // Memory runs out at each place in turn; what a failure leaves is what there was before.
 TEST_F(Command, AWindowThatWasUsedLeavesNothingBehind)
 {

@@ -1,7 +1,9 @@
 // The calls that fill and clear the host panes.
 #include "../resources/ids.h"
+#include "support/imports.h"
 #include "support/ledger.h"
 #include "support/pane_window.h"
+#include "support/picture.h"
 
 namespace {
 
@@ -24,6 +26,11 @@ protected:
         }
     }
 };
+
+BOOL WINAPI noPost(HWND, UINT, WPARAM, LPARAM)
+{
+    return FALSE;
+}
 
 struct Clearing {
     const char* pszBefore;
@@ -201,6 +208,81 @@ TEST_F(HostList, ColumnsFollowTheNamesAtTheEndOfTheBusyState)
             EXPECT_EQ(columnWidth(IDC_DANDD_LOCALFILES) != WIDE, fMeasured);
         }
     }
+}
+
+// In a busy state the lists aren't drawn until one of these has happened.
+struct Ending {
+    const char* pszWhat;
+    void (*pfnDo)(HWND);
+};
+const Ending ENDINGS[] = {
+    {"the message loop", [](HWND) { pumpMessages(); }},
+    {"the end of the busy state", [](HWND hwnd) { vXferDandDSetBusyState(hwnd, 0); }},
+    {"the message loop, after another busy state began",
+     [](HWND hwnd) {
+         vXferDandDSetBusyState(hwnd, 0);
+         vXferDandDSetBusyState(hwnd, 1);
+         nXferDandDRemoveHostFileName(hwnd, "none");
+         pumpMessages();
+     }},
+    {"the message loop, while the lists are hidden",
+     [](HWND hwnd) {
+         SendMessageA(hwnd, WM_COMMAND, IDM_XFER_COMMANDLINE, 0);
+         pumpMessages();
+         SendMessageA(hwnd, WM_COMMAND, IDM_XFER_TWOPANE, 0);
+     }},
+};
+
+TEST_F(HostList, IsDrawnOnceForARunOfChangesInABusyState)
+{
+    constexpr int LISTS[] = {IDC_DANDD_HOSTFILES, IDC_DANDD_HOSTDIRS};
+    auto change = [this] {
+        nXferDandDAddHostSubDir(m_hwnd, "three");
+        nXferDandDRemoveHostSubDir(m_hwnd, "one");
+        nXferDandDAddHostFileName(m_hwnd, "c");
+        nXferDandDRemoveHostFileName(m_hwnd, "b");
+        nXferDandDAddHostFileName(m_hwnd, "d");
+    };
+    const Strings dirs = {"..", "work", "three", "two"};
+    open();
+    for (const Ending& ending : ENDINGS) {
+        SCOPED_TRACE(ending.pszWhat);
+        std::vector<Picture> drawn; // out of a busy state, then in it
+        for (bool fBusy : {false, true}) {
+            feedHost({"a", "b"});
+            pumpMessages();
+            vXferDandDSetBusyState(m_hwnd, fBusy);
+            change();
+            for (int id : LISTS) {
+                EXPECT_EQ(GetUpdateRect(item(id), nullptr, FALSE), !fBusy);
+            }
+            // The rows are there all the same.
+            EXPECT_EQ(rows(IDC_DANDD_HOSTDIRS), dirs);
+            EXPECT_EQ(rows(IDC_DANDD_HOSTFILES), (Strings{"a", "c", "d"}));
+            ending.pfnDo(m_hwnd);
+            pumpMessages();
+            for (int id : LISTS) {
+                UpdateWindow(item(id));
+                drawn.emplace_back(item(id));
+            }
+            vXferDandDSetBusyState(m_hwnd, 0);
+        }
+        EXPECT_EQ(drawn[0].difference(drawn[2]), "");
+        EXPECT_EQ(drawn[1].difference(drawn[3]), "");
+    }
+    // The message that ends it comes when the window has gone, or can't be posted at all.
+    vXferDandDSetBusyState(m_hwnd, 1);
+    change();
+    close();
+    pumpMessages();
+    open();
+    feedHost({"a", "b"});
+    pumpMessages();
+    UpdateWindow(m_hwnd);
+    vXferDandDSetBusyState(m_hwnd, 1);
+    ReplacedImport post(library(), "PostMessageA", noPost);
+    change();
+    EXPECT_TRUE(GetUpdateRect(item(IDC_DANDD_HOSTFILES), nullptr, FALSE));
 }
 
 TEST_F(HostList, OtherWindowsAndNullNamesAreRefused)

@@ -5,6 +5,7 @@
 
 #include "../../include/krhaul.h"
 #include "imports.h"
+#include "picture.h"
 #include "windows.h"
 
 #include <gtest/gtest.h>
@@ -97,21 +98,6 @@ public:
 
 private:
     ReplacedImport m_extTextOut;
-};
-
-// The client area as it stands on the screen, children included.
-class Picture {
-public:
-    explicit Picture(HWND hwnd);
-    COLORREF at(LONG x, LONG y) const;
-
-    // The first point where the two differ, or nothing to say.
-    std::string difference(const Picture& other) const;
-
-    LONG cx, cy;
-
-private:
-    std::vector<DWORD> m_pixels;
 };
 
 // A control's place in its window's client coordinates.
