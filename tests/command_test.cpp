@@ -3,6 +3,7 @@
 #include "support/imports.h"
 #include "support/ledger.h"
 #include "support/pane_window.h"
+#include "support/subclassed.h"
 
 #include <algorithm>
 #include <commdlg.h>
@@ -677,26 +678,20 @@ TEST_F(Command, EscapeClearsTheCommandLineAndNothingElse)
     EXPECT_TRUE(IsWindow(m_hwnd));
 }
 
-std::vector<WPARAM> s_commands;
-WNDPROC s_pfnDialog;
-
-LRESULT CALLBACK listeningProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
-{
-    if (uMessage == WM_COMMAND) {
-        s_commands.push_back(wParam);
-    }
-    return CallWindowProcA(s_pfnDialog, hwnd, uMessage, wParam, lParam);
-}
-
 TEST_F(Command, StopReachesTheCallerAsAbort)
 {
     openFilled();
-    s_pfnDialog = WNDPROC(SetWindowLongA(m_hwnd, GWL_WNDPROC, LONG(listeningProc)));
-    s_commands.clear();
+    std::vector<WPARAM> commands;
+    Subclassed listening(m_hwnd, [&](UINT uMessage, WPARAM wParam, LPARAM) {
+        if (uMessage == WM_COMMAND) {
+            commands.push_back(wParam);
+        }
+        return false;
+    });
     for (UINT id : {UINT(IDM_XFER_STOP), UINT(IDM_XFER_REFRESH), UINT(IDABORT)}) {
         command(id);
     }
-    EXPECT_EQ(s_commands, (std::vector<WPARAM>{IDM_XFER_STOP, IDABORT, IDM_XFER_REFRESH, IDABORT}));
+    EXPECT_EQ(commands, (std::vector<WPARAM>{IDM_XFER_STOP, IDABORT, IDM_XFER_REFRESH, IDABORT}));
     EXPECT_EQ(requests(), Strings{});
 }
 

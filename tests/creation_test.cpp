@@ -401,6 +401,8 @@ TEST_F(Modal, DisablesTheParentsAndRestoresThem)
             EXPECT_EQ(enabled(), before);
             EXPECT_TRUE(IsWindowEnabled(m_hwnd));
             EXPECT_EQ(run("NOSUCH"), -1);
+            EXPECT_EQ(run(nullptr), -1);
+            EXPECT_EQ(nXferDandDDialogBoxParam(m_hwnd, "DLGCONFIRM", nullptr, 42), -1);
             EXPECT_EQ(enabled(), before);
             EnableWindow(hwndOff, TRUE);
             destroy();

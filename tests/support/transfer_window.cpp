@@ -3,7 +3,6 @@
 #include "../../resources/ids.h"
 #include "../../toolbar/toolbar.h"
 
-#include <map>
 #include <string.h>
 
 namespace {
@@ -18,8 +17,6 @@ void KRHAULAPI viewModeChanged(DWORD dwCallerData, DWORD dw1, DWORD dw2, DWORD n
         pCaller->whenModeChanges();
     }
 }
-
-std::map<HWND, Subclassed*> s_subclassed;
 
 std::vector<DrawnTexts::Text> s_texts;
 BOOL WINAPI keepingExtTextOut(HDC hdc, int x, int y, UINT uOptions, const RECT* prc, LPCSTR pch,
@@ -123,30 +120,6 @@ INT_PTR TransferTest::ask(UINT uMessage, WPARAM wParam, LPARAM lParam) const
 {
     return CallWindowProcA(reinterpret_cast<WNDPROC>(GetWindowLongA(m_hwnd, DWL_DLGPROC)), m_hwnd,
                            uMessage, wParam, lParam);
-}
-
-Subclassed::Subclassed(HWND hwnd, Handler handler) : m_hwnd(hwnd), m_handler(std::move(handler))
-{
-    s_subclassed[hwnd] = this;
-    m_pfnOld =
-        reinterpret_cast<WNDPROC>(SetWindowLongA(hwnd, GWL_WNDPROC, reinterpret_cast<LONG>(proc)));
-}
-
-Subclassed::~Subclassed()
-{
-    if (IsWindow(m_hwnd)) {
-        SetWindowLongA(m_hwnd, GWL_WNDPROC, reinterpret_cast<LONG>(m_pfnOld));
-    }
-    s_subclassed.erase(m_hwnd);
-}
-
-LRESULT CALLBACK Subclassed::proc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
-{
-    Subclassed* pThis = s_subclassed[hwnd];
-    WNDPROC pfnOld = pThis->m_pfnOld;
-    return pThis->m_handler(uMessage, wParam, lParam)
-               ? 0
-               : CallWindowProcA(pfnOld, hwnd, uMessage, wParam, lParam);
 }
 
 DrawnTexts::DrawnTexts() : m_extTextOut(krhaul(), "ExtTextOutA", keepingExtTextOut)

@@ -6,6 +6,7 @@
 #include "../../include/krhaul.h"
 #include "imports.h"
 #include "picture.h"
+#include "subclassed.h"
 #include "windows.h"
 
 #include <gtest/gtest.h>
@@ -60,23 +61,6 @@ protected:
 
 private:
     std::string m_oldDirectory, m_directory;
-};
-
-// Replaces a window's procedure for as long as the object lives, or the window.
-class Subclassed {
-public:
-    // Gives true for a message that the window must not get.
-    using Handler = std::function<bool(UINT uMessage, WPARAM wParam, LPARAM lParam)>;
-    Subclassed(HWND hwnd, Handler handler);
-    ~Subclassed();
-    Subclassed(const Subclassed&) = delete;
-    Subclassed& operator=(const Subclassed&) = delete;
-
-private:
-    static LRESULT CALLBACK proc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam);
-    HWND m_hwnd;
-    Handler m_handler;
-    WNDPROC m_pfnOld;
 };
 
 // Texts that a test's window draws by ExtTextOutA, for as long as the object lives.
