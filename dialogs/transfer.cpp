@@ -40,6 +40,8 @@ void initFilled(HWND hdlg, XferWindowRecord* pRecord)
     for (int id : FIXED) {
         EnableWindow(GetDlgItem(hdlg, id), FALSE);
     }
+    // An empty source has switched it off as it came.
+    vXferDandDEnableOk(hdlg, true);
 }
 
 void initDialog(HWND hdlg, LPARAM lParam)
