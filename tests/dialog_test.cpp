@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <direct.h>
-#include <functional>
 #include <memory>
 
 namespace {
@@ -23,12 +22,11 @@ std::string systemText(DWORD dwError)
     return szText;
 }
 
-bool isError(HWND hwndBox, DWORD dwError)
+void expectError(HWND hwndBox, DWORD dwError)
 {
     constexpr int TEXT = 0xFFFF;
     EXPECT_EQ(textOf(hwndBox), "Korvalen");
     EXPECT_EQ(textOf(hwndBox, TEXT), systemText(dwError));
-    return true;
 }
 
 bool isChecked(HWND hdlg, int id)
@@ -46,9 +44,63 @@ void chooseSide(HWND hdlg, int idSide)
     }
 }
 
+ModalStep choose(int idName, const std::string& name, int idSide)
+{
+    return [=](HWND hdlg) {
+        replaceText(hdlg, idName, name);
+        chooseSide(hdlg, idSide);
+        return true;
+    };
+}
+
+Strings contentsOf(HWND hdlg)
+{
+    Strings texts;
+    for (int id = 101; id <= 105; ++id) {
+        texts.push_back(textOf(hdlg, id) + (isChecked(hdlg, id) ? "*" : ""));
+    }
+    return texts;
+}
+
 bool isEnabled(HWND hdlg, int id)
 {
     return IsWindowEnabled(GetDlgItem(hdlg, id)) != 0;
+}
+
+// Types texts one after the other; OK is there for all but the empty ones.
+void typeWithOk(HWND hdlg, int id, std::initializer_list<const char*> texts)
+{
+    for (const char* psz : texts) {
+        replaceText(hdlg, id, psz);
+        EXPECT_EQ(isEnabled(hdlg, IDOK), *psz != '\0');
+    }
+}
+
+// Whether the focus has come to an edit control, all of which is selected then.
+bool hasCome(HWND hdlg, int id)
+{
+    DWORD nFrom = 0, nTo = 0;
+    SendDlgItemMessageA(hdlg, id, EM_GETSEL, WPARAM(&nFrom), LPARAM(&nTo));
+    bool fCome = GetFocus() == GetDlgItem(hdlg, id);
+    EXPECT_TRUE(!fCome || (nFrom == 0 && nTo == textOf(hdlg, id).size()));
+    return fCome;
+}
+
+// Both ways to the help, and a side.
+void pressHelpAndSide(HWND hdlg, int idHelp, int idSide)
+{
+    SendMessageA(hdlg, WM_XFER_HELP, 0, 0);
+    pressButton(hdlg, idHelp);
+    pressButton(hdlg, idSide);
+}
+
+// Goes on in an edit control when the buttons have worked.
+ModalStep whenChecked(int idSide, int idEdit)
+{
+    return [=](HWND hdlg) {
+        SetFocus(GetDlgItem(hdlg, idEdit));
+        return isChecked(hdlg, idSide);
+    };
 }
 
 std::vector<DWORD> s_helped;
@@ -99,22 +151,31 @@ protected:
     }
 
     // The last steps: OK, and the box of an error, after which the dialog is left by Escape.
-    std::vector<ModalStep> accepting(std::vector<ModalStep> steps, DWORD dwError,
-                                     const ModalStep& inDialog = nullptr)
+    std::vector<ModalStep> accepting(std::vector<ModalStep> steps, DWORD dwError)
     {
         auto hdlg = std::make_shared<HWND>();
+        auto contents = std::make_shared<Strings>();
         steps.push_back([=](HWND hwnd) {
             *hdlg = hwnd;
-            pressKey(VK_RETURN);
+            *contents = contentsOf(hwnd);
+            pressKey(hwnd, VK_RETURN);
             return true;
         });
         if (dwError != 0) {
             steps.push_back([=](HWND hwnd) {
-                return hwnd != *hdlg && isError(hwnd, dwError) && (pressKey(VK_RETURN), true);
+                if (hwnd != *hdlg) {
+                    expectError(hwnd, dwError);
+                    pressKey(hwnd, VK_RETURN);
+                }
+                return hwnd != *hdlg;
             });
             steps.push_back([=](HWND hwnd) {
-                return hwnd == *hdlg && (!inDialog || inDialog(hwnd)) &&
-                       (pressKey(VK_ESCAPE), true);
+                if (hwnd == *hdlg) {
+                    EXPECT_EQ(contentsOf(hwnd), *contents);
+                    EXPECT_TRUE(isEnabled(hwnd, IDOK));
+                    pressKey(hwnd, VK_ESCAPE);
+                }
+                return hwnd == *hdlg;
             });
         }
         return steps;
@@ -221,25 +282,13 @@ TEST_P(OneNameDialog, DoesItsWorkOrStaysOpen)
         EXPECT_EQ(textOf(hdlg), c.kind.pszCaption);
         EXPECT_TRUE(isChecked(hdlg, ID_LOCAL) && !isChecked(hdlg, ID_HOST));
         EXPECT_EQ(textOf(hdlg, c.kind.idName), "");
-        for (const char* psz : {"", c.pszName, "", c.pszName}) {
-            replaceText(hdlg, c.kind.idName, psz);
-            EXPECT_EQ(isEnabled(hdlg, IDOK), *psz != '\0');
-        }
-        SendMessageA(hdlg, WM_XFER_HELP, 0, 0);
-        pressButton(hdlg, c.kind.idHelp);
-        pressButton(hdlg, c.idSide);
+        EXPECT_FALSE(isEnabled(hdlg, IDOK));
+        typeWithOk(hdlg, c.kind.idName, {c.pszName, "", c.pszName});
+        pressHelpAndSide(hdlg, c.kind.idHelp, c.idSide);
         return true;
     };
-    auto hasSide = [&](HWND hdlg) {
-        SetFocus(GetDlgItem(hdlg, c.kind.idName));
-        EXPECT_EQ(textOf(hdlg, c.kind.idName), c.pszName);
-        return isChecked(hdlg, c.idSide);
-    };
-    run(c.kind.idCommand, accepting({start, hasSide}, c.dwError, [&](HWND hdlg) {
-            EXPECT_EQ(textOf(hdlg, c.kind.idName), c.pszName);
-            EXPECT_TRUE(isEnabled(hdlg, IDOK));
-            return true;
-        }));
+    std::vector<ModalStep> steps = {start, whenChecked(c.idSide, c.kind.idName)};
+    run(c.kind.idCommand, accepting(steps, c.dwError));
     EXPECT_EQ(s_helped, std::vector<DWORD>(2, c.kind.dwHelp));
     EXPECT_STREQ(record()->szName1, c.dwError == 0 ? c.pszName : "");
     EXPECT_EQ(record()->nDialogOp, c.idSide == ID_LOCAL ? XFEROP_LOCAL : XFEROP_HOST);
@@ -280,7 +329,7 @@ TEST_F(Dialog, CancelDoesNothing)
             run(kind.idCommand, {[&](HWND hdlg) {
                     replaceText(hdlg, kind.idName, "child");
                     return fClose ? PostMessageA(hdlg, WM_CLOSE, 0, 0) != 0
-                                  : (pressKey(VK_ESCAPE), true);
+                                  : (pressKey(hdlg, VK_ESCAPE), true);
                 }});
             EXPECT_STREQ(record()->szName1, "");
         }
@@ -293,11 +342,7 @@ TEST_F(Dialog, CancelDoesNothing)
 TEST_F(Dialog, AChangeOfDirectoryIsFollowed)
 {
     open();
-    run(IDM_XFER_CHANGEDIR, accepting({[](HWND hdlg) {
-                                          replaceText(hdlg, IDC_DIR_NAME, "other");
-                                          return true;
-                                      }},
-                                      0));
+    run(IDM_XFER_CHANGEDIR, accepting({choose(IDC_DIR_NAME, "other", ID_LOCAL)}, 0));
     EXPECT_EQ(currentDir(), m_dir.path("other"));
     EXPECT_EQ(text(IDC_DANDD_LOCALPATH), m_dir.path("other"));
     EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), (Strings{"a.txt", "b.txt"}));
@@ -308,20 +353,33 @@ TEST_F(Dialog, AChangeOfDirectoryIsFollowed)
 // The user typed with the panes in view: names must not mean files of another directory.
 TEST_F(Dialog, ANameMeansTheDirectoryThatIsShown)
 {
+    struct Case {
+        UINT idCommand;
+        int idName, idSide;
+        const char *pszTold, *pszLeft;
+    };
+    const Case cases[] = {
+        {IDM_XFER_TRANSFER, IDC_COPY_SOURCE, IDC_COPY_SEND, "send a.txta.txt", "a.txt b.txt"},
+        {IDM_XFER_DELETE, IDC_DEL_NAME, ID_LOCAL, "", "b.txt"},
+    };
     open();
-    run(IDM_XFER_DELETE, {[&](HWND hdlg) {
-                              replaceText(hdlg, IDC_DEL_NAME, "a.txt");
-                              _chdir("other");
-                              pressKey(VK_RETURN);
-                              return true;
-                          },
-                          [&](HWND) {
-                              return text(IDC_DANDD_LOCALPATH) == m_dir.path("other") &&
-                                     (pressKey(VK_RETURN), true);
-                          }});
-    EXPECT_TRUE(m_dir.holds("a.txt"));
-    EXPECT_FALSE(m_dir.holds("other\\a.txt"));
-    EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), Strings{"b.txt"});
+    for (const Case& c : cases) {
+        _chdir(m_dir.path().c_str());
+        vXferDandDRefreshLocalFiles(m_hwnd);
+        auto leave = [&](HWND hdlg) {
+            _chdir("other");
+            pressKey(hdlg, VK_RETURN);
+            return true;
+        };
+        auto isFollowed = [&](HWND) {
+            EXPECT_EQ(requests(), Strings{});
+            return text(IDC_DANDD_LOCALPATH) == m_dir.path("other");
+        };
+        run(c.idCommand, accepting({choose(c.idName, "a.txt", c.idSide), leave, isFollowed}, 0));
+        EXPECT_EQ(requests(), split(c.pszTold, '|'));
+        EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), split(c.pszLeft));
+        EXPECT_TRUE(m_dir.holds("a.txt"));
+    }
     _chdir(m_dir.path().c_str());
 }
 
@@ -351,20 +409,17 @@ TEST_F(Dialog, TheCallerHasATransferConfirmed)
     open();
     for (const Confirmed& c : CONFIRMED) {
         SCOPED_TRACE(testing::Message() << c.pszLocal << " " << c.pszHost);
-        const std::string local = std::string(c.pszLocal) + std::string(1, '\0') +
-                                  std::string(299 - strlen(c.pszLocal), '#');
-        const std::string host = std::string(c.pszHost) + std::string(1, '\0') +
-                                 std::string(299 - strlen(c.pszHost), '#');
-        std::string names[] = {local, host};
+        // The buffers as the caller gives them, and their rests.
+        std::string names[] = {c.pszLocal, c.pszHost};
+        for (std::string& name : names) {
+            name += std::string(1, '\0') + std::string(299 - name.size(), '#');
+        }
+        const std::string before[] = {names[0], names[1]};
         int nResult = -1;
         auto start = [&](HWND hdlg) {
-            if (GetFocus() != GetDlgItem(hdlg, IDC_COPY_TARGET)) {
+            if (!hasCome(hdlg, IDC_COPY_TARGET)) {
                 return false;
             }
-            DWORD nFrom = 9, nTo = 9;
-            SendDlgItemMessageA(hdlg, IDC_COPY_TARGET, EM_GETSEL, WPARAM(&nFrom), LPARAM(&nTo));
-            EXPECT_EQ(nFrom, 0u);
-            EXPECT_EQ(nTo, strlen(c.fSend ? c.pszHost : c.pszLocal));
             EXPECT_TRUE(isChecked(hdlg, c.fSend ? IDC_COPY_SEND : IDC_COPY_RECEIVE));
             EXPECT_EQ(textOf(hdlg, IDC_COPY_SOURCE), c.fSend ? c.pszLocal : c.pszHost);
             EXPECT_EQ(textOf(hdlg, IDC_COPY_TARGET), c.fSend ? c.pszHost : c.pszLocal);
@@ -392,7 +447,7 @@ TEST_F(Dialog, TheCallerHasATransferConfirmed)
         EXPECT_EQ(s_helped, std::vector<DWORD>{815});
         EXPECT_EQ(nResult, c.dwError == 0);
         if (c.dwError != 0) {
-            EXPECT_TRUE(names[0] == local && names[1] == host);
+            EXPECT_TRUE(names[0] == before[0] && names[1] == before[1]);
             continue;
         }
         for (int n : {0, 1}) {
@@ -435,15 +490,12 @@ TEST_F(Dialog, TypedNamesAreTransferred)
             EXPECT_FALSE(isEnabled(hdlg, IDOK));
             replaceText(hdlg, IDC_COPY_TARGET, c.pszTarget);
             EXPECT_FALSE(isEnabled(hdlg, IDOK));
-            for (const char* psz : {"x", "", c.pszSource}) {
-                replaceText(hdlg, IDC_COPY_SOURCE, psz);
-                EXPECT_EQ(isEnabled(hdlg, IDOK), *psz != '\0');
-            }
+            typeWithOk(hdlg, IDC_COPY_SOURCE, {"x", "", c.pszSource});
             pressButton(hdlg, c.idSide);
             return true;
         };
-        auto hasSide = [&](HWND hdlg) { return isChecked(hdlg, c.idSide); };
-        run(IDM_XFER_TRANSFER, accepting({start, hasSide}, c.dwError));
+        run(IDM_XFER_TRANSFER,
+            accepting({start, whenChecked(c.idSide, IDC_COPY_TARGET)}, c.dwError));
         EXPECT_EQ(requests(), split(c.pszTold, '|'));
         EXPECT_EQ(recorded(), split(c.pszTraces, '|'));
     }
@@ -452,7 +504,7 @@ TEST_F(Dialog, TypedNamesAreTransferred)
     runModal(m_hwnd, [&] { EXPECT_EQ(fXferDandDConfirmTransfer(m_hwnd, 0, szLocal, szHost), 0); },
              {[&](HWND hdlg) {
                  EXPECT_TRUE(isChecked(hdlg, IDC_COPY_SEND));
-                 pressKey(VK_ESCAPE);
+                 pressKey(hdlg, VK_ESCAPE);
                  return true;
              }});
 }
@@ -494,12 +546,9 @@ TEST_F(Dialog, AFileIsRenamed)
         selectFiles(IDC_DANDD_LOCALFILES, {});
         selectFiles(c.idList, names);
         auto start = [&](HWND hdlg) {
-            if (GetFocus() != GetDlgItem(hdlg, IDC_RENAME_NEWNAME)) {
+            if (!hasCome(hdlg, IDC_RENAME_NEWNAME)) {
                 return false;
             }
-            DWORD nFrom = 9, nTo = 9;
-            SendMessageA(GetFocus(), EM_GETSEL, WPARAM(&nFrom), LPARAM(&nTo));
-            EXPECT_TRUE(nFrom == 0 && nTo == name.size());
             EXPECT_TRUE(isChecked(hdlg, fHost ? IDC_RENAME_HOST : IDC_RENAME_LOCAL));
             EXPECT_EQ(textOf(hdlg, IDC_RENAME_OLDNAME), name);
             EXPECT_EQ(textOf(hdlg, IDC_RENAME_NEWNAME), name);
@@ -508,23 +557,15 @@ TEST_F(Dialog, AFileIsRenamed)
                 replaceText(hdlg, IDC_RENAME_OLDNAME, c.pszOld);
                 EXPECT_EQ(isEnabled(hdlg, IDOK), name != "");
             }
-            for (const char* psz : {"", c.pszNew}) {
-                if (c.pszNew != nullptr) {
-                    replaceText(hdlg, IDC_RENAME_NEWNAME, psz);
-                    EXPECT_EQ(isEnabled(hdlg, IDOK), *psz != '\0');
-                }
+            if (c.pszNew != nullptr) {
+                typeWithOk(hdlg, IDC_RENAME_NEWNAME, {"", c.pszNew});
             }
-            SendMessageA(hdlg, WM_XFER_HELP, 0, 0);
-            pressButton(hdlg, IDC_RENAME_HELP);
-            pressButton(hdlg, c.idSide);
+            pressHelpAndSide(hdlg, IDC_RENAME_HELP, c.idSide);
             return true;
         };
-        auto hasSide = [&](HWND hdlg) {
-            SetFocus(GetDlgItem(hdlg, IDC_RENAME_NEWNAME));
-            return isChecked(hdlg, c.idSide);
-        };
         s_helped.clear();
-        run(IDM_XFER_RENAME, accepting({start, hasSide}, c.dwError));
+        run(IDM_XFER_RENAME,
+            accepting({start, whenChecked(c.idSide, IDC_RENAME_NEWNAME)}, c.dwError));
         EXPECT_EQ(s_helped, std::vector<DWORD>(2, 814));
         EXPECT_EQ(requests(), split(c.pszTold, '|'));
         EXPECT_EQ(recorded(), split(c.pszTraces, '|'));
@@ -541,23 +582,13 @@ TEST_F(Dialog, NamesFillTheirBuffers)
     for (size_t cch : {259u, 260u, 400u}) {
         const std::string one(cch, 'o'), two(cch, 't');
         const std::string oneCut = one.substr(0, 259), twoCut = two.substr(0, 259);
-        run(IDM_XFER_RENAME, accepting({[&](HWND hdlg) {
-                                           replaceText(hdlg, IDC_RENAME_OLDNAME, one);
-                                           replaceText(hdlg, IDC_RENAME_NEWNAME, two);
-                                           CheckRadioButton(hdlg, IDC_RENAME_LOCAL, IDC_RENAME_HOST,
-                                                            IDC_RENAME_HOST);
-                                           return true;
-                                       }},
+        run(IDM_XFER_RENAME, accepting({choose(IDC_RENAME_OLDNAME, one, IDC_RENAME_HOST),
+                                        choose(IDC_RENAME_NEWNAME, two, IDC_RENAME_HOST)},
                                        0));
         EXPECT_EQ(requests(), Strings{"rename " + oneCut + " " + twoCut});
         EXPECT_EQ(recorded(), Strings{"host file renamed: " + oneCut + " " + twoCut});
         for (const Kind& kind : {MAKE, REMOVE, CHANGE, VIEW, ERASE}) {
-            run(kind.idCommand, accepting({[&](HWND hdlg) {
-                                              replaceText(hdlg, kind.idName, one);
-                                              chooseSide(hdlg, ID_HOST);
-                                              return true;
-                                          }},
-                                          0));
+            run(kind.idCommand, accepting({choose(kind.idName, one, ID_HOST)}, 0));
             EXPECT_EQ(split(requests().at(0))[1], oneCut);
         }
         char szLocal[500] = "other", szHost[500];
@@ -590,7 +621,7 @@ TEST_F(Dialog, TheConfirmationSettingsAreTheCallers)
                 bool fDone = isChecked(hdlg, IDC_CONFIRM_LOCALDELETE) == ((dwFlags & 2) == 0);
                 if (fDone) {
                     SendMessageA(hdlg, WM_XFER_HELP, 0, 0);
-                    pressKey(vk);
+                    pressKey(hdlg, vk);
                 }
                 return fDone;
             };
@@ -695,7 +726,7 @@ TEST_F(Dialog, DialogsOpenInTheMiddleOfTheirWindow)
                     LONG cy = rcParent.bottom - rcParent.top - (rc.bottom - rc.top);
                     EXPECT_EQ(rc.left, rcParent.left + std::max(cx, 0L) / 2);
                     EXPECT_EQ(rc.top, rcParent.top + std::max(cy, 0L) / 2);
-                    pressKey(VK_ESCAPE);
+                    pressKey(hdlg, VK_ESCAPE);
                     return true;
                 }});
         }
@@ -772,16 +803,11 @@ TEST_P(DialogEnd, NothingIsTouchedAfterTheWindowHasGone)
             auto end = [&] { nXferDandDDestroy(m_hwnd); };
             s_inRecord = place == IN_RECORD ? std::function<void()>(end) : [] {};
             m_inRequest = place == IN_CALLBACK ? end : std::function<void()>();
-            std::vector<ModalStep> steps = {[&](HWND hdlg) {
-                replaceText(hdlg, c.idName, c.pszName);
-                chooseSide(hdlg, c.idSide);
-                if (place == IN_DIALOG) {
-                    end();
-                } else {
-                    pressKey(VK_RETURN);
-                }
-                return true;
-            }};
+            std::vector<ModalStep> steps = {choose(c.idName, c.pszName, c.idSide), [&](HWND hdlg) {
+                                                place == IN_DIALOG ? end()
+                                                                   : pressKey(hdlg, VK_RETURN);
+                                                return true;
+                                            }};
             if (place == IN_BOX) {
                 steps.push_back(
                     [&](HWND hwndBox) { return textOf(hwndBox) == "Korvalen" && (end(), true); });
@@ -831,13 +857,11 @@ TEST_F(Dialog, NothingIsLeftBehind)
                 if (vk == VK_RETURN && (c.idSide == ID_LOCAL || c.places.back() == IN_BOX)) {
                     continue;
                 }
-                run(c.idCommand, {[&](HWND hdlg) {
-                        replaceText(hdlg, c.idName, c.pszName);
-                        chooseSide(hdlg, c.idSide);
-                        ledger.failAt(nRound);
-                        pressKey(vk);
-                        return true;
-                    }});
+                run(c.idCommand, {choose(c.idName, c.pszName, c.idSide), [&](HWND hdlg) {
+                                      ledger.failAt(nRound);
+                                      pressKey(hdlg, vk);
+                                      return true;
+                                  }});
                 ledger.failAt(0);
             }
         }

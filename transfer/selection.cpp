@@ -303,7 +303,6 @@ void transferByName(const XferCommand* pCommand)
     TypedTransfer typed;
     XferFileList list;
     XferWindowRecord* pRecord = pCommand->pRecord;
-    fXferDandDShowsHere(pRecord);
     if (!askForTransfer(pRecord, &typed) ||
         !XferFileListCreateOne(&list, XFERLIST_LOCAL, typed.szLocal)) {
         return;

@@ -56,9 +56,11 @@ void runModal(HWND hwndMain, const std::function<void()>& call, std::vector<Moda
     EXPECT_LE(GetTickCount() - s_dwSince, WAIT_MS) << "a dialog stayed open";
 }
 
-void pressKey(WORD vk)
+void pressKey(HWND hdlg, WORD vk)
 {
-    PostMessageA(GetFocus(), WM_KEYDOWN, vk, 1);
+    // On a busy machine the display can still be about to hand the focus over.
+    HWND hwndFocus = GetFocus();
+    PostMessageA(IsChild(hdlg, hwndFocus) ? hwndFocus : hdlg, WM_KEYDOWN, vk, 1);
 }
 
 void pressButton(HWND hdlg, int id)

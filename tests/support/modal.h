@@ -19,7 +19,7 @@ using ModalStep = std::function<bool(HWND hdlg)>;
 void runModal(HWND hwndMain, const std::function<void()>& call, std::vector<ModalStep> steps);
 
 // What a key and a click bring to a dialog.
-void pressKey(WORD vk);
+void pressKey(HWND hdlg, WORD vk);
 void pressButton(HWND hdlg, int id);
 
 // Puts a text in the place of what an edit control holds, as the clipboard does.
