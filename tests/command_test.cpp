@@ -36,10 +36,22 @@ int WINAPI fakeMessageBox(HWND, LPCSTR pszText, LPCSTR pszCaption, UINT uStyle)
     return nAnswer;
 }
 
+// The dialogs that were asked for; nobody answers them.
+Strings s_dialogs;
+
+INT_PTR WINAPI fakeDialogBox(HINSTANCE, LPCSTR pszTemplate, HWND, DLGPROC, LPARAM)
+{
+    s_dialogs.push_back(pszTemplate);
+    return -1;
+}
+
 class Command : public PaneWindow {
 protected:
-    Command() : m_box(library(), "MessageBoxA", fakeMessageBox)
+    Command()
+        : m_box(library(), "MessageBoxA", fakeMessageBox),
+          m_dialog(library(), "DialogBoxParamA", fakeDialogBox)
     {
+        s_dialogs.clear();
         s_boxes.clear();
         s_answers = {IDYES};
         s_inBox = nullptr;
@@ -59,7 +71,7 @@ protected:
     }
 
 private:
-    ReplacedImport m_box;
+    ReplacedImport m_box, m_dialog;
 };
 
 TEST_F(Command, ASelectionExistsOnOneSideOnly)
@@ -368,13 +380,45 @@ TEST_F(Command, ASelectionGoesToTheCaller)
         EXPECT_EQ(rows(IDC_DANDD_HOSTFILES), (Strings{"x", "y", "z"}));
     }
     EXPECT_TRUE(s_boxes.empty());
-    // In command line mode a selection counts for nothing.
-    tell(IDC_DANDD_LOCALFILES, LB_SETSEL, TRUE, -1);
-    command(IDM_XFER_COMMANDLINE);
-    for (UINT id : {IDM_XFER_TRANSFER, IDM_XFER_DELETE, IDM_XFER_VIEW, IDM_XFER_DETAILS}) {
-        command(id);
+}
+
+// The dialog of a command: where nothing is selected, and where a selection counts.
+struct Asked {
+    UINT idCommand;
+    const char *pszAlone, *pszSelected;
+};
+const Asked ASKED[] = {
+    {IDM_XFER_TRANSFER, "DLGCOPY", ""},
+    {IDM_XFER_DELETE, "DLGDEL", ""},
+    {IDM_XFER_VIEW, "DLGVIEW", ""},
+    {IDM_XFER_DETAILS, "", ""},
+    {IDM_XFER_REMOVEDIR, "DLGDANDRMDIR", ""},
+    {IDM_XFER_MAKEDIR, "DLGMKDIR", "DLGMKDIR"},
+    {IDM_XFER_CHANGEDIR, "DLGCHDIR", "DLGCHDIR"},
+    {IDM_XFER_CONFIRM, "DLGCONFIRM", "DLGCONFIRM"},
+    {IDM_XFER_RENAME, "DLGRENAME", "DLGRENAME"},
+};
+
+// In command line mode a selection counts for nothing.
+TEST_F(Command, WithoutASelectionADialogAsks)
+{
+    openFilled();
+    for (DWORD nMode : {XFERVIEW_TWOPANE, XFERVIEW_COMMANDLINE}) {
+        command(nMode == XFERVIEW_TWOPANE ? IDM_XFER_TWOPANE : IDM_XFER_COMMANDLINE);
+        for (bool fSelected : {false, true}) {
+            for (const Asked& asked : ASKED) {
+                SCOPED_TRACE(testing::Message() << asked.idCommand << " " << nMode << fSelected);
+                selectFiles(IDC_DANDD_HOSTFILES, fSelected ? Strings{"x", "y"} : Strings{});
+                tell(IDC_DANDD_HOSTDIRS, LB_SETCURSEL, fSelected ? 0 : WPARAM(-1));
+                requests();
+                command(asked.idCommand);
+                bool fAlone = !fSelected || nMode == XFERVIEW_COMMANDLINE;
+                EXPECT_EQ(s_dialogs, split(fAlone ? asked.pszAlone : asked.pszSelected));
+                EXPECT_TRUE(!fAlone || requests().empty());
+                s_dialogs.clear();
+            }
+        }
     }
-    EXPECT_EQ(requests(), Strings{"mode 1"});
     EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), (Strings{"a", "b", "c"}));
     EXPECT_EQ(log(), Strings{});
 }

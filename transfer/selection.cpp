@@ -300,7 +300,6 @@ void transferByName(const XferCommand* pCommand)
     TypedTransfer typed;
     XferFileList list;
     XferWindowRecord* pRecord = pCommand->pRecord;
-    fXferDandDShowsHere(pRecord);
     if (!askForTransfer(pRecord, &typed) || !fXferDandDIsServed(pRecord, typed.direction) ||
         !XferFileListCreateOne(&list, XFERLIST_LOCAL, typed.szLocal)) {
         return;
