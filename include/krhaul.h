@@ -534,6 +534,48 @@ LRESULT CALLBACK lHDirListProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM l
 LRESULT CALLBACK lLDirListProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam);
 /**@}*/
 
+/** @name File dialogs
+ *  The commands of the window open them by themselves. */
+/**@{*/
+/** Shows the transfer dialog with both names and the direction given, so that the user can
+ *  change the target name, or cancel, before the protocol starts. A local name that can't be
+ *  sent or received onto is refused in the dialog; the host name isn't looked at, and nobody is
+ *  asked about overwriting a file. With two empty names the dialog opens blank, and the user
+ *  may choose the other direction, which the result doesn't tell.
+ *  @param fSend not 0 for a send.
+ *  @param pszLocalName,pszHostName buffers of at least #XFER_MAX_NAME + 1 characters. On
+ *         acceptance each is overwritten up to that size, with NULs behind the name; else they
+ *         stay as they were.
+ *  @return 1 if the user accepted; 0 if not, if a name is null, if the dialog can't be shown,
+ *          and if the window was destroyed meanwhile. */
+int KRHAULAPI fXferDandDConfirmTransfer(HWND hdlgDandD, DWORD fSend, char* pszLocalName,
+                                        char* pszHostName);
+
+/** Shows a file: with the quick viewer of the system if it is registered and knows text files,
+ *  else with the program KRVIEWER in the folder of the executable. The call doesn't wait for
+ *  the viewer. It gives no sign if there is no viewer. What is refused is said in the message
+ *  strip: a file name that is null or empty, has more than #XFER_MAX_NAME characters or holds a
+ *  double quote, and a control file that can't be written.
+ *  @param pszFile the file, as a full path or relative to the current directory.
+ *  @param pszHostName null for a plain local file. Else pszFile is a temporary copy of that
+ *         host file, which belongs to the viewer from now on: what the quick viewer shows is
+ *         deleted with the window (from version 4 of the platform on), KRVIEWER gets a control
+ *         file and deletes copy and control file itself.
+ *  @param pszText3,pszText4,pszText5 texts for KRVIEWER, not used without a host name; null
+ *         counts as empty. Lines of the control file: pszText4, pszText3, pszHostName, pszFile,
+ *         pszText5. No text may hold a line end. */
+void KRHAULAPI vXferDandDViewFile(HWND hdlgDandD, const char* pszFile, const char* pszHostName,
+                                  const char* pszText3, const char* pszText4, const char* pszText5);
+
+/** The procedures of the dialogs. Not meant to be called. */
+INT_PTR CALLBACK fDlgXferDandDTranProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam);
+INT_PTR CALLBACK fDlgXferDandDRenProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam);
+INT_PTR CALLBACK fDlgXferDandDDelProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam);
+INT_PTR CALLBACK fDlgXferDandDMkdirProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam);
+INT_PTR CALLBACK fDlgXferDandDRmdirProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam);
+INT_PTR CALLBACK fDlgXferDandDConfirmProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam);
+/**@}*/
+
 /** Puts the keyboard focus where the view mode wants it: the local filter line, with its
  *  text selected, or the command line. */
 void KRHAULAPI vXferDandDSetFocus(HWND hdlgDandD);

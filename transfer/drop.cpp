@@ -61,18 +61,20 @@ bool isServed(const XferWindowRecord* pRecord, XferDirection direction)
                                      : pRecord->callbacks.pfnReceiveFiles != nullptr;
 }
 
-void handOver(const XferWindowRecord* pRecord, XferDirection direction, XferFileList list,
-              const char* pszDir)
+} // namespace
+
+void vXferDandDHandOver(const XferWindowRecord* pRecord, XferDirection direction, XferFileList list,
+                        const char* pszHostDir)
 {
     const HostCallbacks* pCallbacks = &pRecord->callbacks;
-    if (direction == XFERDIR_SEND) {
-        pCallbacks->pfnSendFiles(pRecord->dwCallerData, 0, 0, list, 0, pszDir);
-    } else {
+    if (direction == XFERDIR_SEND && pCallbacks->pfnSendFiles != nullptr) {
+        pCallbacks->pfnSendFiles(pRecord->dwCallerData, 0, 0, list, 0, pszHostDir);
+    } else if (direction == XFERDIR_RECEIVE && pCallbacks->pfnReceiveFiles != nullptr) {
         pCallbacks->pfnReceiveFiles(pRecord->dwCallerData, 0, 0, list, 0);
+    } else {
+        XferFileList_vDestroy(list);
     }
 }
-
-} // namespace
 
 int fXferDandDListSelection(const XferWindowRecord* pRecord, int idSource, LONG nColumn,
                             int nAction, XferFileList* pList)
@@ -126,7 +128,7 @@ int fXferDandDTransferSelection(XferWindowRecord* pRecord, int idSource, XferDir
     if (!fXferDandDListSelection(pRecord, idSource, pRow->nColumn, pRow->nAction, pList)) {
         return 0;
     }
-    handOver(pRecord, direction, *pList, pszDir);
+    vXferDandDHandOver(pRecord, direction, *pList, pszDir);
     return 1;
 }
 

@@ -24,6 +24,7 @@ DWORD WINAPI drive(void*)
 {
     runSteps(transferSteps());
     runSteps(paneSteps());
+    runSteps(dialogSteps());
     runSteps(windowSteps());
     // The program ends with the window, whatever became of the last step.
     PostMessageA(sessionWindow(), WM_CLOSE, 0, 0);

@@ -238,12 +238,16 @@ bool isBoxOpen()
 
 bool waitForBox()
 {
-    return waitFor(hasBox, nullptr);
+    bool fBox = waitFor(hasBox, nullptr);
+    rest();
+    return fBox;
 }
 
 bool waitForNoBox()
 {
-    return waitFor(hasNoBox, nullptr);
+    bool fNoBox = waitFor(hasNoBox, nullptr);
+    rest();
+    return fNoBox;
 }
 
 DWORD sumOfStrip()
@@ -318,7 +322,7 @@ bool areEqual(const char* pszLocalName, const char* pszHostName)
     return fEqual;
 }
 
-void picture(const char* pszName)
+void pictureOf(HWND hwnd, const char* pszName)
 {
     char szFile[MAX_PATH];
     char szPath[MAX_PATH];
@@ -327,8 +331,13 @@ void picture(const char* pszName)
         return;
     }
     rest();
-    GetWindowRect(sessionWindow(), &rc);
+    GetWindowRect(hwnd, &rc);
     snprintf(szFile, sizeof szFile, "%s.bmp", pszName);
     joinPath(szPath, s_options.szPictures, szFile);
     takePicture(&rc, szPath);
+}
+
+void picture(const char* pszName)
+{
+    pictureOf(sessionWindow(), pszName);
 }

@@ -30,7 +30,8 @@ bool waitForText(int id, const char* pszText);
 bool waitForLog(const char* pszText);
 bool waitForCheckedItem(UINT idCommand);
 
-// A box or a dialog of the window, in front of it.
+// A box or a dialog of the window, in front of it. Keys that are held while the focus moves are
+// lost, so the windows come to rest.
 bool isBoxOpen();
 bool waitForBox();
 bool waitForNoBox();
@@ -50,7 +51,8 @@ bool waitForNoLocal(const char* pszName);
 bool waitForNoHost(const char* pszName);
 bool areEqual(const char* pszLocalName, const char* pszHostName);
 
-// Takes a picture of the window, if pictures were asked for.
+// Takes a picture of a window, or of the transfer window, if pictures were asked for.
+void pictureOf(HWND hwnd, const char* pszName);
 void picture(const char* pszName);
 
 #endif

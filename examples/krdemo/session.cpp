@@ -22,6 +22,7 @@ struct Session {
     bool fSending;
     char szTarget[MAX_PATH]; // folder that the running job moves files into
     const char* pszDetailName;
+    const char* pszPattern;
 };
 
 Session s_session = {};
@@ -165,17 +166,61 @@ void KRHAULAPI onReceiveFiles(DWORD, DWORD, DWORD, XferFileList list, DWORD)
 
 // ---- host commands
 
+void deleteOnHost(const char* pszName)
+{
+    if (s_session.pHost->pfnDelete(pszName)) {
+        nXferDandDRemoveHostFileName(s_session.hdlg, pszName);
+        say("Deleted %s on the host.", pszName);
+    } else {
+        say("%s can't be deleted on the host.", pszName);
+    }
+}
+
+void deleteMatch(const char* pszName, DWORD, bool fDirectory)
+{
+    if (!fDirectory && passesFilter(pszName, s_session.pszPattern)) {
+        deleteOnHost(pszName);
+    }
+}
+
 void KRHAULAPI onDeleteHostFiles(DWORD, DWORD, DWORD, XferFileList list, DWORD)
 {
     char szName[MAX_PATH];
     for (LONG n = 0; n < XferFileList_cGetSize(list); ++n) {
         XferFileList_lpszGetString(list, n, XFERLIST_HOST, szName, sizeof szName);
-        if (s_session.pHost->pfnDelete(szName)) {
-            nXferDandDRemoveHostFileName(s_session.hdlg, szName);
-            say("Deleted %s on the host.", szName);
+        if (strpbrk(szName, "*?") != nullptr) {
+            s_session.pszPattern = szName;
+            s_session.pHost->pfnList(deleteMatch);
         } else {
-            say("%s can't be deleted on the host.", szName);
+            deleteOnHost(szName);
         }
+    }
+    XferFileList_vDestroy(list);
+}
+
+// The copy belongs to the viewer, which takes it away.
+void viewHostFile(const char* pszName)
+{
+    char szFolder[MAX_PATH];
+    char szFile[MAX_PATH];
+    char szCopy[MAX_PATH];
+    GetTempPathA(MAX_PATH, szFolder);
+    if (!s_session.pHost->pfnFolder(pszName, szFile) ||
+        GetTempFileNameA(szFolder, "krv", 0, szCopy) == 0) {
+        say("%s can't be viewed.", pszName);
+    } else if (CopyFileA(szFile, szCopy, FALSE)) {
+        vXferDandDViewFile(s_session.hdlg, szCopy, pszName, "the host", "KRDEMO", "");
+    } else {
+        DeleteFileA(szCopy);
+        say("%s can't be viewed.", pszName);
+    }
+}
+
+void KRHAULAPI onViewHostFiles(DWORD, DWORD, DWORD, XferFileList list, DWORD)
+{
+    char szName[MAX_PATH];
+    for (LONG n = 0; n < XferFileList_cGetSize(list); ++n) {
+        viewHostFile(XferFileList_lpszGetString(list, n, XFERLIST_HOST, szName, sizeof szName));
     }
     XferFileList_vDestroy(list);
 }
@@ -346,7 +391,7 @@ HostCallbacks s_callbacks = {sizeof(HostCallbacks), onSendFiles,      onReceiveF
                              onDeleteHostFiles,     onRenameHostFile, onMakeHostDir,
                              onChangeHostDir,       onRemoveHostDir,  onConfirmFlags,
                              onHostCommand,         onHostFilter,     onViewModeChanged,
-                             onHostFileDetails,     nullptr};
+                             onHostFileDetails,     onViewHostFiles};
 
 } // namespace
 

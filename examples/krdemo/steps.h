@@ -15,6 +15,7 @@ struct StepTable {
 // Each begins and ends with both panes on the folders of the run.
 StepTable transferSteps();
 StepTable paneSteps();
+StepTable dialogSteps();
 StepTable windowSteps(); // closes the window at last
 
 #endif
