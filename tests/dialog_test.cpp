@@ -588,7 +588,8 @@ TEST_F(Dialog, NamesFillTheirBuffers)
         EXPECT_EQ(requests(), Strings{"rename " + oneCut + " " + twoCut});
         EXPECT_EQ(recorded(), Strings{"host file renamed: " + oneCut + " " + twoCut});
         for (const Kind& kind : {MAKE, REMOVE, CHANGE, VIEW, ERASE}) {
-            run(kind.idCommand, accepting({choose(kind.idName, one, ID_HOST)}, 0));
+            auto isCut = [&](HWND hdlg) { return textOf(hdlg, kind.idName) == oneCut; };
+            run(kind.idCommand, accepting({choose(kind.idName, one, ID_HOST), isCut}, 0));
             EXPECT_EQ(split(requests().at(0))[1], oneCut);
         }
         char szLocal[500] = "other", szHost[500];
