@@ -327,6 +327,13 @@ const Break BREAKS[] = {
      setText(L"&File", L" File"), 0},
     {"DLGXFER: mnemonic H of string 1505 stands twice", nullptr,
      setString(IDS_STAT_BUTTON2, L"&Hop"), IDS_STAT_BUTTON2},
+    // letters that the code page lacks
+    {"DLGVIEW: \"?ocation\" has letters that code page 1252 lacks", "DLGVIEW",
+     setText(L"Location", L"\x05D0ocation"), 0},
+    {"menu: \"Det&ail?\" has letters that code page 1252 lacks", "MENUDANDD",
+     setText(L"Det&ails", L"Det&ail\x05D0"), 0},
+    {"string 1500: \"?\" has letters that code page 1252 lacks", nullptr,
+     setString(IDS_STAT_LABEL, L"\x05D0"), IDS_STAT_LABEL},
     // looks
     {"DLGCOPY: \"Cancel\" doesn't fit its control", "DLGCOPY", setWord(IDCANCEL, BUTTON, CX_AT, 20),
      0},
@@ -488,6 +495,7 @@ TEST_F(LanguageModule, NoCutTemplateOrMenuPasses)
 {
     LangDialog dialog;
     std::vector<LangMenuItem> items;
+    std::vector<std::string> lost;
     HMODULE hModule = LoadLibraryA(MODULE_FILE);
     for (int i = 0; i < g_cLangTemplates; i++) {
         const char* name = g_langTemplates[i].name;
@@ -495,7 +503,7 @@ TEST_F(LanguageModule, NoCutTemplateOrMenuPasses)
                       [&] { return nLangReadDialog(hModule, name, &dialog); });
     }
     cutEverywhere(hModule, RT_MENU, "MENUDANDD",
-                  [&] { return nLangReadMenu(hModule, "MENUDANDD", &items); });
+                  [&] { return nLangReadMenu(hModule, "MENUDANDD", &items, &lost); });
     FreeLibrary(hModule);
 }
 
