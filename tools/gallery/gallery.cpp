@@ -1,6 +1,7 @@
 // gallery PICTURES FILES CODE...: a picture of each template of these language modules, in its
 // own size, goes into the first folder; the second one is what the transfer window shows. The
-// two windows are those that the library makes, the dialogs are the bare templates.
+// two windows are those that the library makes, the transfer window in both views; the dialogs
+// are the bare templates.
 #include "../../examples/krdemo/picture.h"
 #include "../../include/krhaul.h"
 
@@ -34,13 +35,17 @@ HWND makeStatusWindow(const char* pszCode)
     return hwnd;
 }
 
+HWND makeTransferWindow(const char* pszCode, DWORD nViewMode)
+{
+    return hdlgXferDandDLangCreate2(pszCode, TITLE, nullptr, nullptr, 0, nullptr, nViewMode);
+}
+
 HWND makeWindow(HMODULE hModule, const char* pszCode, const std::string& name)
 {
     if (name == "DLGXFER")
         return makeStatusWindow(pszCode);
     if (name == "DLGDANDD")
-        return hdlgXferDandDLangCreate2(pszCode, TITLE, nullptr, nullptr, 0, nullptr,
-                                        XFERVIEW_TWOPANE);
+        return makeTransferWindow(pszCode, XFERVIEW_TWOPANE);
     return CreateDialogParamA(hModule, name.c_str(), nullptr, bareProc, 0);
 }
 
@@ -63,12 +68,15 @@ bool takeWindow(HWND hwnd, const std::string& file)
 bool takeLanguage(const std::string& folder, const char* pszCode)
 {
     HMODULE hModule;
+    const std::string start = folder + "\\" + pszCode + "-";
     bool fAll = nXferAllocLoadLanguage(&hModule, pszCode) == XFER_OK;
     for (int i = 0; fAll && i < g_cLangTemplates; i++) {
         const std::string name = g_langTemplates[i].name;
         HWND hwnd = makeWindow(hModule, pszCode, name);
-        fAll = hwnd && takeWindow(hwnd, folder + "\\" + pszCode + "-" + name + ".bmp");
+        fAll = hwnd && takeWindow(hwnd, start + name + ".bmp");
     }
+    fAll = fAll && takeWindow(makeTransferWindow(pszCode, XFERVIEW_COMMANDLINE),
+                              start + "DLGDANDD-commands.bmp");
     if (!fAll)
         printf("%s: the pictures were not made\n", pszCode);
     FreeLibrary(hModule);
