@@ -284,10 +284,11 @@ TEST_F(Drag, BeginsTwoPixelsFromThePress)
         start();
         play([&] {
             movePointer(pt);
-            hold(MOUSE_LEFT);
-            movePointer(moved(pt, move.dx, move.dy));
+            takeHold();
             if (move.fDrags) {
-                waitForPasses();
+                hover(moved(pt, move.dx, move.dy));
+            } else {
+                movePointer(moved(pt, move.dx, move.dy));
             }
             letGo(MOUSE_LEFT);
         });
