@@ -277,7 +277,9 @@ bool deleteOnTheHost()
 {
     clickAt(rowPoint(IDC_DANDD_HOSTFILES, "notes.txt"));
     chooseMenu('F', 'D');
-    return waitFor(isGone, pathIn(s_options.szSecond, "notes.txt"));
+    bool fAsked = waitFor(isBoxOpen, nullptr);
+    pressKey(VK_RETURN);
+    return waitFor(isGone, pathIn(s_options.szSecond, "notes.txt")) && fAsked;
 }
 
 bool deleteHere()
