@@ -253,9 +253,9 @@ bool goBackUp()
 bool walkOnTheHost()
 {
     doubleClickAt(rowPoint(IDC_DANDD_HOSTDIRS, "docs"));
-    bool fInside = waitFor(isPathShown, "/docs");
+    bool fInside = waitFor(isPathShown, "/docs") && waitFor(isIdle, nullptr);
     doubleClickAt(rowPoint(IDC_DANDD_HOSTDIRS, ".."));
-    return waitFor(isPathShown, "/") && fInside;
+    return waitFor(isPathShown, "/") && waitFor(isIdle, nullptr) && fInside;
 }
 
 // A transfer by menu, stopped in its middle: nothing of it stays.
@@ -279,7 +279,8 @@ bool deleteOnTheHost()
     chooseMenu('F', 'D');
     bool fAsked = waitFor(isBoxOpen, nullptr);
     pressKey(VK_RETURN);
-    return waitFor(isGone, pathIn(s_options.szSecond, "notes.txt")) && fAsked;
+    return waitFor(isGone, pathIn(s_options.szSecond, "notes.txt")) && waitFor(isIdle, nullptr) &&
+           fAsked;
 }
 
 bool deleteHere()
