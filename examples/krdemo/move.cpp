@@ -80,7 +80,7 @@ Outcome because(Moving* pMoving, Outcome outcome, const char* pszWhy)
 Outcome systemFailure(Moving* pMoving)
 {
     systemWords(GetLastError(), pMoving->szWhy);
-    return OUTCOME_FAILED;
+    return isStopped(pMoving->pWorker) ? OUTCOME_STOPPED : OUTCOME_FAILED;
 }
 
 Outcome hostFailure(Moving* pMoving)
@@ -106,48 +106,6 @@ Outcome askToReplace(Moving* pMoving, bool fThere, const char* pszName, const ch
 
 // ---- receiving
 
-// A file that had the name steps aside until that has worked.
-bool takeLocalName(const Moving* pMoving)
-{
-    char szAside[MAX_PATH];
-    if (MoveFileA(pMoving->szUnfinished, pMoving->szLocal)) {
-        return true;
-    }
-    if (!pMoving->fReplace ||
-        GetTempFileNameA(pMoving->pMove->szLocalFolder, UNFINISHED_PREFIX, 0, szAside) == 0) {
-        return false;
-    }
-    DeleteFileA(szAside);
-    if (!MoveFileA(pMoving->szLocal, szAside)) {
-        return false;
-    }
-    if (!MoveFileA(pMoving->szUnfinished, pMoving->szLocal)) {
-        DWORD dwError = GetLastError();
-        MoveFileA(szAside, pMoving->szLocal);
-        SetLastError(dwError);
-        return false;
-    }
-    DeleteFileA(szAside);
-    return true;
-}
-
-// Others may delete it while it is open: a worker that has been left can hold it for long.
-Outcome makeUnfinished(Moving* pMoving)
-{
-    if (GetTempFileNameA(pMoving->pMove->szLocalFolder, UNFINISHED_PREFIX, 0,
-                         pMoving->szUnfinished) == 0) {
-        return systemFailure(pMoving);
-    }
-    pMoving->hLocal = CreateFileA(pMoving->szUnfinished, GENERIC_WRITE, FILE_SHARE_DELETE, nullptr,
-                                  CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (pMoving->hLocal == INVALID_HANDLE_VALUE) {
-        Outcome outcome = systemFailure(pMoving);
-        DeleteFileA(pMoving->szUnfinished);
-        return outcome;
-    }
-    return noteUnfinished(pMoving->pWorker, pMoving->szUnfinished) ? OUTCOME_DONE : OUTCOME_STOPPED;
-}
-
 Outcome countChunk(Moving* pMoving, DWORD cb)
 {
     pMoving->cbDone += cb;
@@ -159,17 +117,12 @@ Outcome receiveBytes(Moving* pMoving)
 {
     BYTE abChunk[CB_CHUNK];
     DWORD cbRead = 1;
-    DWORD cbWritten;
     Outcome outcome = OUTCOME_DONE;
     while (outcome == OUTCOME_DONE && cbRead > 0) {
         if (!pMoving->pHost->pfnRead(pMoving->pLink, abChunk, sizeof abChunk, &cbRead)) {
             return hostFailure(pMoving);
         }
-        if (!WriteFile(pMoving->hLocal, abChunk, cbRead, &cbWritten, nullptr)) {
-            return systemFailure(pMoving);
-        }
-        if (cbWritten != cbRead) {
-            SetLastError(ERROR_DISK_FULL);
+        if (!writeUnfinished(unfinishedOf(pMoving->pWorker), abChunk, cbRead)) {
             return systemFailure(pMoving);
         }
         outcome = countChunk(pMoving, cbRead);
@@ -206,26 +159,20 @@ Outcome receiveFile(Moving* pMoving)
         return because(pMoving, OUTCOME_FAILED, "A directory has this name.");
     }
     Outcome outcome = askToReplace(pMoving, fThere, pszName, "");
-    if (outcome == OUTCOME_DONE) {
-        outcome = makeUnfinished(pMoving);
-    }
     if (outcome != OUTCOME_DONE) {
         return outcome;
     }
-    outcome = receiveUnfinished(pMoving);
-    if (!CloseHandle(pMoving->hLocal) && outcome == OUTCOME_DONE) {
+    Unfinished* pUnfinished = unfinishedOf(pMoving->pWorker);
+    if (!openUnfinished(pUnfinished, pMoving->pMove->szLocalFolder)) {
+        outcome = systemFailure(pMoving);
+    } else {
+        outcome = receiveUnfinished(pMoving);
+    }
+    if (outcome == OUTCOME_DONE &&
+        !nameUnfinished(pUnfinished, pMoving->szLocal, pMoving->fReplace)) {
         outcome = systemFailure(pMoving);
     }
-    bool fOurs = noteUnfinished(pMoving->pWorker, nullptr);
-    if (outcome == OUTCOME_DONE && !fOurs) {
-        outcome = OUTCOME_STOPPED;
-    }
-    if (outcome == OUTCOME_DONE && !takeLocalName(pMoving)) {
-        outcome = systemFailure(pMoving);
-    }
-    if (outcome != OUTCOME_DONE) {
-        DeleteFileA(pMoving->szUnfinished);
-    }
+    giveUpUnfinished(pUnfinished);
     return outcome;
 }
 

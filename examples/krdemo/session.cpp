@@ -72,17 +72,22 @@ void showRow(const DirEntry* pEntry)
     }
 }
 
-// Inside a busy period, whose end gives the columns their width.
+// Inside a busy period, whose end gives the columns their width. Thousands of rows are not
+// painted one by one.
 void fillHostPanes()
 {
     setBusy(true);
+    SendMessageA(s_session.hdlg, WM_SETREDRAW, FALSE, 0);
     nXferDandDClearHostFileInfo(s_session.hdlg,
                                 XFERCLEAR_FILES | XFERCLEAR_SUBDIRS | XFERCLEAR_WORKDIR);
     vXferDandDPrintWorkingDir(s_session.hdlg, s_session.szPath, s_session.szPath);
     for (DWORD n = 0; n < s_session.cEntries; ++n) {
         showRow(&s_session.pEntries[n]);
     }
+    SendMessageA(s_session.hdlg, WM_SETREDRAW, TRUE, 0);
     setBusy(isTaskRunning());
+    RedrawWindow(s_session.hdlg, nullptr, nullptr,
+                 RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
 }
 
 DirEntry* findEntry(const char* pszName)

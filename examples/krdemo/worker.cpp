@@ -28,8 +28,7 @@ struct Worker {
     LONG nAnswer;
     bool fEnded; // the task in hand is only tidying up
     LONG cbDone, fProgressPosted;
-    CRITICAL_SECTION lock; // guards szUnfinished against fLeft
-    char szUnfinished[MAX_PATH];
+    Unfinished unfinished;
 };
 
 namespace {
@@ -53,7 +52,7 @@ void releaseWorker(Worker* pWorker)
         return;
     }
     pWorker->pHost->pfnFree(pWorker->pLink);
-    DeleteCriticalSection(&pWorker->lock);
+    freeUnfinished(&pWorker->unfinished);
     CloseHandle(pWorker->hWake);
     CloseHandle(pWorker->hAnswer);
     free(pWorker->pContext);
@@ -109,12 +108,9 @@ void leaveWorker()
         return;
     }
     s_place.pWorker = nullptr;
-    EnterCriticalSection(&pWorker->lock);
-    pWorker->fLeft = pWorker->fStop = TRUE;
-    if (pWorker->szUnfinished[0] != '\0') {
-        DeleteFileA(pWorker->szUnfinished);
-    }
-    LeaveCriticalSection(&pWorker->lock);
+    InterlockedExchange(&pWorker->fStop, TRUE);
+    InterlockedExchange(&pWorker->fLeft, TRUE);
+    forbidUnfinished(&pWorker->unfinished);
     SetEvent(pWorker->hWake);
     SetEvent(pWorker->hAnswer);
     CloseHandle(pWorker->hThread);
@@ -188,7 +184,7 @@ Worker* makeWorker()
     pWorker->hwndReports = s_place.hwndReports;
     pWorker->hWake = CreateEventA(nullptr, FALSE, FALSE, nullptr);
     pWorker->hAnswer = CreateEventA(nullptr, FALSE, FALSE, nullptr);
-    InitializeCriticalSection(&pWorker->lock);
+    initUnfinished(&pWorker->unfinished);
     pWorker->hThread = CreateThread(nullptr, 0, work, pWorker, 0, &idThread);
     if (pWorker->hThread == nullptr) {
         pWorker->cOwners = 1;
@@ -366,11 +362,7 @@ void stopFromWithin(Worker* pWorker)
     InterlockedExchange(&pWorker->fStop, TRUE);
 }
 
-bool noteUnfinished(Worker* pWorker, const char* pszFile)
+Unfinished* unfinishedOf(Worker* pWorker)
 {
-    EnterCriticalSection(&pWorker->lock);
-    bool fLeft = pWorker->fLeft != FALSE;
-    lstrcpynA(pWorker->szUnfinished, pszFile != nullptr ? pszFile : "", MAX_PATH);
-    LeaveCriticalSection(&pWorker->lock);
-    return !fLeft;
+    return &pWorker->unfinished;
 }

@@ -6,6 +6,7 @@
 #define KRDEMO_WORKER_H
 
 #include "host.h"
+#include "unfinished.h"
 
 struct Worker;
 
@@ -70,8 +71,7 @@ void endTask(Worker* pWorker);
 // As if the user had stopped the task.
 void stopFromWithin(Worker* pWorker);
 
-// The local file that is being received, for as long as it isn't whole; null for none. Gives
-// false if the worker has been left, which has deleted it.
-bool noteUnfinished(Worker* pWorker, const char* pszFile);
+// The local file that is being received. It goes when the worker is left.
+Unfinished* unfinishedOf(Worker* pWorker);
 
 #endif
