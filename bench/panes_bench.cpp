@@ -3,13 +3,13 @@
 #include "../include/krhaul.h"
 #include "../resources/ids.h"
 
+#include <math.h>
 #include <stdlib.h>
 #include <string.h>
 #include <string>
 #include <vector>
 
-namespace
-{
+namespace {
 
 const int SIZES[] = {1000, 10000, 100000};
 
@@ -60,8 +60,8 @@ std::vector<Name> enumerate()
     HANDLE hFind = FindFirstFileA("*.*", &find);
     do {
         if ((find.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN)) == 0) {
-            int cb = LCMapStringA(GetThreadLocale(), LCMAP_SORTKEY, find.cFileName, -1, key,
-                                  sizeof key);
+            int cb =
+                LCMapStringA(GetThreadLocale(), LCMAP_SORTKEY, find.cFileName, -1, key, sizeof key);
             names.push_back({find.cFileName, std::string(key, size_t(cb))});
         }
     } while (FindNextFileA(hFind, &find));
@@ -147,23 +147,108 @@ double insertionFloor(const std::vector<std::string>& names, int idList)
     return dTime;
 }
 
-void benchHost(const char* pszWhat, int cNames, int idList,
-               int(KRHAULAPI* pfnAdd)(HWND, const char*))
+// The same rows, appended in their order.
+double appendFloor(std::vector<std::string> names, int idList)
 {
-    char szWhat[64];
-    std::vector<std::string> names = shuffledNames(cNames);
-    double dFloor = insertionFloor(names, idList);
-    double dAdd = best(
+    HWND hwndList = GetDlgItem(s_hdlg, idList);
+    std::sort(names.begin(), names.end());
+    double dTime = best(
         [&] {
-            nXferDandDClearHostFileList(s_hdlg);
+            SendMessageA(hwndList, LB_RESETCONTENT, 0, 0);
             for (const std::string& name : names) {
-                pfnAdd(s_hdlg, name.c_str());
+                SendMessageA(hwndList, LB_INSERTSTRING, WPARAM(-1),
+                             reinterpret_cast<LPARAM>(name.c_str()));
             }
         },
         2);
+    SendMessageA(hwndList, LB_RESETCONTENT, 0, 0);
+    return dTime;
+}
+
+// One of the two host lists, and the calls that work on it.
+struct HostSide {
+    const char* pszWhat;
+    int idList;
+    int(KRHAULAPI* pfnAdd)(HWND, const char*);
+    int(KRHAULAPI* pfnRemove)(HWND, const char*);
+};
+const HostSide FILES = {"host files", IDC_DANDD_HOSTFILES, nXferDandDAddHostFileName,
+                        nXferDandDRemoveHostFileName};
+const HostSide DIRECTORIES = {"host directories", IDC_DANDD_HOSTDIRS, nXferDandDAddHostSubDir,
+                              nXferDandDRemoveHostSubDir};
+
+void addAll(const HostSide& side, const std::vector<std::string>& names)
+{
     nXferDandDClearHostFileList(s_hdlg);
-    sprintf(szWhat, "%d %s, random", cNames, pszWhat);
+    for (const std::string& name : names) {
+        side.pfnAdd(s_hdlg, name.c_str());
+    }
+}
+
+// Gives what the library takes beyond the list box's own insertions.
+double benchHost(const HostSide& side, int cNames)
+{
+    char szWhat[64];
+    std::vector<std::string> names = shuffledNames(cNames);
+    double dFloor = insertionFloor(names, side.idList);
+    double dAppend = appendFloor(names, side.idList);
+    double dAdd = best([&] { addAll(side, names); }, 2);
+    nXferDandDClearHostFileList(s_hdlg);
+    sprintf(szWhat, "%d %s, random", cNames, side.pszWhat);
     print(szWhat, dAdd * 1e3, "ms", dFloor * 1e3, "the list box's own insertions", dAdd / dFloor);
+    print(szWhat, dAdd * 1e3, "ms", dAppend * 1e3, "an append in order", dAdd / dAppend);
+    return dAdd - dFloor;
+}
+
+// How the library's own part grows, beside N log N.
+void benchGrowth(const HostSide& side, const std::vector<int>& sizes)
+{
+    char szWhat[64];
+    double dBefore = 0;
+    for (size_t n = 0; n < sizes.size(); ++n) {
+        double dOwn = benchHost(side, sizes[n]);
+        if (n > 0) {
+            double dGrowth = dOwn / dBefore;
+            double dExpected =
+                sizes[n] * log(double(sizes[n])) / (sizes[n - 1] * log(double(sizes[n - 1])));
+            sprintf(szWhat, "%s, %d to %d, own part", side.pszWhat, sizes[n - 1], sizes[n]);
+            print(szWhat, dGrowth, "times", dExpected, "N log N", dGrowth / dExpected);
+        }
+        dBefore = dOwn;
+    }
+}
+
+// In sight, in a busy state, where the list isn't drawn meanwhile, and out of it. The window is
+// shown with the lists empty, so that nothing else is drawn.
+void benchInSight(const HostSide& side, int cNames)
+{
+    char szWhat[64];
+    std::vector<std::string> names = shuffledNames(cNames);
+    double dAdd[2];
+    double dRemove[2];
+    ShowWindow(s_hdlg, SW_SHOW);
+    for (DWORD fBusy = 0; fBusy < 2; ++fBusy) {
+        vXferDandDSetBusyState(s_hdlg, fBusy);
+        pump();
+        double dStart = seconds();
+        addAll(side, names);
+        pump();
+        dAdd[fBusy] = seconds() - dStart;
+        dStart = seconds();
+        for (const std::string& name : names) {
+            side.pfnRemove(s_hdlg, name.c_str());
+        }
+        pump();
+        dRemove[fBusy] = seconds() - dStart;
+    }
+    vXferDandDSetBusyState(s_hdlg, 0);
+    nXferDandDClearHostFileList(s_hdlg);
+    ShowWindow(s_hdlg, SW_HIDE);
+    sprintf(szWhat, "%d %s in sight, added", cNames, side.pszWhat);
+    print(szWhat, dAdd[1] * 1e3, "ms", dAdd[0] * 1e3, "drawn each time", dAdd[1] / dAdd[0]);
+    sprintf(szWhat, "%d %s in sight, removed", cNames, side.pszWhat);
+    print(szWhat, dRemove[1] * 1e3, "ms", dRemove[0] * 1e3, "drawn each time",
+          dRemove[1] / dRemove[0]);
 }
 
 // ---- a large selection on its way to the callback
@@ -204,12 +289,10 @@ void benchPanes(const char* pszFolder)
             benchRefresh(pszFolder, cFiles);
         }
     }
-    for (int cNames : {1000, 10000, 50000}) {
-        benchHost("host files", cNames, IDC_DANDD_HOSTFILES, nXferDandDAddHostFileName);
-    }
-    for (int cNames : {1000, 10000}) {
-        benchHost("host directories", cNames, IDC_DANDD_HOSTDIRS, nXferDandDAddHostSubDir);
-    }
+    benchGrowth(FILES, {1000, 10000, 100000});
+    benchGrowth(DIRECTORIES, {1000, 10000});
+    benchInSight(FILES, 1000);
+    benchInSight(DIRECTORIES, 1000);
     benchSend();
     nXferDandDDestroy(s_hdlg);
 }

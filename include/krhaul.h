@@ -326,8 +326,8 @@ INT_PTR CALLBACK fDlgXferStatProc(HWND hdlgStat, UINT uMessage, WPARAM wParam, L
  *  (SetWindowLongA with GWL_WNDPROC): the command #XFERCMD_REFRESH; WM_COMMAND with IDABORT,
  *  which the stop command sends; and WM_CLOSE, which by itself closes nothing.
  *
- *  Calls with a window that isn't a transfer window of this library do nothing. Calls with
- *  an integer result then give 0, but for nXferDandDDialogBoxParam().
+ *  Calls with a window that isn't a transfer window of this library, 0 included, do nothing.
+ *  Calls with an integer result then give 0, but for nXferDandDDialogBoxParam().
  *  @{ */
 
 /** @name View modes */
@@ -360,8 +360,8 @@ INT_PTR CALLBACK fDlgXferStatProc(HWND hdlgStat, UINT uMessage, WPARAM wParam, L
  *  XferFileList_vDestroy(). Exported calls may be made from a callback, nXferDandDDestroy()
  *  included.
  *
- *  A null slot is asked for nothing: a list that was made for it is destroyed. Without
- *  pfnConfirmFlags the user is asked before each local delete and removal. */
+ *  A null slot is asked for nothing: what would lead to it does nothing and records nothing.
+ *  Without pfnConfirmFlags the user is asked before each local delete and removal. */
 typedef struct HostCallbacks {
     /** Size of this table in bytes, as the caller knows it. Slots beyond it count as null.
      *  The creation of a window overwrites it with the size that the library knows. */
@@ -406,13 +406,15 @@ typedef struct HostCallbacks {
                                       DWORD dw4);
 } HostCallbacks;
 
-/** Makes a transfer window in English: hdlgXferDandDLangCreate2() with the code "EN". */
+/** Makes a transfer window in English: hdlgXferDandDLangCreate2() with the code "EN", and what
+ *  stands there of null arguments. */
 HWND KRHAULAPI hdlgXferDandDCreate2(const char* pszTitle, HWND hwndParent, HGLOBAL* phRecord,
                                     DWORD dwCallerData, HostCallbacks* pCallbacks, DWORD nViewMode);
 
 /** Makes a transfer window.
- *  @param pszLanguage language code of its module, which the window owns.
- *  @param pszTitle the caption.
+ *  @param pszLanguage language code of its module, which the window owns. Null is that of no
+ *         module.
+ *  @param pszTitle the caption; null leaves it empty.
  *  @param hwndParent the caller's window, or 0. It owns the new window if it has a parent or
  *         owner itself; a top-level window doesn't. It and its parents are disabled while a
  *         modal dialog runs.
@@ -437,8 +439,8 @@ int KRHAULAPI nXferDandDDestroy(HWND hdlgDandD);
 
 /** Runs a modal dialog, from the window's language module and owned by the window, with the
  *  window's parent and all its parents disabled.
- *  @return the result of the dialog; -1 if it can't be made or the window isn't a transfer
- *         window. */
+ *  @return the result of the dialog; -1 if it can't be made, the template or the procedure is
+ *         null, or the window isn't a transfer window. */
 INT_PTR KRHAULAPI nXferDandDDialogBoxParam(HWND hdlgDandD, const char* pszTemplate,
                                            DLGPROC pfnDialog, LPARAM lParam);
 
@@ -490,8 +492,9 @@ int KRHAULAPI nXferDandDAddLocalFileName(HWND hdlgDandD, const char* pszName);
  *  They show only what the caller puts there, in the order of lstrcmpA, case and all. After
  *  each change of the host directory: nXferDandDClearHostFileList(), which also makes the
  *  ".." row, vXferDandDPrintWorkingDir(), then the directories and files in any order; all of
- *  it inside a busy period, whose end makes the columns as wide as the names. Names are cut
- *  to #XFER_MAX_NAME characters; null does nothing. They are texts to this library and never
+ *  it inside a busy period, whose end makes the columns as wide as the names, and in which the
+ *  lists are drawn only when the message loop runs. Names are cut to #XFER_MAX_NAME
+ *  characters; null does nothing, unless the call says otherwise. They are texts to this library and never
  *  reach a local file operation. Results are 0 always. */
 /**@{*/
 #define XFERCLEAR_FILES 1   /**< The host file list. */
@@ -505,7 +508,8 @@ int KRHAULAPI nXferDandDClearHostFileInfo(HWND hdlgDandD, DWORD dwFlags);
 /** Clears all of the host side. */
 int KRHAULAPI nXferDandDClearHostFileList(HWND hdlgDandD);
 
-/** Shows the working directory: its row in the directory list, and the host path line. */
+/** Shows the working directory: its row in the directory list, and the host path line. Null
+ *  texts count as empty. */
 void KRHAULAPI vXferDandDPrintWorkingDir(HWND hdlgDandD, const char* pszRow, const char* pszPath);
 
 /** Adds a subdirectory; one of the same name is replaced. */
@@ -530,11 +534,53 @@ LRESULT CALLBACK lHDirListProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM l
 LRESULT CALLBACK lLDirListProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam);
 /**@}*/
 
+/** @name File dialogs
+ *  The commands of the window open them by themselves. */
+/**@{*/
+/** Shows the transfer dialog with both names and the direction given, so that the user can
+ *  change the target name, or cancel, before the protocol starts. A local name that can't be
+ *  sent or received onto is refused in the dialog; the host name isn't looked at, and nobody is
+ *  asked about overwriting a file. With two empty names the dialog opens blank, and the user
+ *  may choose the other direction, which the result doesn't tell.
+ *  @param fSend not 0 for a send.
+ *  @param pszLocalName,pszHostName buffers of at least #XFER_MAX_NAME + 1 characters. On
+ *         acceptance each is overwritten up to that size, with NULs behind the name; else they
+ *         stay as they were.
+ *  @return 1 if the user accepted; 0 if not, if a name is null, if the dialog can't be shown,
+ *          and if the window was destroyed meanwhile. */
+int KRHAULAPI fXferDandDConfirmTransfer(HWND hdlgDandD, DWORD fSend, char* pszLocalName,
+                                        char* pszHostName);
+
+/** Shows a file: with the quick viewer of the system if it is registered and knows text files,
+ *  else with the program KRVIEWER in the folder of the executable. The call doesn't wait for
+ *  the viewer. It gives no sign if there is no viewer. What is refused is said in the message
+ *  strip: a file name that is null or empty, has more than #XFER_MAX_NAME characters or holds a
+ *  double quote, and a control file that can't be written.
+ *  @param pszFile the file, as a full path or relative to the current directory.
+ *  @param pszHostName null for a plain local file. Else pszFile is a temporary copy of that
+ *         host file, which belongs to the viewer from now on: what the quick viewer shows is
+ *         deleted with the window (from version 4 of the platform on), KRVIEWER gets a control
+ *         file and deletes copy and control file itself.
+ *  @param pszText3,pszText4,pszText5 texts for KRVIEWER, not used without a host name; null
+ *         counts as empty. Lines of the control file: pszText4, pszText3, pszHostName, pszFile,
+ *         pszText5. No text may hold a line end. */
+void KRHAULAPI vXferDandDViewFile(HWND hdlgDandD, const char* pszFile, const char* pszHostName,
+                                  const char* pszText3, const char* pszText4, const char* pszText5);
+
+/** The procedures of the dialogs. Not meant to be called. */
+INT_PTR CALLBACK fDlgXferDandDTranProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam);
+INT_PTR CALLBACK fDlgXferDandDRenProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam);
+INT_PTR CALLBACK fDlgXferDandDDelProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam);
+INT_PTR CALLBACK fDlgXferDandDMkdirProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam);
+INT_PTR CALLBACK fDlgXferDandDRmdirProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam);
+INT_PTR CALLBACK fDlgXferDandDConfirmProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam);
+/**@}*/
+
 /** Puts the keyboard focus where the view mode wants it: the local filter line, with its
  *  text selected, or the command line. */
 void KRHAULAPI vXferDandDSetFocus(HWND hdlgDandD);
 
-/** Sets the caption of the window. */
+/** Sets the caption of the window. Null leaves it empty. */
 void KRHAULAPI vXferDandDSetTitle(HWND hdlgDandD, const char* pszTitle);
 /** @} */
 

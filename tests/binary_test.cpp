@@ -23,6 +23,12 @@ const std::map<std::string, unsigned> EXPORTS = {
     {"fXferValidHCS", 13},
     {"vXferStatDummy", 14},
     {"nXferDandDDestroy", 21},
+    {"fDlgXferDandDTranProc", 22},
+    {"fDlgXferDandDRenProc", 23},
+    {"fDlgXferDandDDelProc", 24},
+    {"fDlgXferDandDMkdirProc", 25},
+    {"fDlgXferDandDRmdirProc", 26},
+    {"fDlgXferDandDConfirmProc", 27},
     {"nXferDandDAddHostFileName", 28},
     {"nXferDandDClearHostFileList", 29},
     {"vXferDandDInfoLine", 30},
@@ -37,6 +43,7 @@ const std::map<std::string, unsigned> EXPORTS = {
     {"lLDirListProc", 42},
     {"vXferDandDDisplayDILText", 43},
     {"vXferDandDUpdateThermometer", 44},
+    {"fXferDandDConfirmTransfer", 45},
     {"nXferDandDAddLocalFileName", 46},
     {"nXferDandDRemoveHostFileName", 47},
     {"nXferDandDRemoveHostSubDir", 48},
@@ -50,6 +57,7 @@ const std::map<std::string, unsigned> EXPORTS = {
     {"vXferDandDSetFileTypeSelection", 61},
     {"nXferDandDGetFileTypeSelection", 62},
     {"vXferDandDSetBusyState", 63},
+    {"vXferDandDViewFile", 64},
     {"vXferDandDSetThermometer", 65},
     {"nXferDandDDialogBoxParam", 66},
     {"XferFileList_fCreate", 70},
@@ -69,6 +77,7 @@ using Table = std::map<std::string, std::string>;
 
 // What the library may ask of the system: the calls that its work is made of.
 const Table PLATFORM = {
+    {"ADVAPI32.DLL", "RegCloseKey RegEnumKeyA RegOpenKeyExA RegQueryValueExA"},
     {"COMDLG32.DLL", "GetSaveFileNameA"},
     {"GDI32.DLL",
      "BitBlt CreateBitmap CreateCompatibleDC CreateDIBitmap CreateDiscardableBitmap "
@@ -77,30 +86,35 @@ const Table PLATFORM = {
      "GetTextMetricsA LineTo MoveToEx PatBlt RectVisible SelectObject SetBkColor SetBkMode "
      "SetTextColor SetWindowOrgEx StretchDIBits"},
     {"KERNEL32.DLL",
-     "FileTimeToSystemTime FindClose FindFirstFileA FindNextFileA FindResourceA "
-     "FormatMessageA FreeLibrary FreeResource GetDriveTypeA GetLastError GetLogicalDrives "
-     "GetThreadLocale GetTickCount GetUserDefaultLangID GetVersion GetVolumeInformationA "
-     "GlobalAlloc GlobalFree GlobalHandle GlobalLock GlobalReAlloc GlobalSize GlobalUnlock "
-     "LCMapStringA LoadLibraryA LoadResource LocalFree LockResource SizeofResource "
-     "lstrcmpA lstrcmpiA lstrcpynA lstrlenA"},
-    {"MSVCRT.DLL",
-     "_chdir _chdrive _close _fstat _fullpath _getcwd _getdrive _open _rmdir _strlwr "
-     "_unlink fclose fopen fputs free malloc memcmp memcpy memmove memset qsort "
-     "realloc remove strcat strchr strcmp strcpy strlen strncat strncmp strncpy strpbrk "
-     "strrchr strstr"},
-    {"USER32.DLL",
-     "BeginPaint CallWindowProcA CharUpperBuffA CheckMenuItem CloseWindow "
-     "CreateDialogParamA DefDlgProcA DefWindowProcA DestroyCursor DestroyWindow "
-     "DialogBoxParamA DrawFocusRect DrawIcon DrawTextA EnableMenuItem EnableWindow "
-     "EndPaint FillRect GetAsyncKeyState GetCapture GetClassInfoA GetClientRect "
-     "GetCursorPos GetDC GetDlgItem GetDlgItemTextA GetFocus GetMenu GetParent GetSubMenu "
-     "GetSysColor GetSystemMetrics GetWindowLongA GetWindowRect GetWindowTextA InflateRect "
-     "InvalidateRect IsCharAlphaA IsIconic IsWindow IsWindowEnabled IsWindowVisible "
-     "KillTimer LoadCursorA LoadIconA LoadStringA MessageBoxA MoveWindow PostMessageA "
-     "RedrawWindow RegisterClassA ReleaseCapture ReleaseDC ScreenToClient "
-     "SendDlgItemMessageA SendMessageA SetCapture SetCursor SetDlgItemInt SetDlgItemTextA "
-     "SetFocus SetRect SetTimer SetWindowLongA SetWindowPos SetWindowTextA ShowWindow "
-     "UpdateWindow WinHelpA WindowFromPoint wsprintfA"},
+     "CreateDirectoryA DeleteFileA FileTimeToSystemTime FindClose FindFirstFileA "
+     "FindNextFileA FindResourceA FormatMessageA FreeLibrary FreeResource "
+     "GetDriveTypeA GetFileAttributesA GetLastError GetLogicalDrives "
+     "GetModuleFileNameA GetTempFileNameA GetTempPathA GetThreadLocale GetTickCount "
+     "GetUserDefaultLangID GetVersion GetVolumeInformationA GlobalAlloc GlobalFree "
+     "GlobalHandle GlobalLock GlobalReAlloc GlobalSize GlobalUnlock LCMapStringA "
+     "LoadLibraryA LoadResource LocalFree LockResource MoveFileA RemoveDirectoryA "
+     "SetCurrentDirectoryA SizeofResource WinExec lstrcmpA lstrcmpiA lstrcpynA "
+     "lstrlenA"},
+    {"MSVCRT.DLL", "_chdir _chdrive _close _fstat _fullpath _getcwd _getdrive _open _rmdir "
+                   "_splitpath _stricmp _strlwr _unlink fclose fopen fputc fputs free malloc "
+                   "memcmp memcpy memmove memset qsort realloc remove strcat strchr strcmp strcpy "
+                   "strlen strncat strncmp strncpy strpbrk strrchr strspn strstr"},
+    {"USER32.DLL", "BeginPaint CallWindowProcA CharUpperBuffA CheckDlgButton CheckMenuItem "
+                   "CheckRadioButton CloseWindow CreateDialogParamA DefDlgProcA DefWindowProcA "
+                   "DestroyCursor DestroyWindow DialogBoxParamA DrawFocusRect DrawIcon DrawTextA "
+                   "EnableMenuItem EnableWindow EndDialog EndPaint FillRect GetAsyncKeyState "
+                   "GetCapture GetClassInfoA GetClientRect GetCursorPos GetDC GetDlgItem "
+                   "GetDlgItemTextA GetFocus GetMenu GetParent GetSubMenu GetSysColor "
+                   "GetSystemMetrics GetWindowLongA GetWindowRect GetWindowTextA "
+                   "GetWindowTextLengthA InflateRect InvalidateRect IsCharAlphaA "
+                   "IsDlgButtonChecked IsIconic IsWindow IsWindowEnabled IsWindowVisible "
+                   "KillTimer LoadCursorA LoadIconA LoadStringA MessageBoxA MoveWindow "
+                   "PostMessageA RedrawWindow RegisterClassA ReleaseCapture ReleaseDC "
+                   "ScreenToClient SendDlgItemMessageA SendMessageA SetCapture SetCursor "
+                   "SetDlgItemInt SetDlgItemTextA SetFocus SetRect SetTimer SetWindowLongA "
+                   "SetWindowPos SetWindowTextA ShowWindow UnregisterClassA UpdateWindow WinHelpA "
+                   "WindowFromPoint "
+                   "wsprintfA"},
 };
 
 // What the compiler's start-up code can't do without.

@@ -4,6 +4,7 @@
 #include "../transfer/record.h"
 #include "support/imports.h"
 #include "support/input.h"
+#include "support/ledger.h"
 #include "support/pane_window.h"
 
 #include <atomic>
@@ -544,6 +545,27 @@ TEST_F(Drag, WhatAFailedDropSaysOutlivesTheListsNotification)
     RemoveDirectoryA("child");
     drag({pointOf(IDC_DANDD_HOSTFILES, "x"), pointOf(IDC_DANDD_LOCALDIRS, "child")});
     EXPECT_EQ(stripText(), stringOf(GetModuleHandleA("XFREN.DLL"), IDS_DROP_FAILED));
+}
+
+TEST_F(Drag, AWindowThatWasUsedLeavesNothingBehind)
+{
+    close();
+    Ledger ledger;
+    open();
+    feedHost({"x", "y", "z"});
+    SetForegroundWindow(m_hwnd);
+    pumpMessages();
+    const size_t cBefore = ledger.count();
+    drag({pointOf(IDC_DANDD_LOCALFILES, "a"), emptyPart(IDC_DANDD_HOSTFILES)});
+    drag({pointOf(IDC_DANDD_LOCALFILES, "b"), pointOf(IDC_DANDD_HOSTDIRS, "two")});
+    drag({pointOf(IDC_DANDD_HOSTFILES, "x"), pointOf(IDC_DANDD_LOCALDIRS, "child")});
+    type(IDC_DANDD_LOCALFILTER, m_dir.path("*.*"));
+    enter(IDC_DANDD_LOCALFILTER);
+    pumpMessages();
+    EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), (Strings{"a", "b", "c"}));
+    EXPECT_EQ(ledger.count(), cBefore) << ledger.owed();
+    close();
+    EXPECT_EQ(ledger.owed(), "");
 }
 
 TEST_F(Drag, ACallbackMayEndTheWindow)

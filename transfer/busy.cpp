@@ -178,6 +178,15 @@ void focusCommandLine(HWND hdlgDandD, const XferWindowRecord* pRecord)
     }
 }
 
+void endListChanges(XferWindowRecord* pRecord)
+{
+    if (pRecord->fListsChanged) {
+        vXferDandDSetColumnWidth(pRecord, IDC_DANDD_LOCALFILES);
+        vXferDandDSetColumnWidth(pRecord, IDC_DANDD_HOSTFILES);
+    }
+    vXferDandDShowLists(pRecord);
+}
+
 // Of the file types and of the modes one button starts checked.
 void checkButtons(XferToolButton* pButtons, UINT idType, UINT idMode)
 {
@@ -247,9 +256,8 @@ void KRHAULAPI vXferDandDSetBusyState(HWND hdlgDandD, DWORD fBusy)
     }
     if (fBusy != 0) {
         pRecord->fFocusCommandLine = 1;
-    } else if (pRecord->fListsChanged) {
-        vXferDandDSetColumnWidth(pRecord, IDC_DANDD_LOCALFILES);
-        vXferDandDSetColumnWidth(pRecord, IDC_DANDD_HOSTFILES);
+    } else {
+        endListChanges(pRecord);
     }
     pRecord->fListsChanged = 0;
     pRecord->fBusy = LONG(fBusy);

@@ -1,6 +1,7 @@
 // The commands of the transfer window: menu items, buttons, and notifications of its controls.
 #include "commands.h"
 #include "dialog.h"
+#include "../dialogs/dialogs.h"
 #include "../resources/ids.h"
 #include "../shared/help.h"
 #include "../shared/krutils.h"
@@ -154,6 +155,24 @@ void driveList(const XferCommand* pCommand)
     }
 }
 
+// What a dialog has to do, it has done when it closes.
+void makeDir(const XferCommand* pCommand)
+{
+    fXferDandDShowsHere(pCommand->pRecord);
+    fXferDandDRunDialog(pCommand->pRecord, XFERDLG_MAKEDIR);
+}
+
+void changeDir(const XferCommand* pCommand)
+{
+    fXferDandDShowsHere(pCommand->pRecord);
+    fXferDandDRunDialog(pCommand->pRecord, XFERDLG_CHANGEDIR);
+}
+
+void confirmSettings(const XferCommand* pCommand)
+{
+    fXferDandDRunDialog(pCommand->pRecord, XFERDLG_CONFIRM);
+}
+
 // The caller listens for it.
 void stop(const XferCommand* pCommand)
 {
@@ -178,8 +197,11 @@ constexpr CommandRow COMMANDS[] = {
     {IDC_DANDD_HOSTFILTER, hostFilterLine},
     {IDC_DANDD_LOCALDRIVES, driveList},
     {IDM_XFER_DELETE, vXferDandDDelete},
+    {IDM_XFER_MAKEDIR, makeDir},
+    {IDM_XFER_RENAME, vXferDandDRename},
     {IDC_DANDD_LOCALFILES, localFileList},
     {IDC_DANDD_LOCALDIRS, dirList},
+    {IDM_XFER_CONFIRM, confirmSettings},
     {IDM_XFER_TYPEAUTO, typeAutomatic},
     {IDM_XFER_TYPETEXT, typeText},
     {IDM_XFER_TYPEBINARY, typeBinary},
@@ -187,6 +209,7 @@ constexpr CommandRow COMMANDS[] = {
     {IDM_XFER_TWOPANE, twoPaneMode},
     {IDM_XFER_VIEW, vXferDandDView},
     {IDM_XFER_DETAILS, vXferDandDDetails},
+    {IDM_XFER_CHANGEDIR, changeDir},
     {IDM_XFER_COPY, copyLog},
     {IDM_XFER_SAVESELECTION, vXferDandDSaveLog},
     {IDM_XFER_SELECTALL, selectLog},

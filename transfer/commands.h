@@ -19,6 +19,7 @@ struct XferCommand {
 void vXferDandDRemoveDirs(const XferCommand* pCommand);
 void vXferDandDTransfer(const XferCommand* pCommand);
 void vXferDandDDelete(const XferCommand* pCommand);
+void vXferDandDRename(const XferCommand* pCommand);
 void vXferDandDView(const XferCommand* pCommand);
 void vXferDandDDetails(const XferCommand* pCommand);
 void vXferDandDSumSelection(const XferCommand* pCommand);

@@ -5,6 +5,9 @@
 
 #include "record.h"
 
+// The window posts it to itself: lists that are held back are to be drawn again.
+constexpr UINT WM_XFER_SHOWLISTS = 0x0519;
+
 // dialog.cpp
 INT_PTR CALLBACK fDlgXferDandDProc(HWND hdlgDandD, UINT uMessage, WPARAM wParam, LPARAM lParam);
 

@@ -54,20 +54,24 @@ bool enterForReceive(XferWindowRecord* pRecord, const char* pszDir)
     return fXferDandDRecordAction(pRecord, KRACTION_LOCALDIR_CHANGED, pszDir);
 }
 
-void handOver(const XferWindowRecord* pRecord, XferDirection direction, XferFileList list,
-              const char* pszDir)
+} // namespace
+
+bool fXferDandDIsServed(const XferWindowRecord* pRecord, XferDirection direction)
 {
-    const HostCallbacks* pCallbacks = &pRecord->callbacks;
-    if (direction == XFERDIR_SEND && pCallbacks->pfnSendFiles != nullptr) {
-        pCallbacks->pfnSendFiles(pRecord->dwCallerData, 0, 0, list, 0, pszDir);
-    } else if (direction == XFERDIR_RECEIVE && pCallbacks->pfnReceiveFiles != nullptr) {
-        pCallbacks->pfnReceiveFiles(pRecord->dwCallerData, 0, 0, list, 0);
-    } else {
-        XferFileList_vDestroy(list);
-    }
+    return direction == XFERDIR_SEND ? pRecord->callbacks.pfnSendFiles != nullptr
+                                     : pRecord->callbacks.pfnReceiveFiles != nullptr;
 }
 
-} // namespace
+void vXferDandDHandOver(const XferWindowRecord* pRecord, XferDirection direction, XferFileList list,
+                        const char* pszHostDir)
+{
+    const HostCallbacks* pCallbacks = &pRecord->callbacks;
+    if (direction == XFERDIR_SEND) {
+        pCallbacks->pfnSendFiles(pRecord->dwCallerData, 0, 0, list, 0, pszHostDir);
+    } else {
+        pCallbacks->pfnReceiveFiles(pRecord->dwCallerData, 0, 0, list, 0);
+    }
+}
 
 int fXferDandDListSelection(const XferWindowRecord* pRecord, int idSource, LONG nColumn,
                             int nAction, XferFileList* pList)
@@ -101,6 +105,10 @@ int fXferDandDTransferSelection(XferWindowRecord* pRecord, int idSource, XferDir
                                 XferFileList* pList, const char* pszDir)
 {
     const DirectionRow* pRow = &DIRECTIONS[direction];
+    *pList = nullptr;
+    if (!fXferDandDIsServed(pRecord, direction)) {
+        return 0;
+    }
     if (pszDir != nullptr && direction == XFERDIR_RECEIVE && !enterForReceive(pRecord, pszDir)) {
         return 0;
     }
@@ -108,7 +116,6 @@ int fXferDandDTransferSelection(XferWindowRecord* pRecord, int idSource, XferDir
         !fXferDandDRecordAction(pRecord, KRACTION_HOSTDIR_CHANGED, pszDir)) {
         return 0;
     }
-    *pList = nullptr;
     if (direction == XFERDIR_SEND && !fXferDandDShowsFilesHere(pRecord)) {
         return 0;
     }
@@ -118,7 +125,7 @@ int fXferDandDTransferSelection(XferWindowRecord* pRecord, int idSource, XferDir
     if (!fXferDandDListSelection(pRecord, idSource, pRow->nColumn, pRow->nAction, pList)) {
         return 0;
     }
-    handOver(pRecord, direction, *pList, pszDir);
+    vXferDandDHandOver(pRecord, direction, *pList, pszDir);
     return 1;
 }
 

@@ -120,7 +120,9 @@ int KRHAULAPI nXferDandDRemoveHostFileName(HWND hdlgDandD, const char* pszName)
 
 int KRHAULAPI nXferDandDAddHostSubDir(HWND hdlgDandD, const char* pszName)
 {
-    if (pXferDandDRecord(hdlgDandD) != nullptr && pszName != nullptr) {
+    XferWindowRecord* pRecord = pXferDandDRecord(hdlgDandD);
+    if (pRecord != nullptr && pszName != nullptr) {
+        fXferDandDHoldList(pRecord, IDC_DANDD_HOSTDIRS);
         fXferDandDRemoveSubDir(hdlgDandD, IDC_DANDD_HOSTDIRS, pszName);
         fXferDandDAddListItem(hdlgDandD, IDC_DANDD_HOSTDIRS, pszName, XFERICON_CLOSEDFOLDER,
                               SUBDIR_INDENT, XFERITEM_CHILD, 0);
@@ -130,7 +132,9 @@ int KRHAULAPI nXferDandDAddHostSubDir(HWND hdlgDandD, const char* pszName)
 
 int KRHAULAPI nXferDandDRemoveHostSubDir(HWND hdlgDandD, const char* pszName)
 {
-    if (pXferDandDRecord(hdlgDandD) != nullptr && pszName != nullptr) {
+    XferWindowRecord* pRecord = pXferDandDRecord(hdlgDandD);
+    if (pRecord != nullptr && pszName != nullptr) {
+        fXferDandDHoldList(pRecord, IDC_DANDD_HOSTDIRS);
         fXferDandDRemoveSubDir(hdlgDandD, IDC_DANDD_HOSTDIRS, pszName);
     }
     return 0;

@@ -60,6 +60,7 @@ struct XferWindowRecord {
     LONG fFocusCommandLine;     // the end of the busy state gives it the focus
     XferFileList viewTempFiles; // owned; 0 on versions below 4
     LONG fForeignFiles;         // the local file list shows files of another directory
+    DWORD fsHeldLists;          // host lists that aren't drawn for the moment
 };
 
 static_assert(sizeof(HostCallbacks) == 56, "the table of callbacks is 14 words");

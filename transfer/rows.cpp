@@ -240,6 +240,7 @@ void vXferDandDInsertFileName(XferWindowRecord* pRecord, int idControl, const ch
     cutToRow(szName, pszName);
     if (!fXferDandDFindName(hwndList, szName, &nRow)) {
         pRecord->fListsChanged = 1;
+        fXferDandDHoldList(pRecord, idControl);
         tell(hwndList, LB_INSERTSTRING, nRow, szName);
     }
 }
@@ -252,11 +253,14 @@ void vXferDandDRemoveFileName(XferWindowRecord* pRecord, int idControl, const ch
     cutToRow(szName, pszName);
     if (fXferDandDFindName(hwndList, szName, &nRow)) {
         pRecord->fListsChanged = 1;
+        bool fHeld = fXferDandDHoldList(pRecord, idControl);
         tell(hwndList, WM_SETREDRAW, FALSE);
         tell(hwndList, LB_SETCARETINDEX, nRow);
         tell(hwndList, LB_DELETESTRING, nRow);
-        tell(hwndList, WM_SETREDRAW, TRUE);
-        InvalidateRect(hwndList, nullptr, FALSE);
+        if (!fHeld) {
+            tell(hwndList, WM_SETREDRAW, TRUE);
+            InvalidateRect(hwndList, nullptr, FALSE);
+        }
     }
 }
 

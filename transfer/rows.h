@@ -50,6 +50,11 @@ void vXferDandDAppendChild(HWND hdlgDandD, int idControl, const char* pszText, D
 // Removes the first child row of that name, with its record. Gives 1, or 0 if there is none.
 int fXferDandDRemoveSubDir(HWND hdlgDandD, int idControl, const char* pszName);
 
+// hold.cpp: for a change of a list. In a busy state a host list isn't drawn from the first
+// change on, until the message loop runs or the busy state ends. Gives whether that is so.
+bool fXferDandDHoldList(XferWindowRecord* pRecord, int idControl);
+void vXferDandDShowLists(XferWindowRecord* pRecord);
+
 // Inserts a name into a file list unless it is there. Removes one if it is there.
 void vXferDandDInsertFileName(XferWindowRecord* pRecord, int idControl, const char* pszName);
 void vXferDandDRemoveFileName(XferWindowRecord* pRecord, int idControl, const char* pszName);

@@ -1,7 +1,10 @@
 // The commands that act on selected rows. A selection counts in two-pane mode only; without
 // one, a command asks for the names in its dialog.
 #include "commands.h"
+#include "../dialogs/confirm.h"
+#include "../dialogs/dialogs.h"
 #include "../resources/ids.h"
+#include "../shared/filelist.h"
 #include "../shared/krutils.h"
 
 #include <direct.h>
@@ -10,8 +13,6 @@
 
 namespace {
 
-constexpr DWORD CONFIRM_LOCALDELETE = 2;
-constexpr DWORD CONFIRM_LOCALRMDIR = 4;
 constexpr int CCH_QUESTION = 80;
 constexpr DWORD FROM_LIST = 1;
 
@@ -43,15 +44,6 @@ RowState selectedDir(const XferCommand* pCommand, int idList, XferRow* pRow)
         return ROW_NONE;
     }
     return fXferDandDReadRow(hwndList, LONG(nRow), pRow) ? ROW_FOUND : ROW_BROKEN;
-}
-
-// Whether the user has to be asked: always, where the caller keeps no flags.
-bool mustConfirm(const XferWindowRecord* pRecord, DWORD dwFlag)
-{
-    if (pRecord->callbacks.pfnConfirmFlags == nullptr) {
-        return true;
-    }
-    return (pRecord->callbacks.pfnConfirmFlags(pRecord->dwCallerData, 0, 0) & dwFlag) != 0;
 }
 
 // Asks about a name. Gives true only for a yes, and only if the window has outlived the box.
@@ -90,7 +82,7 @@ bool isStillIn(const NamesDir* pDir)
 bool mayGoOn(const XferCommand* pCommand, const NamesDir* pDir, DWORD dwFlag, UINT idText,
              UINT idCaption, const char* pszName)
 {
-    bool fAsk = mustConfirm(pCommand->pRecord, dwFlag);
+    bool fAsk = (dwXferDandDConfirmFlags(pCommand->pRecord) & dwFlag) != 0;
     return isAlive(pCommand) && (!fAsk || userConfirms(pCommand, idText, idCaption, pszName)) &&
            isStillIn(pDir);
 }
@@ -129,7 +121,7 @@ void removeLocalDir(const XferCommand* pCommand, const XferRow* pRow)
     }
     NamesDir dir = shownDir(pCommand->pRecord);
     if (!fXferDandDShowsHere(pCommand->pRecord) ||
-        !mayGoOn(pCommand, &dir, CONFIRM_LOCALRMDIR, IDS_RMDIR_TEXT, IDS_RMDIR_CAPTION,
+        !mayGoOn(pCommand, &dir, XFERCONFIRM_LOCALRMDIR, IDS_RMDIR_TEXT, IDS_RMDIR_CAPTION,
                  pRow->szText)) {
         return;
     }
@@ -145,21 +137,18 @@ void deleteHostFiles(const XferCommand* pCommand)
 {
     const XferWindowRecord* pRecord = pCommand->pRecord;
     XferFileList list;
-    if (!fXferDandDListSelection(pRecord, IDC_DANDD_HOSTFILES, XFERLIST_HOST,
-                                 KRACTION_HOSTFILE_DELETED, &list)) {
-        return;
-    }
-    if (pRecord->callbacks.pfnDeleteHostFiles != nullptr) {
+    // Without anybody to delete them nothing is recorded.
+    if (pRecord->callbacks.pfnDeleteHostFiles != nullptr &&
+        fXferDandDListSelection(pRecord, IDC_DANDD_HOSTFILES, XFERLIST_HOST,
+                                KRACTION_HOSTFILE_DELETED, &list)) {
         pRecord->callbacks.pfnDeleteHostFiles(pRecord->dwCallerData, 0, 0, list, 0);
-    } else {
-        XferFileList_vDestroy(list);
     }
 }
 
 // Asks for one file if need be, and deletes it.
 void deleteLocalFile(const XferCommand* pCommand, const NamesDir* pDir, const char* pszName)
 {
-    if (!mayGoOn(pCommand, pDir, CONFIRM_LOCALDELETE, IDS_DELETE_TEXT, IDS_DELETE_CAPTION,
+    if (!mayGoOn(pCommand, pDir, XFERCONFIRM_LOCALDELETE, IDS_DELETE_TEXT, IDS_DELETE_CAPTION,
                  pszName)) {
         return;
     }
@@ -242,6 +231,35 @@ void detailHostFiles(const XferWindowRecord* pRecord, XferFileList list)
     }
 }
 
+// A path that doesn't fit names no file: it is handed on whole and refused there.
+void viewLocalFile(const XferCommand* pCommand, const char* pszName)
+{
+    char szPath[2 * XFER_NAME_SIZE] = "";
+    _getcwd(szPath, XFER_NAME_SIZE);
+    size_t cch = strlen(szPath);
+    if (cch > 0 && szPath[cch - 1] != '\\') {
+        strcpy(szPath + cch, "\\");
+    }
+    strcat(szPath, pszName);
+    vXferDandDViewFile(pCommand->hdlgDandD, szPath, nullptr, nullptr, nullptr, nullptr);
+}
+
+void viewLocalFiles(const XferCommand* pCommand)
+{
+    char szName[XFER_NAME_SIZE];
+    HWND hwndList = GetDlgItem(pCommand->hdlgDandD, IDC_DANDD_LOCALFILES);
+    auto cRows = LONG(SendMessageA(hwndList, LB_GETCOUNT, 0, 0));
+    if (!fXferDandDShowsFilesHere(pCommand->pRecord)) {
+        return;
+    }
+    for (LONG n = 0; n < cRows; ++n) {
+        if (SendMessageA(hwndList, LB_GETSEL, WPARAM(n), 0) > 0 &&
+            nXferDandDRowText(hwndList, n, szName) != LB_ERR) {
+            viewLocalFile(pCommand, szName);
+        }
+    }
+}
+
 void detailLocalFiles(const XferCommand* pCommand)
 {
     char szName[XFER_NAME_SIZE];
@@ -253,6 +271,56 @@ void detailLocalFiles(const XferCommand* pCommand)
             vXferDandDFileDetails(pCommand->hdlgDandD, szName);
         }
     }
+}
+
+// The names are read from the record at once: the first callback can run another dialog.
+struct TypedTransfer {
+    XferDirection direction;
+    char szLocal[XFER_NAME_SIZE];
+    char szHost[XFER_NAME_SIZE];
+};
+
+bool askForTransfer(XferWindowRecord* pRecord, TypedTransfer* pTyped)
+{
+    pRecord->szName1[0] = '\0';
+    pRecord->szName2[0] = '\0';
+    pRecord->nDialogOp = XFEROP_SEND;
+    if (!fXferDandDRunDialog(pRecord, XFERDLG_TRANSFER) ||
+        (pRecord->nDialogOp != XFEROP_SEND && pRecord->nDialogOp != XFEROP_RECEIVE)) {
+        return false;
+    }
+    pTyped->direction = pRecord->nDialogOp == XFEROP_SEND ? XFERDIR_SEND : XFERDIR_RECEIVE;
+    strcpy(pTyped->szLocal, pRecord->szName1);
+    strcpy(pTyped->szHost, pRecord->szName2);
+    return true;
+}
+
+void transferByName(const XferCommand* pCommand)
+{
+    TypedTransfer typed;
+    XferFileList list;
+    XferWindowRecord* pRecord = pCommand->pRecord;
+    if (!askForTransfer(pRecord, &typed) || !fXferDandDIsServed(pRecord, typed.direction) ||
+        !XferFileListCreateOne(&list, XFERLIST_LOCAL, typed.szLocal)) {
+        return;
+    }
+    int nAction = typed.direction == XFERDIR_SEND ? KRACTION_FILE_SENT : KRACTION_FILE_RECEIVED;
+    if (XferFileList_fSetString(list, 0, XFERLIST_HOST, typed.szHost) &&
+        fXferDandDRecordAction(pRecord, nAction, typed.szLocal)) {
+        vXferDandDHandOver(pRecord, typed.direction, list, nullptr);
+    } else {
+        XferFileList_vDestroy(list);
+    }
+}
+
+// Reads the name of the one selected row, if there is exactly one.
+bool onlySelected(const XferCommand* pCommand, int idList, char (&szName)[XFER_NAME_SIZE])
+{
+    int nRow;
+    return countSelected(pCommand, idList) == 1 &&
+           SendDlgItemMessageA(pCommand->hdlgDandD, idList, LB_GETSELITEMS, 1,
+                               reinterpret_cast<LPARAM>(&nRow)) == 1 &&
+           nXferDandDRowText(GetDlgItem(pCommand->hdlgDandD, idList), nRow, szName) != LB_ERR;
 }
 
 // Sizes of the selected files, from the last to the first; 0 if one can't be had.
@@ -283,8 +351,12 @@ void vXferDandDRemoveDirs(const XferCommand* pCommand)
         }
         return;
     }
-    if (selectedDir(pCommand, IDC_DANDD_LOCALDIRS, &row) == ROW_FOUND) {
+    state = selectedDir(pCommand, IDC_DANDD_LOCALDIRS, &row);
+    if (state == ROW_FOUND) {
         removeLocalDir(pCommand, &row);
+    } else if (state == ROW_NONE) {
+        fXferDandDShowsHere(pCommand->pRecord);
+        fXferDandDRunDialog(pCommand->pRecord, XFERDLG_REMOVEDIR);
     }
 }
 
@@ -296,6 +368,8 @@ void vXferDandDTransfer(const XferCommand* pCommand)
     } else if (countSelected(pCommand, IDC_DANDD_HOSTFILES) > 0) {
         vXferDandDDropOn(pCommand->pRecord, IDC_DANDD_HOSTFILES, IDC_DANDD_LOCALFILES,
                          XFERDIR_RECEIVE, false);
+    } else {
+        transferByName(pCommand);
     }
 }
 
@@ -305,15 +379,40 @@ void vXferDandDDelete(const XferCommand* pCommand)
         deleteHostFiles(pCommand);
     } else if (countSelected(pCommand, IDC_DANDD_LOCALFILES) > 0) {
         deleteLocalFiles(pCommand);
+    } else {
+        fXferDandDShowsHere(pCommand->pRecord);
+        fXferDandDRunDialog(pCommand->pRecord, XFERDLG_DELETE);
     }
+}
+
+// A selection gives the dialog its side and its old name.
+void vXferDandDRename(const XferCommand* pCommand)
+{
+    XferWindowRecord* pRecord = pCommand->pRecord;
+    bool fHere = fXferDandDShowsHere(pRecord) && !pRecord->fForeignFiles;
+    pRecord->nDialogOp = XFEROP_HOST;
+    if (!onlySelected(pCommand, IDC_DANDD_HOSTFILES, pRecord->szName1)) {
+        pRecord->nDialogOp = XFEROP_LOCAL;
+        if (!fHere || !onlySelected(pCommand, IDC_DANDD_LOCALFILES, pRecord->szName1)) {
+            pRecord->szName1[0] = '\0';
+        }
+    }
+    fXferDandDRunDialog(pRecord, XFERDLG_RENAME);
 }
 
 void vXferDandDView(const XferCommand* pCommand)
 {
     XferFileList list;
-    if (countSelected(pCommand, IDC_DANDD_HOSTFILES) > 0 &&
-        fXferDandDListSelection(pCommand->pRecord, IDC_DANDD_HOSTFILES, XFERLIST_HOST, 0, &list)) {
-        viewHostFiles(pCommand->pRecord, list);
+    if (countSelected(pCommand, IDC_DANDD_HOSTFILES) > 0) {
+        if (fXferDandDListSelection(pCommand->pRecord, IDC_DANDD_HOSTFILES, XFERLIST_HOST, 0,
+                                    &list)) {
+            viewHostFiles(pCommand->pRecord, list);
+        }
+    } else if (countSelected(pCommand, IDC_DANDD_LOCALFILES) > 0) {
+        viewLocalFiles(pCommand);
+    } else {
+        fXferDandDShowsHere(pCommand->pRecord);
+        fXferDandDRunDialog(pCommand->pRecord, XFERDLG_VIEW);
     }
 }
 

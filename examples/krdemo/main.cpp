@@ -12,7 +12,8 @@
 //   host.h          what is needed of a host; each host is one table
 //   folderhost.cpp  the host that is built in
 //   ftphost.cpp     a server, with names and texts by ftpnames.cpp
-//   driver.cpp      a user who works the transfer window by himself
+//   driver.cpp      a user who works the transfer window by himself; the files of steps.h have
+//                   what he does, hands.cpp how, looks.cpp what he looks at
 //   picture.cpp     pictures of a run that nobody watches
 #include "connect.h"
 #include "copy.h"

@@ -14,6 +14,7 @@ constexpr DWORD CB_CHUNK = 4096;
 
 // Unfinished files have a name that nothing else has.
 constexpr char UNFINISHED_PREFIX[] = "krd";
+constexpr char COPY_PREFIX[] = "krv";
 
 // What goes as text when the type is to be chosen automatically; everything else goes as it is.
 constexpr const char* TEXT_EXTENSIONS[] = {".asc", ".bat", ".c",   ".cfg",  ".cpp", ".css",
@@ -350,22 +351,72 @@ bool goOn(Moving* pMoving)
     return handleOutcome(pMoving, outcome) && !isStopped(pMoving->pWorker);
 }
 
-} // namespace
-
-void moveFiles(Worker* pWorker, void* pContext)
+// A name that is nobody else's takes the place of the host's.
+Outcome fetchCopy(Moving* pMoving)
 {
-    auto pMove = static_cast<Move*>(pContext);
+    char szFolder[MAX_PATH];
+    Unfinished* pUnfinished = unfinishedOf(pMoving->pWorker);
+    GetTempPathA(MAX_PATH, szFolder);
+    if (GetTempFileNameA(szFolder, COPY_PREFIX, 0, pMoving->szLocal) == 0) {
+        return systemFailure(pMoving);
+    }
+    Outcome outcome =
+        openUnfinished(pUnfinished, szFolder) ? receiveUnfinished(pMoving) : systemFailure(pMoving);
+    if (outcome == OUTCOME_DONE && !nameUnfinished(pUnfinished, pMoving->szLocal, true)) {
+        outcome = systemFailure(pMoving);
+    }
+    giveUpUnfinished(pUnfinished);
+    if (outcome != OUTCOME_DONE) {
+        DeleteFileA(pMoving->szLocal);
+    }
+    return outcome;
+}
+
+void tellCopy(const Moving* pMoving, Outcome outcome)
+{
+    Report told = {};
+    told.pfnShow =
+        outcome == OUTCOME_DONE ? pMoving->pMove->shows.pfnDone : pMoving->pMove->shows.pfnFailed;
+    strcpy(told.szName, pMoving->pFile->szHost);
+    strcpy(told.szText, outcome == OUTCOME_DONE ? pMoving->szLocal : pMoving->szWhy);
+    if (outcome != OUTCOME_STOPPED) {
+        report(pMoving->pWorker, &told);
+    }
+}
+
+Moving beginMoving(Worker* pWorker, const Move* pMove)
+{
     Moving moving = {};
-    char szBack[MAX_PATH];
     moving.pWorker = pWorker;
     moving.pHost = hostOf(pWorker);
     moving.pLink = linkOf(pWorker);
     moving.pMove = pMove;
+    moving.pFile = pMove->pFiles;
+    return moving;
+}
+
+} // namespace
+
+void fetchCopies(Worker* pWorker, void* pContext)
+{
+    auto pMove = static_cast<Move*>(pContext);
+    Moving moving = beginMoving(pWorker, pMove);
+    for (; moving.nFile < pMove->cFiles && !isStopped(pWorker); ++moving.nFile, ++moving.pFile) {
+        moving.cbDone = 0;
+        tellCopy(&moving, fetchCopy(&moving));
+    }
+    free(pMove->pFiles);
+}
+
+void moveFiles(Worker* pWorker, void* pContext)
+{
+    auto pMove = static_cast<Move*>(pContext);
+    Moving moving = beginMoving(pWorker, pMove);
+    char szBack[MAX_PATH];
     strcpy(szBack, moving.pLink->szPath);
     bool fElsewhere = pMove->szHostDir[0] != '\0';
     bool fGoOn = !fElsewhere || moving.pHost->pfnChangeDir(moving.pLink, pMove->szHostDir);
-    for (moving.pFile = pMove->pFiles; moving.nFile < pMove->cFiles;
-         ++moving.nFile, ++moving.pFile) {
+    for (; moving.nFile < pMove->cFiles; ++moving.nFile, ++moving.pFile) {
         if (!fGoOn && moving.nFile == 0) {
             tell(&moving, pMove->shows.pfnFailed, moving.pLink->szWords);
         }

@@ -32,7 +32,10 @@ struct Move {
     MoveShows shows;
 };
 
-// A TaskProc; its context is a Move.
+// Tasks; their context is a Move. The second one receives the files under names of its own into
+// the folder for temporary files, and gives each copy away with pfnDone: its path in szText, the
+// host's name in szName.
 void moveFiles(Worker* pWorker, void* pContext);
+void fetchCopies(Worker* pWorker, void* pContext);
 
 #endif

@@ -45,7 +45,7 @@ void drawPointer(HDC hdc, const RECT* prc)
 }
 
 // Copies a rectangle of the screen, so that everything that lies over the window shows too.
-bool copyScreen(const RECT* prc, Picture* pPicture)
+bool copyScreen(const RECT* prc, Picture* pPicture, bool fPointer)
 {
     HDC hdcScreen = GetDC(nullptr);
     HDC hdc = CreateCompatibleDC(hdcScreen);
@@ -56,7 +56,9 @@ bool copyScreen(const RECT* prc, Picture* pPicture)
         HGDIOBJ hbmOld = SelectObject(hdc, hbm);
         fCopied = BitBlt(hdc, 0, 0, pPicture->info.biWidth, pPicture->info.biHeight, hdcScreen,
                          prc->left, prc->top, SRCCOPY) != 0;
-        drawPointer(hdc, prc);
+        if (fPointer) {
+            drawPointer(hdc, prc);
+        }
         GdiFlush();
         void* pCopy = malloc(pPicture->info.biSizeImage);
         if (pCopy != nullptr) {
@@ -89,10 +91,23 @@ bool writeBitmap(const Picture* pPicture, const char* pszFile)
 
 } // namespace
 
+DWORD sumOfScreen(const RECT* prc)
+{
+    DWORD dwSum = 0;
+    Picture picture = describe(prc->right - prc->left, prc->bottom - prc->top);
+    if (copyScreen(prc, &picture, false)) {
+        for (DWORD n = 0; n < picture.info.biSizeImage; ++n) {
+            dwSum = dwSum * 31 + static_cast<const BYTE*>(picture.pBits)[n];
+        }
+    }
+    free(picture.pBits);
+    return dwSum;
+}
+
 bool takePicture(const RECT* prc, const char* pszFile)
 {
     Picture picture = describe(prc->right - prc->left, prc->bottom - prc->top);
-    bool fDone = copyScreen(prc, &picture) && writeBitmap(&picture, pszFile);
+    bool fDone = copyScreen(prc, &picture, true) && writeBitmap(&picture, pszFile);
     free(picture.pBits);
     return fDone;
 }

@@ -8,4 +8,7 @@
 // can't.
 bool takePicture(const RECT* prc, const char* pszFile);
 
+// A sum over what a part of the screen shows, the pointer aside.
+DWORD sumOfScreen(const RECT* prc);
+
 #endif

@@ -1,5 +1,6 @@
 #include "session.h"
 #include "job.h"
+#include "move.h"
 #include "tasks.h"
 #include "../../include/krhaul.h"
 
@@ -72,22 +73,17 @@ void showRow(const DirEntry* pEntry)
     }
 }
 
-// Inside a busy period, whose end gives the columns their width. Thousands of rows are not
-// painted one by one.
+// Inside a busy period, whose end gives the columns their width.
 void fillHostPanes()
 {
     setBusy(true);
-    SendMessageA(s_session.hdlg, WM_SETREDRAW, FALSE, 0);
     nXferDandDClearHostFileInfo(s_session.hdlg,
                                 XFERCLEAR_FILES | XFERCLEAR_SUBDIRS | XFERCLEAR_WORKDIR);
     vXferDandDPrintWorkingDir(s_session.hdlg, s_session.szPath, s_session.szPath);
     for (DWORD n = 0; n < s_session.cEntries; ++n) {
         showRow(&s_session.pEntries[n]);
     }
-    SendMessageA(s_session.hdlg, WM_SETREDRAW, TRUE, 0);
     setBusy(isTaskRunning());
-    RedrawWindow(s_session.hdlg, nullptr, nullptr,
-                 RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
 }
 
 DirEntry* findEntry(const char* pszName)
@@ -284,18 +280,72 @@ void KRHAULAPI onReceiveFiles(DWORD, DWORD, DWORD, XferFileList list, DWORD)
 
 // ---- host commands
 
+// The host's files that a name means: the one that is called so, or those that match it. Gives
+// their number.
+DWORD findMatches(const char* pszName, HostName* pMatches)
+{
+    DWORD cMatches = 0;
+    if (findEntry(pszName) != nullptr || strpbrk(pszName, "*?") == nullptr) {
+        lstrcpynA(pMatches[cMatches++].szName, pszName, MAX_PATH);
+        return cMatches;
+    }
+    for (DWORD n = 0; n < s_session.cEntries; ++n) {
+        const DirEntry* pEntry = &s_session.pEntries[n];
+        if (!pEntry->fDirectory && passesFilter(pEntry->szName, pszName)) {
+            lstrcpynA(pMatches[cMatches++].szName, pEntry->szName, MAX_PATH);
+        }
+    }
+    return cMatches;
+}
+
 void KRHAULAPI onDeleteHostFiles(DWORD, DWORD, DWORD, XferFileList list, DWORD)
 {
     HostTask task = {};
+    char szName[MAX_PATH];
     LONG cNames = XferFileList_cGetSize(list);
-    task.pNames = static_cast<HostName*>(calloc(size_t(cNames) + 1, sizeof(HostName)));
-    for (LONG n = 0; task.pNames != nullptr && n < cNames; ++n) {
-        XferFileList_lpszGetString(list, n, XFERLIST_HOST, task.pNames[n].szName, MAX_PATH);
-        ++task.cNames;
+    for (LONG n = 0; n < cNames; ++n) {
+        auto pMore = static_cast<HostName*>(
+            realloc(task.pNames, (task.cNames + s_session.cEntries + 1) * sizeof(HostName)));
+        if (pMore != nullptr) {
+            task.pNames = pMore;
+            XferFileList_lpszGetString(list, n, XFERLIST_HOST, szName, MAX_PATH);
+            task.cNames += findMatches(szName, task.pNames + task.cNames);
+        }
     }
     XferFileList_vDestroy(list);
     task.fAsk = (s_session.dwConfirmFlags & CONFIRM_HOSTDELETE) != 0;
     runHostTask(deleteFiles, &task);
+}
+
+// The copy belongs to the viewer, which takes it away.
+void showCopy(Report* pReport)
+{
+    vXferDandDViewFile(s_session.hdlg, pReport->szText, pReport->szName, "the host", "KRDEMO", "");
+}
+
+void showNoCopy(Report* pReport)
+{
+    say("%s can't be viewed: %s", pReport->szName, pReport->szText);
+}
+
+void KRHAULAPI onViewHostFiles(DWORD, DWORD, DWORD, XferFileList list, DWORD)
+{
+    Move move = {};
+    LONG cNames = XferFileList_cGetSize(list);
+    move.pFiles = static_cast<MovedFile*>(calloc(size_t(cNames) + 1, sizeof(MovedFile)));
+    for (LONG n = 0; move.pFiles != nullptr && n < cNames; ++n) {
+        XferFileList_lpszGetString(list, n, XFERLIST_HOST, move.pFiles[n].szHost, MAX_PATH);
+        ++move.cFiles;
+    }
+    XferFileList_vDestroy(list);
+    move.nType = nXferDandDGetFileTypeSelection(s_session.hdlg);
+    move.shows = {nullptr, showCount, showCopy, showNoCopy};
+    vXferDandDSetThermometer(s_session.hdlg, 0);
+    setBusy(true);
+    if (!startTask(fetchCopies, &move, sizeof move, showTaskEnd)) {
+        free(move.pFiles);
+        setBusy(isTaskRunning());
+    }
 }
 
 void KRHAULAPI onRenameHostFile(DWORD, DWORD, DWORD, const char* pszOldName, const char* pszNewName)
@@ -438,7 +488,7 @@ HostCallbacks s_callbacks = {sizeof(HostCallbacks), onSendFiles,      onReceiveF
                              onDeleteHostFiles,     onRenameHostFile, onMakeHostDir,
                              onChangeHostDir,       onRemoveHostDir,  onConfirmFlags,
                              onHostCommand,         onHostFilter,     onViewModeChanged,
-                             onHostFileDetails,     nullptr};
+                             onHostFileDetails,     onViewHostFiles};
 
 } // namespace
 

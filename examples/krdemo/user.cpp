@@ -9,33 +9,7 @@ constexpr DWORD MOVE_MS = 10;
 constexpr DWORD KEY_MS = 30;
 constexpr int DRAG_STEPS = 8;
 
-void sendMouse(DWORD dwFlags, LONG x, LONG y)
-{
-    INPUT input = {};
-    input.type = INPUT_MOUSE;
-    input.mi.dwFlags = dwFlags;
-    input.mi.dx = x;
-    input.mi.dy = y;
-    SendInput(1, &input, sizeof input);
-}
-
-void sendKey(WORD vk, DWORD dwFlags)
-{
-    INPUT input = {};
-    input.type = INPUT_KEYBOARD;
-    input.ki.wVk = vk;
-    input.ki.dwFlags = dwFlags;
-    SendInput(1, &input, sizeof input);
-}
-
 } // namespace
-
-POINT middleOf(HWND hwnd)
-{
-    RECT rc = {};
-    GetWindowRect(hwnd, &rc);
-    return {(rc.left + rc.right) / 2, (rc.top + rc.bottom) / 2};
-}
 
 POINT pointOfRow(HWND hwndList, int nRow)
 {
@@ -49,23 +23,19 @@ POINT pointOfRow(HWND hwndList, int nRow)
 
 void movePointer(POINT pt)
 {
-    // Rounded up, so that the pixel that comes out is the one that was meant.
-    LONG cx = GetSystemMetrics(SM_CXSCREEN);
-    LONG cy = GetSystemMetrics(SM_CYSCREEN);
-    sendMouse(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE, (pt.x * 65536 + cx - 1) / cx,
-              (pt.y * 65536 + cy - 1) / cy);
+    sendPointer(pt);
     Sleep(MOVE_MS);
 }
 
 void pressButton()
 {
-    sendMouse(MOUSEEVENTF_LEFTDOWN, 0, 0);
+    sendButton(MOUSEEVENTF_LEFTDOWN);
     Sleep(MOVE_MS);
 }
 
 void releaseButton()
 {
-    sendMouse(MOUSEEVENTF_LEFTUP, 0, 0);
+    sendButton(MOUSEEVENTF_LEFTUP);
     Sleep(MOVE_MS);
 }
 

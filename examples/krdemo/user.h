@@ -2,9 +2,7 @@
 #ifndef KRDEMO_USER_H
 #define KRDEMO_USER_H
 
-#include <windows.h>
-
-POINT middleOf(HWND hwnd);
+#include "input.h"
 
 // The middle of a list row's visible part, in screen coordinates.
 POINT pointOfRow(HWND hwndList, int nRow);

@@ -1,0 +1,145 @@
+// The rename dialog.
+#include "dialogs.h"
+#include "../resources/ids.h"
+#include "../shared/krutils.h"
+
+#include <string.h>
+
+namespace {
+
+// Both names whole, and the blank between them.
+constexpr size_t CCH_REPORT = 2 * size_t(XFER_MAX_NAME) + 2;
+
+struct Names {
+    char szOld[XFER_NAME_SIZE];
+    char szNew[XFER_NAME_SIZE];
+    char szReport[CCH_REPORT];
+};
+
+void initDialog(HWND hdlg, LPARAM lParam)
+{
+    vXferDandDStartDialog(hdlg, lParam);
+    const auto* pRecord = reinterpret_cast<const XferWindowRecord*>(lParam);
+    bool fNamed = pRecord->szName1[0] != '\0';
+    CheckRadioButton(hdlg, IDC_RENAME_LOCAL, IDC_RENAME_HOST,
+                     pRecord->nDialogOp == XFEROP_LOCAL ? IDC_RENAME_LOCAL : IDC_RENAME_HOST);
+    vXferDandDLimitName(hdlg, IDC_RENAME_OLDNAME);
+    vXferDandDLimitName(hdlg, IDC_RENAME_NEWNAME);
+    vXferDandDShowName(hdlg, IDC_RENAME_OLDNAME, pRecord->szName1);
+    vXferDandDShowName(hdlg, IDC_RENAME_NEWNAME, pRecord->szName1);
+    if (fNamed) {
+        vXferDandDSelectName(hdlg, IDC_RENAME_NEWNAME);
+    } else {
+        vXferDandDEnableOk(hdlg, false);
+    }
+    vXferDandDStartFocusTimer(hdlg);
+}
+
+void newNameChanged(const XferDialog* pDialog)
+{
+    vXferDandDReadName(pDialog->hdlg, IDC_RENAME_NEWNAME, pDialog->pRecord->szName2);
+    vXferDandDEnableOk(pDialog->hdlg, pDialog->pRecord->szName2[0] != '\0');
+}
+
+// The new name is read once more: the record can have served another dialog since.
+void readNames(const XferDialog* pDialog, Names* pNames)
+{
+    XferWindowRecord* pRecord = pDialog->pRecord;
+    vXferDandDReadName(pDialog->hdlg, IDC_RENAME_OLDNAME, pRecord->szName1);
+    vXferDandDReadName(pDialog->hdlg, IDC_RENAME_NEWNAME, pRecord->szName2);
+    strcpy(pNames->szOld, pRecord->szName1);
+    strcpy(pNames->szNew, pRecord->szName2);
+    strcpy(pNames->szReport, pNames->szOld);
+    strcat(pNames->szReport, " ");
+    strcat(pNames->szReport, pNames->szNew);
+}
+
+bool renameLocal(const XferDialog* pDialog, const Names* pNames)
+{
+    if (!fXferDandDNamesMeanShownDir(pDialog)) {
+        return false;
+    }
+    if (!MoveFileA(pNames->szOld, pNames->szNew)) {
+        return fXferDandDDialogFailed(pDialog, GetLastError());
+    }
+    if (fXferDandDDialogRecordAction(pDialog, KRACTION_LOCALFILE_RENAMED, pNames->szReport)) {
+        vXferDandDRefreshLocalFiles(pDialog->hdlgDandD);
+    }
+    return true;
+}
+
+void renameHost(const XferDialog* pDialog, const Names* pNames)
+{
+    const XferWindowRecord* pRecord = pDialog->pRecord;
+    if (pRecord->callbacks.pfnRenameHostFile != nullptr &&
+        fXferDandDDialogRecordAction(pDialog, KRACTION_HOSTFILE_RENAMED, pNames->szReport)) {
+        pRecord->callbacks.pfnRenameHostFile(pRecord->dwCallerData, 0, 0, pNames->szOld,
+                                             pNames->szNew);
+    }
+}
+
+void accept(const XferDialog* pDialog)
+{
+    Names names;
+    readNames(pDialog, &names);
+    bool fLocal = IsDlgButtonChecked(pDialog->hdlg, IDC_RENAME_LOCAL) != 0;
+    pDialog->pRecord->nDialogOp = fLocal ? XFEROP_LOCAL : XFEROP_HOST;
+    if (!fLocal) {
+        renameHost(pDialog, &names);
+    } else if (!renameLocal(pDialog, &names)) {
+        return;
+    }
+    vXferDandDEndDialog(pDialog);
+}
+
+void cancel(const XferDialog* pDialog)
+{
+    pDialog->pRecord->szName2[0] = '\0';
+    vXferDandDEndDialog(pDialog);
+}
+
+INT_PTR onCommand(const XferDialog* pDialog, int id)
+{
+    switch (id) {
+    case IDOK:
+        accept(pDialog);
+        return 1;
+    case IDCANCEL:
+        cancel(pDialog);
+        return 1;
+    case IDC_RENAME_NEWNAME:
+        newNameChanged(pDialog);
+        return 1;
+    case IDC_RENAME_HELP:
+        vXferDandDDialogHelp(pDialog, XFERHELP_RENAME);
+        return 1;
+    default:
+        return 0;
+    }
+}
+
+} // namespace
+
+INT_PTR CALLBACK fDlgXferDandDRenProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam)
+{
+    XferDialog dialog;
+    if (uMessage == WM_INITDIALOG) {
+        initDialog(hdlg, lParam);
+        return 1;
+    }
+    if (!fXferDandDDialogOf(hdlg, &dialog)) {
+        return 0;
+    }
+    switch (uMessage) {
+    case WM_TIMER:
+        vXferDandDFocusByTimer(hdlg, IDC_RENAME_NEWNAME);
+        return 1;
+    case WM_COMMAND:
+        return onCommand(&dialog, LOWORD(wParam));
+    case WM_XFER_HELP:
+        vXferDandDDialogHelp(&dialog, XFERHELP_RENAME);
+        return 1;
+    default:
+        return 0;
+    }
+}

@@ -1,0 +1,124 @@
+// What all file dialogs share.
+#include "dialogs.h"
+#include "../shared/krutils.h"
+#include "../shared/language.h"
+#include "../transfer/panes.h"
+
+namespace {
+
+constexpr UINT_PTR FOCUS_TIMER = 87;
+constexpr UINT FOCUS_DELAY = 1; // milliseconds
+
+XferWindowRecord* recordOf(HWND hdlg)
+{
+    return reinterpret_cast<XferWindowRecord*>(GetWindowLongA(hdlg, DWL_USER));
+}
+
+// Half of what is left of the parent; nothing if the dialog is larger.
+LONG halfOfRest(LONG nParent, LONG nDialog)
+{
+    return nParent > nDialog ? (nParent - nDialog) / 2 : 0;
+}
+
+} // namespace
+
+void vXferDandDCenterDialog(HWND hdlg)
+{
+    RECT rc;
+    RECT rcParent;
+    GetWindowRect(hdlg, &rc);
+    GetWindowRect(GetParent(hdlg), &rcParent);
+    LONG cx = rc.right - rc.left;
+    LONG cy = rc.bottom - rc.top;
+    MoveWindow(hdlg, rcParent.left + halfOfRest(rcParent.right - rcParent.left, cx),
+               rcParent.top + halfOfRest(rcParent.bottom - rcParent.top, cy), cx, cy, TRUE);
+}
+
+void vXferDandDStartDialog(HWND hdlg, LPARAM lParam)
+{
+    vXferDandDCenterDialog(hdlg);
+    SetWindowLongA(hdlg, DWL_USER, lParam);
+}
+
+bool fXferDandDDialogOf(HWND hdlg, XferDialog* pDialog)
+{
+    XferWindowRecord* pRecord = recordOf(hdlg);
+    if (pRecord == nullptr) {
+        return false;
+    }
+    *pDialog = {hdlg, pRecord->hwndDialog, pRecord};
+    return true;
+}
+
+bool fXferDandDDialogIsAlive(const XferDialog* pDialog)
+{
+    return fXferDandDIsAlive(pDialog->hdlgDandD, pDialog->pRecord) &&
+           recordOf(pDialog->hdlg) == pDialog->pRecord;
+}
+
+bool fXferDandDDialogRecordAction(const XferDialog* pDialog, int nAction, const char* pszText)
+{
+    KrRecordAction(pDialog->pRecord->hwndParent, nAction, pszText);
+    return fXferDandDDialogIsAlive(pDialog);
+}
+
+void vXferDandDEndDialog(const XferDialog* pDialog)
+{
+    if (fXferDandDDialogIsAlive(pDialog)) {
+        EndDialog(pDialog->hdlg, 0);
+    }
+}
+
+bool fXferDandDDialogFailed(const XferDialog* pDialog, DWORD dwError)
+{
+    XferSystemErrorBox(pDialog->hdlg, dwError, MB_OK);
+    return false;
+}
+
+void vXferDandDDialogHelp(const XferDialog* pDialog, XferHelpContext context)
+{
+    vXferShowHelp(XferHelpOwner(pDialog->pRecord), context);
+}
+
+void vXferDandDLimitName(HWND hdlg, int idEdit)
+{
+    SendDlgItemMessageA(hdlg, idEdit, EM_LIMITTEXT, XFER_MAX_NAME, 0);
+}
+
+void vXferDandDReadName(HWND hdlg, int idEdit, char (&szName)[XFER_NAME_SIZE])
+{
+    szName[0] = '\0';
+    SendDlgItemMessageA(hdlg, idEdit, WM_GETTEXT, sizeof szName, reinterpret_cast<LPARAM>(szName));
+}
+
+void vXferDandDShowName(HWND hdlg, int idEdit, const char* pszName)
+{
+    SendDlgItemMessageA(hdlg, idEdit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(pszName));
+}
+
+void vXferDandDSelectName(HWND hdlg, int idEdit)
+{
+    SendDlgItemMessageA(hdlg, idEdit, EM_SETSEL, 0, -1);
+    SendDlgItemMessageA(hdlg, idEdit, EM_SCROLLCARET, 0, 0);
+}
+
+void vXferDandDEnableOk(HWND hdlg, bool fEnable)
+{
+    EnableWindow(GetDlgItem(hdlg, IDOK), fEnable);
+}
+
+void vXferDandDStartFocusTimer(HWND hdlg)
+{
+    SetTimer(hdlg, FOCUS_TIMER, FOCUS_DELAY, nullptr);
+}
+
+void vXferDandDFocusByTimer(HWND hdlg, int idControl)
+{
+    KillTimer(hdlg, FOCUS_TIMER);
+    SetFocus(GetDlgItem(hdlg, idControl));
+}
+
+bool fXferDandDNamesMeanShownDir(const XferDialog* pDialog)
+{
+    return fXferDandDShowsHere(pDialog->pRecord);
+}

@@ -1,0 +1,49 @@
+#include "input.h"
+
+namespace {
+
+void sendMouse(DWORD dwFlags, LONG x, LONG y)
+{
+    INPUT input = {};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = dwFlags;
+    input.mi.dx = x;
+    input.mi.dy = y;
+    SendInput(1, &input, sizeof input);
+}
+
+// Rounded up, because the system cuts what it computes from this.
+LONG scale(LONG n, int nMetric)
+{
+    LONG nScreen = GetSystemMetrics(nMetric);
+    return (n * 65536 + nScreen - 1) / nScreen;
+}
+
+} // namespace
+
+void sendPointer(POINT pt)
+{
+    sendMouse(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE, scale(pt.x, SM_CXSCREEN),
+              scale(pt.y, SM_CYSCREEN));
+}
+
+void sendButton(DWORD dwFlag)
+{
+    sendMouse(dwFlag, 0, 0);
+}
+
+void sendKey(WORD vk, DWORD dwFlag)
+{
+    INPUT input = {};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = vk;
+    input.ki.dwFlags = dwFlag;
+    SendInput(1, &input, sizeof input);
+}
+
+POINT middleOf(HWND hwnd)
+{
+    RECT rc = {};
+    GetWindowRect(hwnd, &rc);
+    return {(rc.left + rc.right) / 2, (rc.top + rc.bottom) / 2};
+}

@@ -1,0 +1,15 @@
+// The contents of a file as lines to read: its text, or its bytes if it isn't text.
+#ifndef KRVIEWER_CONTENT_H
+#define KRVIEWER_CONTENT_H
+
+constexpr unsigned CB_SHOWN = 256 * 1024; // of a longer file the rest isn't shown
+
+struct Content {
+    char* pszLines; // free() it
+    bool fCut;
+};
+
+// Gives false, with no memory taken, if the file can't be read.
+bool readContent(const char* pszFile, Content* pContent);
+
+#endif
