@@ -69,6 +69,9 @@ SHORT WINAPI fakeGetAsyncKeyState(int vk)
     return nState;
 }
 
+// Presses of the left button that a list has got.
+std::atomic<int> s_cPresses{0};
+
 void hold(MouseButton button)
 {
     s_held[button] = true;
@@ -104,6 +107,7 @@ LRESULT WINAPI fakeCallWindowProc(WNDPROC pfn, HWND hwnd, UINT uMessage, WPARAM 
                                   LPARAM lParam)
 {
     LRESULT nResult = CallWindowProcA(pfn, hwnd, uMessage, wParam, lParam);
+    s_cPresses += uMessage == WM_LBUTTONDOWN;
     if (uMessage == WM_LBUTTONDOWN || uMessage == WM_LBUTTONUP) {
         s_passedOn.push_back({hwnd, uMessage});
     }
@@ -135,6 +139,16 @@ HCURSOR hover(POINT pt)
     movePointer(pt);
     return waitFor([pt] { return s_pass.pt == packed(pt); }) && waitForPasses() ? s_pass.hcur.load()
                                                                                 : nullptr;
+}
+
+// Presses the left button and waits until the list knows: moves that come before that count as
+// one, and the screen can add an old one of its own.
+void takeHold()
+{
+    const int cPresses = s_cPresses;
+    const int cPasses = s_pass.cPasses;
+    hold(MOUSE_LEFT);
+    waitFor([=] { return s_cPresses > cPresses || s_pass.cPasses > cPasses; });
 }
 
 POINT moved(POINT pt, int dx, int dy)
@@ -219,7 +233,7 @@ protected:
         start();
         play([&] {
             movePointer(path[0]);
-            hold(MOUSE_LEFT);
+            takeHold();
             for (size_t n = 1; n < path.size(); ++n) {
                 cursors.push_back(hover(path[n]));
             }
