@@ -77,7 +77,10 @@ bool closeViewer(const char* pszPicture)
     clickAt(middleOf(hwndViewer));
     pictureOf(hwndViewer, pszPicture);
     pressKey(VK_ESCAPE);
-    return waitFor(isViewerGone, nullptr) && waitForNoBox() && fOpen;
+    bool fGone = waitFor(isViewerGone, nullptr);
+    // Which window comes to the front when one of another program goes is up to the platform.
+    SetForegroundWindow(sessionWindow());
+    return fGone && waitForNoBox() && fOpen;
 }
 
 // Both panes follow what has been done, and so does the disk.
