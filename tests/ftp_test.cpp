@@ -157,6 +157,7 @@ protected:
     {
         DemoOptions options = {};
         options.fServer = true;
+        strcpy(options.szLanguage, "EN");
         lstrcpynA(options.szFirst, m_dir.path().c_str(), MAX_PATH);
         strcpy(options.server.szServer, "127.0.0.1");
         options.server.nPort = WORD(atoi(getenv("KRHAUL_FTP_PORT")));

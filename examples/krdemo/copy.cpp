@@ -159,7 +159,8 @@ bool startCopy(const DemoOptions* pOptions, HWND hwndMain, HWND hwndLog)
                       0,
                       true,
                       nullptr,
-                      {onProgress, onFile, onEnd}};
+                      {onProgress, onFile, onEnd},
+                      s_copy.options.szLanguage};
     return startJob(&job, list);
 }
 

@@ -28,6 +28,7 @@ struct JobOptions {
     // The size of a host file, 0 if it isn't known. Can be null when files are sent.
     DWORD (*pfnHostSize)(const char* pszName);
     JobEvents events;
+    const char* pszLanguage; // of the status window
 };
 
 // Starts a job with the worker's host: the list holds names on the side that files come from,

@@ -14,11 +14,13 @@
 //   ftphost.cpp     a server, with names and texts by ftpnames.cpp
 //   driver.cpp      a user who works the transfer window by himself; the files of steps.h have
 //                   what he does, hands.cpp how, looks.cpp what he looks at
+//   language.cpp    the languages that the user can choose
 //   picture.cpp     pictures of a run that nobody watches
 #include "connect.h"
 #include "copy.h"
 #include "driver.h"
 #include "job.h"
+#include "language.h"
 #include "session.h"
 #include "worker.h"
 
@@ -43,31 +45,55 @@ void onCreate(HWND hwnd)
                  0);
 }
 
-// The session goes on with another host, in a new transfer window.
-void reopenSession(bool fServer)
+// The session goes on in a new transfer window. If there is none to be had that way, all stays
+// as it was before, which the old options say.
+void reopenSession(const DemoOptions* pOld)
 {
-    s_options.fServer = fServer;
     if (sessionWindow() != nullptr) {
         closeSession();
     }
-    openSession(&s_options, s_hwndMain);
+    GetCurrentDirectoryA(MAX_PATH, s_options.szFirst);
+    if (!openSession(&s_options, s_hwndMain)) {
+        s_options = *pOld;
+        openSession(&s_options, s_hwndMain);
+    }
+    showLanguage(GetMenu(s_hwndMain), s_options.szLanguage);
 }
 
 void onConnect()
 {
+    DemoOptions old = s_options;
     if (askForServer(s_hwndMain, &s_options.server)) {
-        reopenSession(true);
+        s_options.fServer = true;
+        reopenSession(&old);
     }
 }
 
-void onCommand(WORD idCommand)
+void useFolder()
+{
+    DemoOptions old = s_options;
+    s_options.fServer = false;
+    reopenSession(&old);
+}
+
+// The transfer window has its language for life.
+void changeLanguage(const char* pszLanguage)
+{
+    DemoOptions old = s_options;
+    lstrcpynA(s_options.szLanguage, pszLanguage, CCH_LANGUAGE);
+    reopenSession(&old);
+}
+
+void onCommand(UINT idCommand)
 {
     if (idCommand == IDM_CONNECT) {
         onConnect();
     } else if (idCommand == IDM_FOLDER) {
-        reopenSession(false);
+        useFolder();
     } else if (idCommand == IDM_EXIT) {
         PostMessageA(s_hwndMain, WM_CLOSE, 0, 0);
+    } else if (const char* pszLanguage = languageOf(idCommand)) {
+        changeLanguage(pszLanguage);
     }
 }
 
@@ -166,6 +192,9 @@ int runSession(HINSTANCE hInstance)
     if ((s_options.fConnect && !s_options.fServer) || !openSession(&s_options, hwnd)) {
         return EXIT_FAILED;
     }
+    appendLanguageMenu(GetMenu(hwnd));
+    DrawMenuBar(hwnd);
+    showLanguage(GetMenu(hwnd), s_options.szLanguage);
     if (s_options.fDrive) {
         startDriver(&s_options);
     }

@@ -4,6 +4,9 @@
 
 #include "host.h"
 
+// For a language code of 12 characters, which is the most that KRHAUL takes.
+constexpr size_t CCH_LANGUAGE = 13;
+
 struct DemoOptions {
     char szFirst[MAX_PATH];    // local folder, or the folder to copy from
     char szSecond[MAX_PATH];   // folder served as the host, or the folder to copy to
@@ -14,11 +17,13 @@ struct DemoOptions {
     HostAddress server;        // as the command line or the user has it
     char szPictures[MAX_PATH]; // folder for pictures of the run, or empty for none
     DWORD cbPerSecond;         // speed of the line of the built-in host
+    char szLanguage[CCH_LANGUAGE];
 };
 
-// Reads "[LOCAL [HOST | URL]] [/connect] [/copy] [/drive] [/pictures:FOLDER] [/speed:BYTES]", where
-// URL is "ftp://[user[:password]@]server[:port][/directory]". Without folders the program's own
-// folder is the local one, and a folder for temporary files the host.
+// Reads "[LOCAL [HOST | URL]] [/connect] [/copy] [/drive] [/pictures:FOLDER] [/speed:BYTES]
+// [/language:CODE]", where URL is "ftp://[user[:password]@]server[:port][/directory]". Without
+// folders the program's own folder is the local one, and a folder for temporary files the host;
+// without a language, or with /drive, it is English.
 void readOptions(DemoOptions* pOptions);
 
 // Joins a folder and a name. Gives false, with an empty result, if they don't fit.

@@ -257,7 +257,8 @@ void transfer(XferFileList list, bool fSend, const char* pszHostDir)
                       1,
                       false,
                       sizeOfHostFile,
-                      {showProgress, showArrival, showEnd}};
+                      {showProgress, showArrival, showEnd},
+                      s_session.options.szLanguage};
     s_session.fSending = fSend;
     s_session.fTargetShown = pszHostDir == nullptr;
     lstrcpynA(s_session.szTarget, szLocalFolder, MAX_PATH);
@@ -508,8 +509,8 @@ bool openSession(const DemoOptions* pOptions, HWND hwndOwner)
     if (!SetCurrentDirectoryA(pOptions->szFirst)) {
         return false;
     }
-    s_session.hdlg =
-        hdlgXferDandDCreate2(szTitle, hwndOwner, nullptr, 0, &s_callbacks, XFERVIEW_TWOPANE);
+    s_session.hdlg = hdlgXferDandDLangCreate2(s_session.options.szLanguage, szTitle, hwndOwner,
+                                              nullptr, 0, &s_callbacks, XFERVIEW_TWOPANE);
     if (s_session.hdlg == nullptr) {
         return false;
     }
