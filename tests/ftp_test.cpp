@@ -8,6 +8,7 @@
 #include "../resources/ids.h"
 #include "../transfer/record.h"
 #include "support/imports.h"
+#include "support/modal.h"
 #include "support/pane_window.h"
 
 #include <algorithm>
@@ -121,6 +122,28 @@ Strings filesIn(const std::string& dir)
     return names;
 }
 
+// ---- the viewer, which isn't started: what it would have shown
+
+std::string s_viewed;
+
+UINT WINAPI readViewedFile(LPCSTR pszCommand, UINT)
+{
+    constexpr UINT STARTED = 32;
+    std::string command = pszCommand;
+    size_t nFrom = command.find("-ftp1") + strlen("-ftp1");
+    std::string control = command.substr(nFrom, command.rfind('"') - nFrom);
+    Strings lines;
+    std::ifstream file(control);
+    for (std::string line; std::getline(file, line);) {
+        lines.push_back(line);
+    }
+    file.close();
+    s_viewed = lines[2] + ": " + contentsOf(lines[3]);
+    DeleteFileA(lines[3].c_str());
+    DeleteFileA(control.c_str());
+    return STARTED;
+}
+
 // ---- the windows
 
 class Ftp : public PaneWindow {
@@ -197,6 +220,18 @@ protected:
         selectFiles(idFileList, names);
         notify(idFileList, LBN_SELCHANGE);
         command(idCommand);
+    }
+    // Fills in the dialog that a command opens, and accepts it.
+    void inDialog(UINT idCommand, const std::function<void(HWND hdlg)>& fillIn)
+    {
+        KillTimer(nullptr, m_nTimer);
+        runModal(m_hwnd, [&] { command(idCommand); }, {[&](HWND hdlg) {
+                     fillIn(hdlg);
+                     pressButton(hdlg, IDOK);
+                     return true;
+                 }});
+        EXPECT_TRUE(waitIdle()) << logged();
+        m_nTimer = SetTimer(nullptr, 0, 20, answerBox);
     }
     void send(const Strings& names)
     {
@@ -350,12 +385,14 @@ TEST_F(Ftp, CarriesOutEveryHostCommand)
     EXPECT_EQ(rows(IDC_DANDD_HOSTFILES), (Strings{"a file.txt"}));
     EXPECT_EQ(text(IDC_DANDD_HOSTPATH), "/" + m_path);
 
-    callbacks().pfnMakeHostDir(0, 0, 0, "new \xE4 dir");
-    EXPECT_TRUE(waitIdle());
+    inDialog(IDM_XFER_MAKEDIR, [](HWND hdlg) {
+        CheckRadioButton(hdlg, IDC_DIR_LOCAL, IDC_DIR_HOST, IDC_DIR_HOST);
+        replaceText(hdlg, IDC_DIR_NAME, "new \xE4 dir");
+    });
     EXPECT_EQ(filesIn(m_server), (Strings{"a file.txt", "new \xE4 dir", "old dir"})) << logged();
 
-    callbacks().pfnRenameHostFile(0, 0, 0, "a file.txt", "b%s.txt");
-    EXPECT_TRUE(waitIdle());
+    selectFiles(IDC_DANDD_HOSTFILES, {"a file.txt"});
+    inDialog(IDM_XFER_RENAME, [](HWND hdlg) { replaceText(hdlg, IDC_RENAME_NEWNAME, "b%s.txt"); });
     EXPECT_EQ(contentsOf(onServer("b%s.txt")), "text") << logged();
     EXPECT_EQ(rows(IDC_DANDD_HOSTFILES), (Strings{"b%s.txt"}));
 
@@ -366,6 +403,12 @@ TEST_F(Ftp, CarriesOutEveryHostCommand)
 
     run(IDC_DANDD_HOSTFILES, {"b%s.txt"}, IDM_XFER_DETAILS);
     EXPECT_EQ(log().back(), "b%s.txt                          4");
+
+    {
+        ReplacedImport import(library(), "WinExec", readViewedFile);
+        run(IDC_DANDD_HOSTFILES, {"b%s.txt"}, IDM_XFER_VIEW);
+    }
+    EXPECT_EQ(s_viewed, "b%s.txt: text");
 
     s_boxes = {{"b%s.txt", 'N'}, {"b%s.txt", 'Y'}};
     run(IDC_DANDD_HOSTFILES, {"b%s.txt"}, IDM_XFER_DELETE);
