@@ -428,6 +428,14 @@ TEST_F(Ftp, CarriesOutEveryHostCommand)
     callbacks().pfnChangeHostDir(0, 0, 0, "nowhere", 0);
     EXPECT_TRUE(waitIdle());
     EXPECT_TRUE(isLogged("nowhere: 550 ")) << logged();
+
+    // What can't be listed isn't entered.
+    CreateDirectoryA(onServer("mute").c_str(), nullptr);
+    callbacks().pfnChangeHostDir(0, 0, 0, "../mute", 0);
+    EXPECT_TRUE(waitIdle());
+    EXPECT_TRUE(isLogged("../mute: 550 Not this one.")) << logged();
+    refresh();
+    EXPECT_EQ(rows(IDC_DANDD_HOSTFILES), (Strings{"inside.txt"}));
 }
 
 TEST_F(Ftp, SendsOntoADirectoryOfTheHost)

@@ -29,7 +29,6 @@ struct FtpLink {
     HINTERNET hFile;
     LONG nSocket; // data connection of a listing
     bool fUtf8;
-    bool fPathKnown;
     DWORD dwUsed; // time of the last use of the connection
 };
 
@@ -125,8 +124,7 @@ bool learnPath(FtpLink* pFtp)
     if (!FtpGetCurrentDirectoryA(pFtp->hConnect, szWire, &cch)) {
         return fail(pFtp);
     }
-    pFtp->fPathKnown = shownName(szWire, &pFtp->fUtf8, pFtp->base.szPath);
-    return pFtp->fPathKnown || say(pFtp, UNNAMEABLE);
+    return shownName(szWire, &pFtp->fUtf8, pFtp->base.szPath) || say(pFtp, UNNAMEABLE);
 }
 
 // Goes to where the connection before this one was, or to where the user wants to begin.
@@ -142,7 +140,7 @@ bool enterPath(FtpLink* pFtp)
     if (!FtpSetCurrentDirectoryA(pFtp->hConnect, szWire)) {
         return fail(pFtp);
     }
-    return pFtp->fPathKnown || learnPath(pFtp);
+    return learnPath(pFtp);
 }
 
 bool isAlive(FtpLink* pFtp)

@@ -426,7 +426,9 @@ void moveFiles(Worker* pWorker, void* pContext)
     }
     if (fElsewhere && fGoOn) {
         endTask(pWorker);
-        moving.pHost->pfnChangeDir(moving.pLink, szBack);
+        if (!moving.pHost->pfnChangeDir(moving.pLink, szBack)) {
+            returnTo(pWorker, szBack);
+        }
     }
     free(pMove->pFiles);
 }

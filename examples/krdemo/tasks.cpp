@@ -111,20 +111,22 @@ void enterDirectory(Worker* pWorker, void* pContext)
     auto pTask = static_cast<const HostTask*>(pContext);
     Entries entries = {};
     Report told = {};
-    if (pTask->szName[0] != '\0' &&
-        !hostOf(pWorker)->pfnChangeDir(linkOf(pWorker), pTask->szName)) {
-        failure(pWorker, pTask, pTask->szName);
-        return;
-    }
-    if (!hostOf(pWorker)->pfnList(linkOf(pWorker), takeEntry, &entries)) {
+    char szBack[MAX_PATH];
+    const Host* pHost = hostOf(pWorker);
+    HostLink* pLink = linkOf(pWorker);
+    const char* pszDir = pTask->szName;
+    strcpy(szBack, pLink->szPath);
+    if ((pszDir[0] != '\0' && !pHost->pfnChangeDir(pLink, pszDir)) ||
+        !pHost->pfnList(pLink, takeEntry, &entries)) {
         free(entries.pEntries);
-        failure(pWorker, pTask, linkOf(pWorker)->szPath);
+        failure(pWorker, pTask, pszDir);
+        returnTo(pWorker, szBack);
         return;
     }
     told.pfnShow = pTask->shows.pfnDirectory;
     told.pEntries = entries.pEntries;
     told.cEntries = entries.cEntries;
-    strcpy(told.szName, linkOf(pWorker)->szPath);
+    strcpy(told.szName, pLink->szPath);
     report(pWorker, &told);
 }
 

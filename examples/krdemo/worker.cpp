@@ -346,6 +346,13 @@ int ask(Worker* pWorker, const char* pszQuestion, UINT uType)
     return isStopped(pWorker) ? IDCANCEL : int(pWorker->nAnswer);
 }
 
+// Whatever the connection has come to, the next one begins there.
+void returnTo(Worker* pWorker, const char* pszPath)
+{
+    pWorker->pHost->pfnAbort(pWorker->pLink);
+    lstrcpynA(pWorker->pLink->szPath, pszPath, MAX_PATH);
+}
+
 void endTask(Worker* pWorker)
 {
     Report end = {};

@@ -65,6 +65,9 @@ void reportProgress(Worker* pWorker, DWORD cbDone, void (*pfnShow)(Report* pRepo
 // was stopped meanwhile.
 int ask(Worker* pWorker, const char* pszQuestion, UINT uType);
 
+// After a failure: the host's current directory is the one that the user sees.
+void returnTo(Worker* pWorker, const char* pszPath);
+
 // Ends the task for the user, who waits for nothing that the task still tidies up after it.
 void endTask(Worker* pWorker);
 
