@@ -142,6 +142,19 @@ Outcome receiveUnfinished(Moving* pMoving)
     return outcome == OUTCOME_DONE && !fWhole ? hostFailure(pMoving) : outcome;
 }
 
+// Receives into a folder; the file takes its name when it is whole.
+Outcome receiveAs(Moving* pMoving, const char* pszFolder, bool fReplace)
+{
+    Unfinished* pUnfinished = unfinishedOf(pMoving->pWorker);
+    Outcome outcome = openUnfinished(pUnfinished, pszFolder) ? receiveUnfinished(pMoving)
+                                                             : systemFailure(pMoving);
+    if (outcome == OUTCOME_DONE && !nameUnfinished(pUnfinished, pMoving->szLocal, fReplace)) {
+        outcome = systemFailure(pMoving);
+    }
+    giveUpUnfinished(pUnfinished);
+    return outcome;
+}
+
 // Only the name that was asked for is used, and only after this last look at it.
 Outcome receiveFile(Moving* pMoving)
 {
@@ -163,18 +176,7 @@ Outcome receiveFile(Moving* pMoving)
     if (outcome != OUTCOME_DONE) {
         return outcome;
     }
-    Unfinished* pUnfinished = unfinishedOf(pMoving->pWorker);
-    if (!openUnfinished(pUnfinished, pMoving->pMove->szLocalFolder)) {
-        outcome = systemFailure(pMoving);
-    } else {
-        outcome = receiveUnfinished(pMoving);
-    }
-    if (outcome == OUTCOME_DONE &&
-        !nameUnfinished(pUnfinished, pMoving->szLocal, pMoving->fReplace)) {
-        outcome = systemFailure(pMoving);
-    }
-    giveUpUnfinished(pUnfinished);
-    return outcome;
+    return receiveAs(pMoving, pMoving->pMove->szLocalFolder, pMoving->fReplace);
 }
 
 // ---- sending
@@ -355,17 +357,11 @@ bool goOn(Moving* pMoving)
 Outcome fetchCopy(Moving* pMoving)
 {
     char szFolder[MAX_PATH];
-    Unfinished* pUnfinished = unfinishedOf(pMoving->pWorker);
     GetTempPathA(MAX_PATH, szFolder);
     if (GetTempFileNameA(szFolder, COPY_PREFIX, 0, pMoving->szLocal) == 0) {
         return systemFailure(pMoving);
     }
-    Outcome outcome =
-        openUnfinished(pUnfinished, szFolder) ? receiveUnfinished(pMoving) : systemFailure(pMoving);
-    if (outcome == OUTCOME_DONE && !nameUnfinished(pUnfinished, pMoving->szLocal, true)) {
-        outcome = systemFailure(pMoving);
-    }
-    giveUpUnfinished(pUnfinished);
+    Outcome outcome = receiveAs(pMoving, szFolder, true);
     if (outcome != OUTCOME_DONE) {
         DeleteFileA(pMoving->szLocal);
     }
