@@ -434,8 +434,9 @@ TEST_F(Ftp, CarriesOutEveryHostCommand)
     callbacks().pfnChangeHostDir(0, 0, 0, "../mute", 0);
     EXPECT_TRUE(waitIdle());
     EXPECT_TRUE(isLogged("../mute: 550 Not this one.")) << logged();
+    writeFile(onServer("new \xE4 dir\\later.txt"), "");
     refresh();
-    EXPECT_EQ(rows(IDC_DANDD_HOSTFILES), (Strings{"inside.txt"}));
+    EXPECT_EQ(rows(IDC_DANDD_HOSTFILES), (Strings{"inside.txt", "later.txt"}));
 }
 
 TEST_F(Ftp, SendsOntoADirectoryOfTheHost)

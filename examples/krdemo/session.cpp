@@ -281,8 +281,14 @@ void KRHAULAPI onReceiveFiles(DWORD, DWORD, DWORD, XferFileList list, DWORD)
 
 // ---- host commands
 
-// The host's files that a name means: the one that is called so, or those that match it. Gives
-// their number.
+int compareNames(const void* pName1, const void* pName2)
+{
+    return lstrcmpA(static_cast<const HostName*>(pName1)->szName,
+                    static_cast<const HostName*>(pName2)->szName);
+}
+
+// The host's files that a name means, in the order of the list: the one that is called so, or those
+// that match it. Gives their number.
 DWORD findMatches(const char* pszName, HostName* pMatches)
 {
     DWORD cMatches = 0;
@@ -296,6 +302,7 @@ DWORD findMatches(const char* pszName, HostName* pMatches)
             lstrcpynA(pMatches[cMatches++].szName, pEntry->szName, MAX_PATH);
         }
     }
+    qsort(pMatches, cMatches, sizeof *pMatches, compareNames);
     return cMatches;
 }
 
