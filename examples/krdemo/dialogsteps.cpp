@@ -168,7 +168,7 @@ bool deleteOnTheHost()
            sayYesTo("Delete spare-1.bak on the host?") &&
            sayYesTo("Delete spare-2.bak on the host?") && waitForNoHost("spare-1.bak") &&
            waitForNoHost("spare-2.bak") && waitForNoRow(IDC_DANDD_HOSTFILES, "spare-2.bak") &&
-           fillDialog('D', {{'F', "typed again.txt"}, {'O', nullptr}}, nullptr) &&
+           waitForNoBox() && fillDialog('D', {{'F', "typed again.txt"}, {'O', nullptr}}, nullptr) &&
            sayYesTo("Delete typed again.txt on the host?") && waitForNoHost("typed again.txt") &&
            waitForNoBox();
 }
