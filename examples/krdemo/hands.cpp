@@ -1,5 +1,6 @@
 #include "hands.h"
 #include "looks.h"
+#include "session.h"
 #include "../../resources/ids.h"
 #include "../../toolbar/toolbar.h"
 
@@ -22,6 +23,15 @@ bool isSelected(const void* pContext)
 {
     auto pRow = static_cast<const Row*>(pContext);
     return SendMessageA(pRow->hwndList, LB_GETSEL, WPARAM(pRow->nRow), 0) > 0;
+}
+
+// A list takes the mouse when it has got a press, the window when a drag begins.
+bool hasMouse(const void* pContext)
+{
+    GUITHREADINFO info = {};
+    info.cbSize = sizeof info;
+    GetGUIThreadInfo(GetWindowThreadProcessId(sessionWindow(), nullptr), &info);
+    return info.hwndCapture == pContext;
 }
 
 } // namespace
@@ -91,7 +101,10 @@ void dragRow(int idList, const char* pszName, POINT ptTo)
     ptFrom.x += 10; // far enough from an earlier click for no double click
     movePointer(ptFrom);
     pressButton();
+    waitFor(hasMouse, control(idList));
     dragTo(ptFrom, ptTo);
+    waitFor(hasMouse, sessionWindow());
+    rest();
 }
 
 bool goHome()
