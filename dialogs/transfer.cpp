@@ -2,6 +2,7 @@
 // it has found out stands in the record when it closes.
 #include "dialogs.h"
 #include "../resources/ids.h"
+#include "../transfer/panes.h"
 
 #include <string.h>
 
@@ -24,8 +25,10 @@ char (&targetName(XferWindowRecord* pRecord))[XFER_NAME_SIZE]
     return pRecord->nDialogOp == XFEROP_SEND ? pRecord->szName2 : pRecord->szName1;
 }
 
-void initBlank(HWND hdlg)
+// Names will be typed with the panes in view, which therefore show the current directory first.
+void initBlank(HWND hdlg, XferWindowRecord* pRecord)
 {
+    fXferDandDShowsHere(pRecord);
     CheckRadioButton(hdlg, IDC_COPY_SEND, IDC_COPY_RECEIVE, IDC_COPY_SEND);
     vXferDandDEnableOk(hdlg, false);
 }
@@ -40,6 +43,8 @@ void initFilled(HWND hdlg, XferWindowRecord* pRecord)
     for (int id : FIXED) {
         EnableWindow(GetDlgItem(hdlg, id), FALSE);
     }
+    // An empty source has switched it off as it came.
+    vXferDandDEnableOk(hdlg, true);
 }
 
 void initDialog(HWND hdlg, LPARAM lParam)
@@ -52,7 +57,7 @@ void initDialog(HWND hdlg, LPARAM lParam)
     if (s_fFocusOnTarget) {
         initFilled(hdlg, pRecord);
     } else {
-        initBlank(hdlg);
+        initBlank(hdlg, pRecord);
     }
     vXferDandDStartFocusTimer(hdlg);
 }
@@ -62,6 +67,12 @@ void sourceChanged(HWND hdlg, WORD nNotification)
     if (nNotification == EN_CHANGE) {
         vXferDandDEnableOk(hdlg, GetWindowTextLengthA(GetDlgItem(hdlg, IDC_COPY_SOURCE)) > 0);
     }
+}
+
+// The names of a filled form are the caller's, whatever the panes show.
+bool isFilled(HWND hdlg)
+{
+    return !IsWindowEnabled(GetDlgItem(hdlg, IDC_COPY_SOURCE));
 }
 
 void accept(const XferDialog* pDialog)
@@ -76,6 +87,9 @@ void accept(const XferDialog* pDialog)
         strcpy(targetName(pRecord), sourceName(pRecord));
     }
     strcpy(szLocal, pRecord->szName1);
+    if (!isFilled(pDialog->hdlg) && !fXferDandDNamesMeanShownDir(pDialog)) {
+        return;
+    }
     if (fSend ? fXferDandDCheckSource(pDialog, szLocal) : fXferDandDCheckTarget(pDialog, szLocal)) {
         vXferDandDEndDialog(pDialog);
     }

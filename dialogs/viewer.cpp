@@ -175,15 +175,20 @@ bool writeControlFile(const View* pView, const char* pszControl)
     return false;
 }
 
-// Gives false, with the control file's name or as much as is known of it.
+// Gives false, with the control file's name, or what else can't be had, in its place.
 bool makeControlFile(const View* pView, char (&szControl)[XFER_NAME_SIZE])
 {
     char szDir[XFER_NAME_SIZE];
-    szControl[0] = '\0';
     DWORD cch = GetTempPathA(sizeof szDir, szDir);
-    return cch > 0 && cch < sizeof szDir &&
-           GetTempFileNameA(szDir, CONTROL_PREFIX, 0, szControl) != 0 &&
-           writeControlFile(pView, szControl);
+    if (cch == 0 || cch >= sizeof szDir) {
+        strcpy(szControl, pView->pszFile);
+        return false;
+    }
+    if (GetTempFileNameA(szDir, CONTROL_PREFIX, 0, szControl) == 0) {
+        strcpy(szControl, szDir);
+        return false;
+    }
+    return writeControlFile(pView, szControl);
 }
 
 void quote(char* pszCommand, const char* pszOption, const char* pszName)

@@ -326,8 +326,8 @@ INT_PTR CALLBACK fDlgXferStatProc(HWND hdlgStat, UINT uMessage, WPARAM wParam, L
  *  (SetWindowLongA with GWL_WNDPROC): the command #XFERCMD_REFRESH; WM_COMMAND with IDABORT,
  *  which the stop command sends; and WM_CLOSE, which by itself closes nothing.
  *
- *  Calls with a window that isn't a transfer window of this library do nothing. Calls with
- *  an integer result then give 0, but for nXferDandDDialogBoxParam().
+ *  Calls with a window that isn't a transfer window of this library, 0 included, do nothing.
+ *  Calls with an integer result then give 0, but for nXferDandDDialogBoxParam().
  *  @{ */
 
 /** @name View modes */
@@ -360,8 +360,8 @@ INT_PTR CALLBACK fDlgXferStatProc(HWND hdlgStat, UINT uMessage, WPARAM wParam, L
  *  XferFileList_vDestroy(). Exported calls may be made from a callback, nXferDandDDestroy()
  *  included.
  *
- *  A null slot is asked for nothing: a list that was made for it is destroyed. Without
- *  pfnConfirmFlags the user is asked before each local delete and removal. */
+ *  A null slot is asked for nothing: what would lead to it does nothing and records nothing.
+ *  Without pfnConfirmFlags the user is asked before each local delete and removal. */
 typedef struct HostCallbacks {
     /** Size of this table in bytes, as the caller knows it. Slots beyond it count as null.
      *  The creation of a window overwrites it with the size that the library knows. */
@@ -409,13 +409,15 @@ typedef struct HostCallbacks {
                                       DWORD dw4);
 } HostCallbacks;
 
-/** Makes a transfer window in English: hdlgXferDandDLangCreate2() with the code "EN". */
+/** Makes a transfer window in English: hdlgXferDandDLangCreate2() with the code "EN", and what
+ *  stands there of null arguments. */
 HWND KRHAULAPI hdlgXferDandDCreate2(const char* pszTitle, HWND hwndParent, HGLOBAL* phRecord,
                                     DWORD dwCallerData, HostCallbacks* pCallbacks, DWORD nViewMode);
 
 /** Makes a transfer window.
- *  @param pszLanguage language code of its module, which the window owns.
- *  @param pszTitle the caption.
+ *  @param pszLanguage language code of its module, which the window owns. Null is that of no
+ *         module.
+ *  @param pszTitle the caption; null leaves it empty.
  *  @param hwndParent the caller's window, or 0. It owns the new window if it has a parent or
  *         owner itself; a top-level window doesn't. It and its parents are disabled while a
  *         modal dialog runs.
@@ -440,8 +442,8 @@ int KRHAULAPI nXferDandDDestroy(HWND hdlgDandD);
 
 /** Runs a modal dialog, from the window's language module and owned by the window, with the
  *  window's parent and all its parents disabled.
- *  @return the result of the dialog; -1 if it can't be made or the window isn't a transfer
- *         window. */
+ *  @return the result of the dialog; -1 if it can't be made, the template or the procedure is
+ *         null, or the window isn't a transfer window. */
 INT_PTR KRHAULAPI nXferDandDDialogBoxParam(HWND hdlgDandD, const char* pszTemplate,
                                            DLGPROC pfnDialog, LPARAM lParam);
 
@@ -493,8 +495,9 @@ int KRHAULAPI nXferDandDAddLocalFileName(HWND hdlgDandD, const char* pszName);
  *  They show only what the caller puts there, in the order of lstrcmpA, case and all. After
  *  each change of the host directory: nXferDandDClearHostFileList(), which also makes the
  *  ".." row, vXferDandDPrintWorkingDir(), then the directories and files in any order; all of
- *  it inside a busy period, whose end makes the columns as wide as the names. Names are cut
- *  to #XFER_MAX_NAME characters; null does nothing. They are texts to this library and never
+ *  it inside a busy period, whose end makes the columns as wide as the names, and in which the
+ *  lists are drawn only when the message loop runs. Names are cut to #XFER_MAX_NAME
+ *  characters; null does nothing, unless the call says otherwise. They are texts to this library and never
  *  reach a local file operation. Results are 0 always. */
 /**@{*/
 #define XFERCLEAR_FILES 1   /**< The host file list. */
@@ -508,7 +511,8 @@ int KRHAULAPI nXferDandDClearHostFileInfo(HWND hdlgDandD, DWORD dwFlags);
 /** Clears all of the host side. */
 int KRHAULAPI nXferDandDClearHostFileList(HWND hdlgDandD);
 
-/** Shows the working directory: its row in the directory list, and the host path line. */
+/** Shows the working directory: its row in the directory list, and the host path line. Null
+ *  texts count as empty. */
 void KRHAULAPI vXferDandDPrintWorkingDir(HWND hdlgDandD, const char* pszRow, const char* pszPath);
 
 /** Adds a subdirectory; one of the same name is replaced. */
@@ -593,7 +597,7 @@ INT_PTR CALLBACK fDlgXferDandDConfirmProc(HWND hdlg, UINT uMessage, WPARAM wPara
  *  text selected, or the command line. */
 void KRHAULAPI vXferDandDSetFocus(HWND hdlgDandD);
 
-/** Sets the caption of the window. */
+/** Sets the caption of the window. Null leaves it empty. */
 void KRHAULAPI vXferDandDSetTitle(HWND hdlgDandD, const char* pszTitle);
 /** @} */
 

@@ -1,6 +1,7 @@
 #include "dialog.h"
 #include "../resources/ids.h"
 #include "../shared/help.h"
+#include "../shared/icon.h"
 #include "../shared/library.h"
 
 namespace {
@@ -10,11 +11,6 @@ constexpr int CORNER_MARGIN = 5;
 
 // The owner of help calls of all status windows: the parent of the one that was made last.
 HWND s_hwndHelpOwner;
-
-HICON loadIcon()
-{
-    return LoadIconA(g_hInstance, ICON);
-}
 
 void moveToCorner(HWND hdlgStat)
 {
@@ -87,11 +83,7 @@ INT_PTR onPaint(HWND hdlgStat, WPARAM, LPARAM)
     if (!IsIconic(hdlgStat)) {
         return 0;
     }
-    PAINTSTRUCT paint;
-    HDC hdc = BeginPaint(hdlgStat, &paint);
-    DefDlgProcA(hdlgStat, WM_ICONERASEBKGND, reinterpret_cast<WPARAM>(hdc), 0);
-    DrawIcon(hdc, 0, 0, loadIcon());
-    EndPaint(hdlgStat, &paint);
+    XferPaintIconic(hdlgStat, ICON);
     return 1;
 }
 
@@ -102,7 +94,7 @@ INT_PTR onEraseBackground(HWND hdlgStat, WPARAM, LPARAM)
 
 INT_PTR onQueryDragIcon(HWND, WPARAM, LPARAM)
 {
-    return reinterpret_cast<INT_PTR>(loadIcon());
+    return reinterpret_cast<INT_PTR>(LoadIconA(g_hInstance, ICON));
 }
 
 } // namespace

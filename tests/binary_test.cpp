@@ -112,7 +112,8 @@ const Table PLATFORM = {
                    "PostMessageA RedrawWindow RegisterClassA ReleaseCapture ReleaseDC "
                    "ScreenToClient SendDlgItemMessageA SendMessageA SetCapture SetCursor "
                    "SetDlgItemInt SetDlgItemTextA SetFocus SetRect SetTimer SetWindowLongA "
-                   "SetWindowPos SetWindowTextA ShowWindow UpdateWindow WinHelpA WindowFromPoint "
+                   "SetWindowPos SetWindowTextA ShowWindow UnregisterClassA UpdateWindow WinHelpA "
+                   "WindowFromPoint "
                    "wsprintfA"},
 };
 

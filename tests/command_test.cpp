@@ -3,6 +3,7 @@
 #include "support/imports.h"
 #include "support/ledger.h"
 #include "support/pane_window.h"
+#include "support/subclassed.h"
 
 #include <algorithm>
 #include <commdlg.h>
@@ -35,10 +36,22 @@ int WINAPI fakeMessageBox(HWND, LPCSTR pszText, LPCSTR pszCaption, UINT uStyle)
     return nAnswer;
 }
 
+// The dialogs that were asked for; nobody answers them.
+Strings s_dialogs;
+
+INT_PTR WINAPI fakeDialogBox(HINSTANCE, LPCSTR pszTemplate, HWND, DLGPROC, LPARAM)
+{
+    s_dialogs.push_back(pszTemplate);
+    return -1;
+}
+
 class Command : public PaneWindow {
 protected:
-    Command() : m_box(library(), "MessageBoxA", fakeMessageBox)
+    Command()
+        : m_box(library(), "MessageBoxA", fakeMessageBox),
+          m_dialog(library(), "DialogBoxParamA", fakeDialogBox)
     {
+        s_dialogs.clear();
         s_boxes.clear();
         s_answers = {IDYES};
         s_inBox = nullptr;
@@ -58,7 +71,7 @@ protected:
     }
 
 private:
-    ReplacedImport m_box;
+    ReplacedImport m_box, m_dialog;
 };
 
 TEST_F(Command, ASelectionExistsOnOneSideOnly)
@@ -112,7 +125,7 @@ TEST_F(Command, TheSumTellsCountAndSize)
     EXPECT_EQ(stripText(), "kept");
     notify(IDC_DANDD_LOCALFILES, LBN_SELCHANGE);
     EXPECT_EQ(stripText(), "Files selected: 1 (10 bytes)");
-    EXPECT_EQ(ledger.blocks(), 0u);
+    EXPECT_EQ(ledger.owed(), "");
 }
 
 TEST_F(Command, TypingAPrefixScrollsTheList)
@@ -367,13 +380,45 @@ TEST_F(Command, ASelectionGoesToTheCaller)
         EXPECT_EQ(rows(IDC_DANDD_HOSTFILES), (Strings{"x", "y", "z"}));
     }
     EXPECT_TRUE(s_boxes.empty());
-    // In command line mode a selection counts for nothing.
-    tell(IDC_DANDD_LOCALFILES, LB_SETSEL, TRUE, -1);
-    command(IDM_XFER_COMMANDLINE);
-    for (UINT id : {IDM_XFER_TRANSFER, IDM_XFER_DELETE, IDM_XFER_VIEW, IDM_XFER_DETAILS}) {
-        command(id);
+}
+
+// The dialog of a command: where nothing is selected, and where a selection counts.
+struct Asked {
+    UINT idCommand;
+    const char *pszAlone, *pszSelected;
+};
+const Asked ASKED[] = {
+    {IDM_XFER_TRANSFER, "DLGCOPY", ""},
+    {IDM_XFER_DELETE, "DLGDEL", ""},
+    {IDM_XFER_VIEW, "DLGVIEW", ""},
+    {IDM_XFER_DETAILS, "", ""},
+    {IDM_XFER_REMOVEDIR, "DLGDANDRMDIR", ""},
+    {IDM_XFER_MAKEDIR, "DLGMKDIR", "DLGMKDIR"},
+    {IDM_XFER_CHANGEDIR, "DLGCHDIR", "DLGCHDIR"},
+    {IDM_XFER_CONFIRM, "DLGCONFIRM", "DLGCONFIRM"},
+    {IDM_XFER_RENAME, "DLGRENAME", "DLGRENAME"},
+};
+
+// In command line mode a selection counts for nothing.
+TEST_F(Command, WithoutASelectionADialogAsks)
+{
+    openFilled();
+    for (DWORD nMode : {XFERVIEW_TWOPANE, XFERVIEW_COMMANDLINE}) {
+        command(nMode == XFERVIEW_TWOPANE ? IDM_XFER_TWOPANE : IDM_XFER_COMMANDLINE);
+        for (bool fSelected : {false, true}) {
+            for (const Asked& asked : ASKED) {
+                SCOPED_TRACE(testing::Message() << asked.idCommand << " " << nMode << fSelected);
+                selectFiles(IDC_DANDD_HOSTFILES, fSelected ? Strings{"x", "y"} : Strings{});
+                tell(IDC_DANDD_HOSTDIRS, LB_SETCURSEL, fSelected ? 0 : WPARAM(-1));
+                requests();
+                command(asked.idCommand);
+                bool fAlone = !fSelected || nMode == XFERVIEW_COMMANDLINE;
+                EXPECT_EQ(s_dialogs, split(fAlone ? asked.pszAlone : asked.pszSelected));
+                EXPECT_TRUE(!fAlone || requests().empty());
+                s_dialogs.clear();
+            }
+        }
     }
-    EXPECT_EQ(requests(), Strings{"mode 1"});
     EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), (Strings{"a", "b", "c"}));
     EXPECT_EQ(log(), Strings{});
 }
@@ -383,7 +428,7 @@ TEST_F(Command, NoListIsLeftBehind)
     Ledger ledger;
     // Each request for memory fails in turn: the caller gets the whole list or none.
     openFilled();
-    size_t cBefore = ledger.blocks();
+    size_t cBefore = ledger.count();
     for (const Selection& selection : SELECTIONS) {
         for (int n = 1;; ++n) {
             selectFiles(IDC_DANDD_LOCALFILES, {});
@@ -392,7 +437,7 @@ TEST_F(Command, NoListIsLeftBehind)
             ledger.failAt(n);
             command(selection.idCommand);
             EXPECT_EQ(requests(), ledger.hasFailed() ? Strings{} : Strings{selection.pszRequest});
-            EXPECT_EQ(ledger.blocks(), cBefore);
+            EXPECT_EQ(ledger.count(), cBefore);
             if (!ledger.hasFailed()) {
                 break;
             }
@@ -405,7 +450,7 @@ TEST_F(Command, NoListIsLeftBehind)
     EXPECT_TRUE(m_dir.holds("a") && m_dir.holds("b"));
     ledger.failAt(0);
     close();
-    EXPECT_EQ(ledger.blocks(), 0u);
+    EXPECT_EQ(ledger.owed(), "");
 
     // Nobody takes the lists.
     auto pfnMode = m_callbacks.pfnViewModeChanged;
@@ -413,17 +458,95 @@ TEST_F(Command, NoListIsLeftBehind)
     m_callbacks.cbSize = sizeof m_callbacks;
     m_callbacks.pfnViewModeChanged = pfnMode;
     openFilled();
-    cBefore = ledger.blocks();
+    cBefore = ledger.count();
     for (const Selection& selection : SELECTIONS) {
         selectFiles(selection.idList, split(selection.pszNames));
         command(selection.idCommand);
-        EXPECT_EQ(ledger.blocks(), cBefore);
+        EXPECT_EQ(ledger.count(), cBefore);
+        EXPECT_EQ(recorded(), Strings{});
         selectFiles(selection.idList, {});
     }
     selectRow(IDC_DANDD_HOSTDIRS, "one");
     command(IDM_XFER_REMOVEDIR);
+    EXPECT_EQ(recorded(), Strings{});
     close();
-    EXPECT_EQ(ledger.blocks(), 0u);
+    EXPECT_EQ(ledger.owed(), "");
+}
+
+// KRUTILS isn't ours: what it is told can end the window. Each step records something.
+std::function<void()> s_inRecord;
+int s_cRecorded;
+
+void noteRecord()
+{
+    ++s_cRecorded;
+    s_inRecord();
+}
+void WINAPI fakeRecordAction(HWND, int, const char*)
+{
+    noteRecord();
+}
+void WINAPI fakeRecordCommand(HWND, const char*)
+{
+    noteRecord();
+}
+
+struct Recorder {
+    int idList; // its first row of that name is selected
+    const char* pszRow;
+    UINT idCommand;       // 0: Enter on the list
+    const char* pszAsked; // what the caller has been asked before the end
+};
+const Recorder RECORDERS[] = {
+    {IDC_DANDD_LOCALFILES, "a", IDM_XFER_TRANSFER, ""},
+    {IDC_DANDD_HOSTFILES, "x", IDM_XFER_TRANSFER, ""},
+    {IDC_DANDD_HOSTFILES, "x", IDM_XFER_DELETE, ""},
+    {IDC_DANDD_LOCALFILES, "a", IDM_XFER_DELETE, "flags"},
+    {IDC_DANDD_LOCALDIRS, "child", IDM_XFER_REMOVEDIR, "flags"},
+    {IDC_DANDD_HOSTDIRS, "one", IDM_XFER_REMOVEDIR, "rmdir one 1"},
+    {IDC_DANDD_LOCALDIRS, "full", 0, ""},
+    {IDC_DANDD_HOSTDIRS, "one", 0, "chdir one 1"},
+    {IDC_DANDD_COMMANDLINE, "dir", 0, ""},
+    {IDC_DANDD_LOCALDRIVES, "", 0, ""},
+};
+
+TEST_F(Command, ARecordedActionMayEndTheWindow)
+{
+    ReplacedImport action(library(), "KRUTILS.DLL", 41, fakeRecordAction);
+    ReplacedImport typed(library(), "KRUTILS.DLL", 22, fakeRecordCommand);
+    Ledger ledger;
+    for (const Recorder& recorder : RECORDERS) {
+        SCOPED_TRACE(testing::Message() << recorder.idList << " " << recorder.idCommand);
+        bool fTyped = recorder.idList == IDC_DANDD_COMMANDLINE;
+        openFilled(fTyped ? XFERVIEW_COMMANDLINE : XFERVIEW_TWOPANE);
+        s_cRecorded = 0;
+        s_inRecord = [this] { close(); };
+        switch (recorder.idList) {
+        case IDC_DANDD_LOCALFILES:
+        case IDC_DANDD_HOSTFILES:
+            tell(recorder.idList, LB_SETSEL, TRUE, -1);
+            break;
+        case IDC_DANDD_LOCALDIRS:
+        case IDC_DANDD_HOSTDIRS:
+            selectRow(recorder.idList, recorder.pszRow);
+            break;
+        case IDC_DANDD_COMMANDLINE:
+            type(recorder.idList, recorder.pszRow);
+            break;
+        }
+        if (recorder.idCommand != 0) {
+            command(recorder.idCommand);
+        } else if (recorder.idList == IDC_DANDD_LOCALDRIVES) {
+            notify(recorder.idList, CBN_SELCHANGE);
+        } else {
+            enter(recorder.idList);
+        }
+        EXPECT_EQ(s_cRecorded, 1);
+        EXPECT_EQ(m_hwnd, nullptr);
+        EXPECT_EQ(requests(), split(recorder.pszAsked, '|'));
+        EXPECT_EQ(ledger.owed(), "");
+        SetCurrentDirectoryA(m_dir.path().c_str());
+    }
 }
 
 // Memory runs out at each place in turn; what a failure leaves is what there was before.
@@ -437,7 +560,7 @@ TEST_F(Command, AWindowThatWasUsedLeavesNothingBehind)
         vXferDandDRefreshLocalFiles(m_hwnd);
     };
     fill();
-    const size_t cBefore = ledger.blocks();
+    const size_t cBefore = ledger.count();
     bool fFailed = true;
     int n = 0;
     while (fFailed && !HasFailure()) {
@@ -459,11 +582,11 @@ TEST_F(Command, AWindowThatWasUsedLeavesNothingBehind)
         EXPECT_TRUE(fFailed || !m_dir.holds("c"));
         ledger.failAt(0);
         fill();
-        EXPECT_EQ(ledger.blocks(), cBefore) << n;
+        EXPECT_EQ(ledger.count(), cBefore) << n;
     }
     EXPECT_GT(n, 20);
     close();
-    EXPECT_EQ(ledger.blocks(), 0u);
+    EXPECT_EQ(ledger.owed(), "");
 }
 
 // The file system's answer to a search for details.
@@ -599,26 +722,20 @@ TEST_F(Command, EscapeClearsTheCommandLineAndNothingElse)
     EXPECT_TRUE(IsWindow(m_hwnd));
 }
 
-std::vector<WPARAM> s_commands;
-WNDPROC s_pfnDialog;
-
-LRESULT CALLBACK listeningProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
-{
-    if (uMessage == WM_COMMAND) {
-        s_commands.push_back(wParam);
-    }
-    return CallWindowProcA(s_pfnDialog, hwnd, uMessage, wParam, lParam);
-}
-
 TEST_F(Command, StopReachesTheCallerAsAbort)
 {
     openFilled();
-    s_pfnDialog = WNDPROC(SetWindowLongA(m_hwnd, GWL_WNDPROC, LONG(listeningProc)));
-    s_commands.clear();
+    std::vector<WPARAM> commands;
+    Subclassed listening(m_hwnd, [&](UINT uMessage, WPARAM wParam, LPARAM) {
+        if (uMessage == WM_COMMAND) {
+            commands.push_back(wParam);
+        }
+        return false;
+    });
     for (UINT id : {UINT(IDM_XFER_STOP), UINT(IDM_XFER_REFRESH), UINT(IDABORT)}) {
         command(id);
     }
-    EXPECT_EQ(s_commands, (std::vector<WPARAM>{IDM_XFER_STOP, IDABORT, IDM_XFER_REFRESH, IDABORT}));
+    EXPECT_EQ(commands, (std::vector<WPARAM>{IDM_XFER_STOP, IDABORT, IDM_XFER_REFRESH, IDABORT}));
     EXPECT_EQ(requests(), Strings{});
 }
 

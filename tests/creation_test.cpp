@@ -3,221 +3,13 @@
 #include "../resources/ids.h"
 #include "../toolbar/toolbar.h"
 #include "../transfer/record.h"
+#include "support/ledger.h"
 #include "support/transfer_window.h"
 
 #include <algorithm>
-#include <map>
-#include <memory>
-#include <stdlib.h>
 #include <string.h>
 
 namespace {
-
-// What the library has and owes: each thing with the call that gave it.
-std::multimap<const void*, const char*> s_owed;
-int s_cAllocs;
-int s_nFailingAlloc; // counted from 1; 0 for none
-
-void take(const void* p, const char* pszFrom)
-{
-    if (p != nullptr) {
-        s_owed.emplace(p, pszFrom);
-    }
-}
-
-void giveBack(const void* p, const char* pszBy)
-{
-    auto found = s_owed.find(p);
-    if (found != s_owed.end()) {
-        s_owed.erase(found);
-    } else if (p != nullptr) {
-        ADD_FAILURE() << pszBy << " of what isn't owed";
-    }
-}
-
-std::string owed()
-{
-    std::string all;
-    for (const auto& [p, pszFrom] : s_owed) {
-        all += std::string(pszFrom) + " ";
-    }
-    return all;
-}
-
-bool allocFails()
-{
-    return ++s_cAllocs == s_nFailingAlloc;
-}
-
-HGLOBAL WINAPI owingGlobalAlloc(UINT uFlags, SIZE_T cb)
-{
-    HGLOBAL h = allocFails() ? nullptr : GlobalAlloc(uFlags, cb);
-    take(h, "GlobalAlloc");
-    return h;
-}
-
-HGLOBAL WINAPI owingGlobalReAlloc(HGLOBAL hOld, SIZE_T cb, UINT uFlags)
-{
-    HGLOBAL h = allocFails() ? nullptr : GlobalReAlloc(hOld, cb, uFlags);
-    if (h != nullptr) {
-        giveBack(hOld, "GlobalReAlloc");
-        take(h, "GlobalReAlloc");
-    }
-    return h;
-}
-
-// Freed blocks stay, filled with this, so that a use after the end shows.
-constexpr BYTE DEAD = 0xDD;
-std::vector<HGLOBAL> s_dead;
-
-HGLOBAL WINAPI owingGlobalFree(HGLOBAL h)
-{
-    giveBack(h, "GlobalFree");
-    if (h != nullptr) {
-        memset(GlobalLock(h), DEAD, GlobalSize(h));
-        s_dead.push_back(h);
-    }
-    return nullptr;
-}
-
-void burySafely()
-{
-    for (HGLOBAL h : std::exchange(s_dead, {})) {
-        auto pb = static_cast<const BYTE*>(GlobalLock(h));
-        EXPECT_EQ(std::count(pb, pb + GlobalSize(h), DEAD), int(GlobalSize(h)))
-            << "written to after its end";
-        while (GlobalUnlock(h)) {
-        }
-        GlobalFree(h);
-    }
-}
-
-void* owingMalloc(size_t cb)
-{
-    void* p = allocFails() ? nullptr : malloc(cb);
-    take(p, "malloc");
-    return p;
-}
-
-// The compiler makes it of malloc and memset.
-void* owingCalloc(size_t c, size_t cb)
-{
-    void* p = allocFails() ? nullptr : calloc(c, cb);
-    take(p, "calloc");
-    return p;
-}
-
-void* owingRealloc(void* pOld, size_t cb)
-{
-    if (allocFails()) {
-        return nullptr;
-    }
-    giveBack(pOld, "realloc");
-    void* p = realloc(pOld, cb);
-    take(p, "realloc");
-    return p;
-}
-
-void owingFree(void* p)
-{
-    giveBack(p, "free");
-    free(p);
-}
-
-// The fakes of platform calls that give something, and of those that take it back. A number
-// for each, because calls of one type would share a fake.
-template <int NUMBER, typename Result, typename... Args> struct Owing {
-    static inline Result(WINAPI* s_pfn)(Args...);
-    static inline const char* s_pszName;
-    static Result WINAPI make(Args... args)
-    {
-        Result result = s_pfn(args...);
-        take(result, s_pszName);
-        return result;
-    }
-    static Result WINAPI giveFirst(Args... args)
-    {
-        giveBack(std::get<0>(std::make_tuple(args...)), s_pszName);
-        return s_pfn(args...);
-    }
-    static Result WINAPI giveSecond(Args... args)
-    {
-        giveBack(std::get<1>(std::make_tuple(args...)), s_pszName);
-        return s_pfn(args...);
-    }
-};
-
-class Ledger {
-public:
-    Ledger()
-    {
-        s_owed.clear();
-        s_cAllocs = 0;
-        s_nFailingAlloc = 0;
-        replace("GlobalAlloc", owingGlobalAlloc);
-        replace("GlobalReAlloc", owingGlobalReAlloc);
-        replace("GlobalFree", owingGlobalFree);
-        replace("malloc", owingMalloc);
-        replace("calloc", owingCalloc);
-        replace("realloc", owingRealloc);
-        replace("free", owingFree);
-        makes<0>("LoadLibraryA", LoadLibraryA);
-        givesFirst<1>("FreeLibrary", FreeLibrary);
-        makes<2>("CreateFontA", CreateFontA);
-        makes<3>("CreatePen", CreatePen);
-        makes<4>("CreateSolidBrush", CreateSolidBrush);
-        makes<5>("CreatePatternBrush", CreatePatternBrush);
-        makes<6>("CreateBitmap", CreateBitmap);
-        makes<7>("CreateDIBitmap", CreateDIBitmap);
-        makes<8>("CreateDiscardableBitmap", CreateDiscardableBitmap);
-        makes<9>("CreateCompatibleDC", CreateCompatibleDC);
-        makes<10>("GetDC", GetDC);
-        makes<11>("BeginPaint", BeginPaint);
-        givesFirst<12>("DeleteObject", DeleteObject);
-        givesFirst<13>("DeleteDC", DeleteDC);
-        givesSecond<14>("ReleaseDC", ReleaseDC);
-        replace("EndPaint", endPaint);
-    }
-    ~Ledger()
-    {
-        burySafely();
-    }
-    Ledger(const Ledger&) = delete;
-    Ledger& operator=(const Ledger&) = delete;
-
-private:
-    static BOOL WINAPI endPaint(HWND hwnd, const PAINTSTRUCT* pPaint)
-    {
-        giveBack(pPaint->hdc, "EndPaint");
-        return EndPaint(hwnd, pPaint);
-    }
-    template <typename Function> void replace(const char* pszName, Function* pfnFake)
-    {
-        m_replaced.push_back(std::make_unique<ReplacedImport>(krhaul(), pszName, pfnFake));
-    }
-    template <int NUMBER, typename Result, typename... Args>
-    void makes(const char* pszName, Result(WINAPI* pfn)(Args...))
-    {
-        Owing<NUMBER, Result, Args...>::s_pfn = pfn;
-        Owing<NUMBER, Result, Args...>::s_pszName = pszName;
-        replace(pszName, Owing<NUMBER, Result, Args...>::make);
-    }
-    template <int NUMBER, typename Result, typename... Args>
-    void givesFirst(const char* pszName, Result(WINAPI* pfn)(Args...))
-    {
-        Owing<NUMBER, Result, Args...>::s_pfn = pfn;
-        Owing<NUMBER, Result, Args...>::s_pszName = pszName;
-        replace(pszName, Owing<NUMBER, Result, Args...>::giveFirst);
-    }
-    template <int NUMBER, typename Result, typename... Args>
-    void givesSecond(const char* pszName, Result(WINAPI* pfn)(Args...))
-    {
-        Owing<NUMBER, Result, Args...>::s_pfn = pfn;
-        Owing<NUMBER, Result, Args...>::s_pszName = pszName;
-        replace(pszName, Owing<NUMBER, Result, Args...>::giveSecond);
-    }
-    std::vector<std::unique_ptr<ReplacedImport>> m_replaced;
-};
 
 struct Box {
     HWND hwndOwner;
@@ -266,7 +58,7 @@ protected:
                                            &m_caller.callbacks, 0),
                   nullptr);
         EXPECT_EQ(hRecord, m_hEnglish);
-        EXPECT_EQ(owed(), "");
+        EXPECT_EQ(Ledger::owed(), "");
         EXPECT_EQ(s_boxes.size(), fBox ? 1u : 0u);
         if (!s_boxes.empty()) {
             EXPECT_EQ(s_boxes[0].hwndOwner, m_parent.hwnd());
@@ -329,7 +121,7 @@ TEST_F(Creation, FailuresLeaveNothing)
     // All that was refused works now.
     create();
     destroy();
-    EXPECT_EQ(owed(), "");
+    EXPECT_EQ(ledger.owed(), "");
 }
 
 TEST_F(Creation, EveryAllocationCanFail)
@@ -341,8 +133,7 @@ TEST_F(Creation, EveryAllocationCanFail)
     Ledger ledger;
     do {
         SCOPED_TRACE(testing::Message() << "allocation " << ++nFailing);
-        s_cAllocs = 0;
-        s_nFailingAlloc = nFailing;
+        ledger.failAt(nFailing);
         if (nFailing <= TOOLBAR) {
             static_assert(RECORD < LIST_OF_TEMP_FILES && LIST_OF_TEMP_FILES < TOOLBAR, "in order");
             expectFailure("EN", nFailing == RECORD);
@@ -351,9 +142,9 @@ TEST_F(Creation, EveryAllocationCanFail)
             useAllOfIt();
             EXPECT_EQ(s_boxes.size(), 0u);
             destroy();
-            ASSERT_EQ(owed(), "");
+            ASSERT_EQ(ledger.owed(), "");
         }
-    } while (s_cAllocs >= nFailing);
+    } while (ledger.hasFailed());
     EXPECT_GT(nFailing, TOOLBAR + 5);
 }
 
@@ -363,9 +154,9 @@ TEST_F(Creation, ObjectsAreGivenBack)
     for (int n = 0; n < 2; ++n) {
         create(DWORD(n));
         useAllOfIt();
-        EXPECT_NE(owed(), "");
+        EXPECT_NE(ledger.owed(), "");
         destroy();
-        EXPECT_EQ(owed(), "");
+        EXPECT_EQ(ledger.owed(), "");
     }
 }
 
@@ -511,7 +302,7 @@ TEST_F(Creation, EndsInTheMiddleAreSurvived)
         m_caller.whenModeChanges = [&] { nXferDandDDestroy(m_hwnd); };
         create(nMode);
         EXPECT_FALSE(IsWindow(m_hwnd));
-        EXPECT_EQ(owed(), "");
+        EXPECT_EQ(ledger.owed(), "");
         m_caller.whenModeChanges = nullptr;
         // When a control loses the focus because its mode ends.
         create(nMode);
@@ -525,7 +316,7 @@ TEST_F(Creation, EndsInTheMiddleAreSurvived)
             setMode(1 - nMode);
         }
         EXPECT_FALSE(IsWindow(m_hwnd));
-        EXPECT_EQ(owed(), "");
+        EXPECT_EQ(ledger.owed(), "");
     }
 }
 
@@ -610,6 +401,8 @@ TEST_F(Modal, DisablesTheParentsAndRestoresThem)
             EXPECT_EQ(enabled(), before);
             EXPECT_TRUE(IsWindowEnabled(m_hwnd));
             EXPECT_EQ(run("NOSUCH"), -1);
+            EXPECT_EQ(run(nullptr), -1);
+            EXPECT_EQ(nXferDandDDialogBoxParam(m_hwnd, "DLGCONFIRM", nullptr, 42), -1);
             EXPECT_EQ(enabled(), before);
             EnableWindow(hwndOff, TRUE);
             destroy();
@@ -633,7 +426,7 @@ TEST_F(Modal, TheWindowCanEndMeanwhile)
     run();
     EXPECT_FALSE(IsWindow(m_hwnd));
     EXPECT_EQ(enabled(), "eee");
-    EXPECT_EQ(owed(), "");
+    EXPECT_EQ(ledger.owed(), "");
 
     // When a parent hears that it is disabled, before there is a dialog.
     m_hwnd = createOnly(m_hwndInner);
@@ -646,7 +439,7 @@ TEST_F(Modal, TheWindowCanEndMeanwhile)
     s_inDialog = [](HWND hdlg) { EndDialog(hdlg, 7); };
     EXPECT_EQ(run(), -1);
     EXPECT_EQ(enabled(), "eee");
-    EXPECT_EQ(owed(), "");
+    EXPECT_EQ(ledger.owed(), "");
 }
 
 INT_PTR CALLBACK emptyProc(HWND, UINT, WPARAM, LPARAM)
@@ -741,7 +534,7 @@ TEST_F(Creation, DISABLED_OldPlatform)
     EXPECT_EQ(SendMessageA(m_hwnd, WM_GETICON, ICON_BIG, 0), 0);
     useAllOfIt();
     destroy();
-    EXPECT_EQ(owed(), "");
+    EXPECT_EQ(ledger.owed(), "");
 }
 
 // The case above for real, in a program of which the platform says that it is an old one.

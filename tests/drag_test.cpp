@@ -4,6 +4,7 @@
 #include "../transfer/record.h"
 #include "support/imports.h"
 #include "support/input.h"
+#include "support/ledger.h"
 #include "support/pane_window.h"
 
 #include <atomic>
@@ -68,6 +69,9 @@ SHORT WINAPI fakeGetAsyncKeyState(int vk)
     return nState;
 }
 
+// Presses of the left button that a list has got.
+std::atomic<int> s_cPresses{0};
+
 void hold(MouseButton button)
 {
     s_held[button] = true;
@@ -103,6 +107,7 @@ LRESULT WINAPI fakeCallWindowProc(WNDPROC pfn, HWND hwnd, UINT uMessage, WPARAM 
                                   LPARAM lParam)
 {
     LRESULT nResult = CallWindowProcA(pfn, hwnd, uMessage, wParam, lParam);
+    s_cPresses += uMessage == WM_LBUTTONDOWN;
     if (uMessage == WM_LBUTTONDOWN || uMessage == WM_LBUTTONUP) {
         s_passedOn.push_back({hwnd, uMessage});
     }
@@ -134,6 +139,16 @@ HCURSOR hover(POINT pt)
     movePointer(pt);
     return waitFor([pt] { return s_pass.pt == packed(pt); }) && waitForPasses() ? s_pass.hcur.load()
                                                                                 : nullptr;
+}
+
+// Presses the left button and waits until the list knows: moves that come before that count as
+// one, and the screen can add an old one of its own.
+void takeHold()
+{
+    const int cPresses = s_cPresses;
+    const int cPasses = s_pass.cPasses;
+    hold(MOUSE_LEFT);
+    waitFor([=] { return s_cPresses > cPresses || s_pass.cPasses > cPasses; });
 }
 
 POINT moved(POINT pt, int dx, int dy)
@@ -218,7 +233,7 @@ protected:
         start();
         play([&] {
             movePointer(path[0]);
-            hold(MOUSE_LEFT);
+            takeHold();
             for (size_t n = 1; n < path.size(); ++n) {
                 cursors.push_back(hover(path[n]));
             }
@@ -544,6 +559,27 @@ TEST_F(Drag, WhatAFailedDropSaysOutlivesTheListsNotification)
     RemoveDirectoryA("child");
     drag({pointOf(IDC_DANDD_HOSTFILES, "x"), pointOf(IDC_DANDD_LOCALDIRS, "child")});
     EXPECT_EQ(stripText(), stringOf(GetModuleHandleA("XFREN.DLL"), IDS_DROP_FAILED));
+}
+
+TEST_F(Drag, AWindowThatWasUsedLeavesNothingBehind)
+{
+    close();
+    Ledger ledger;
+    open();
+    feedHost({"x", "y", "z"});
+    SetForegroundWindow(m_hwnd);
+    pumpMessages();
+    const size_t cBefore = ledger.count();
+    drag({pointOf(IDC_DANDD_LOCALFILES, "a"), emptyPart(IDC_DANDD_HOSTFILES)});
+    drag({pointOf(IDC_DANDD_LOCALFILES, "b"), pointOf(IDC_DANDD_HOSTDIRS, "two")});
+    drag({pointOf(IDC_DANDD_HOSTFILES, "x"), pointOf(IDC_DANDD_LOCALDIRS, "child")});
+    type(IDC_DANDD_LOCALFILTER, m_dir.path("*.*"));
+    enter(IDC_DANDD_LOCALFILTER);
+    pumpMessages();
+    EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), (Strings{"a", "b", "c"}));
+    EXPECT_EQ(ledger.count(), cBefore) << ledger.owed();
+    close();
+    EXPECT_EQ(ledger.owed(), "");
 }
 
 TEST_F(Drag, ACallbackMayEndTheWindow)

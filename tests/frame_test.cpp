@@ -2,6 +2,7 @@
 // hints, help, the view modes and the simple commands.
 #include "../resources/ids.h"
 #include "../toolbar/toolbar.h"
+#include "support/help.h"
 #include "support/transfer_window.h"
 
 #include <fstream>
@@ -271,31 +272,19 @@ TEST_F(Frame, ButtonsShowHints)
     EXPECT_EQ(texts.strip(m_hwnd), "");
 }
 
-struct HelpCall {
-    HWND hwndOwner;
-    std::string file;
-    UINT uCommand;
-    ULONG_PTR data;
-};
-std::vector<HelpCall> s_help;
-BOOL WINAPI fakeWinHelp(HWND hwndOwner, LPCSTR pszFile, UINT uCommand, ULONG_PTR data)
-{
-    s_help.push_back({hwndOwner, pszFile, uCommand, data});
-    return TRUE;
-}
-
 TEST_F(Frame, HelpBelongsToTheParentOrTheWindow)
 {
-    ReplacedImport help(krhaul(), "WinHelpA", fakeWinHelp);
+    HelpCalls help;
     for (HWND hwndParent : {m_parent.hwnd(), HWND(nullptr)}) {
         m_hwnd = createOnly(hwndParent);
-        s_help.clear();
+        help.take();
         EXPECT_EQ(ask(WM_XFER_HELP), 1);
         command(IDM_XFER_HELP);
         command(IDM_XFER_HELPSEARCH);
-        ASSERT_EQ(s_help.size(), 3u);
-        for (size_t n = 0; n < s_help.size(); ++n) {
-            const HelpCall& call = s_help[n];
+        const auto calls = help.take();
+        ASSERT_EQ(calls.size(), 3u);
+        for (size_t n = 0; n < calls.size(); ++n) {
+            const HelpCalls::Call& call = calls[n];
             EXPECT_EQ(call.hwndOwner, hwndParent != nullptr ? hwndParent : m_hwnd);
             EXPECT_EQ(call.file, "KRDEMO.HLP");
             EXPECT_EQ(call.uCommand, n < 2 ? UINT(HELP_CONTEXT) : UINT(HELP_PARTIALKEY));

@@ -1,7 +1,9 @@
 // The calls that fill and clear the host panes.
 #include "../resources/ids.h"
+#include "support/imports.h"
 #include "support/ledger.h"
 #include "support/pane_window.h"
+#include "support/picture.h"
 
 namespace {
 
@@ -24,6 +26,11 @@ protected:
         }
     }
 };
+
+BOOL WINAPI noPost(HWND, UINT, WPARAM, LPARAM)
+{
+    return FALSE;
+}
 
 struct Clearing {
     const char* pszBefore;
@@ -61,7 +68,7 @@ TEST_F(HostList, ClearsWhatTheFlagsSay)
     for (const Clearing& c : CLEARINGS) {
         SCOPED_TRACE(testing::Message() << c.pszBefore << ": " << c.dwFlags);
         openWith(c.pszBefore);
-        size_t cOthers = ledger.blocks() - rows(IDC_DANDD_HOSTDIRS).size();
+        size_t cOthers = ledger.count() - rows(IDC_DANDD_HOSTDIRS).size();
         nXferDandDAddHostFileName(m_hwnd, "file");
         type(IDC_DANDD_HOSTPATH, "/typed");
         tell(IDC_DANDD_HOSTPATH, EM_SETMODIFY, TRUE);
@@ -79,7 +86,7 @@ TEST_F(HostList, ClearsWhatTheFlagsSay)
         if (after.size() > 1 && after[1] == "w" && split(c.pszBefore).size() != 3) {
             EXPECT_EQ(tell(IDC_DANDD_HOSTDIRS, LB_GETITEMDATA, 1), nKept);
         }
-        EXPECT_EQ(ledger.blocks(), cOthers + after.size());
+        EXPECT_EQ(ledger.count(), cOthers + after.size());
     }
     openWith(".. w a");
     type(IDC_DANDD_HOSTFILTER, "*");
@@ -87,18 +94,18 @@ TEST_F(HostList, ClearsWhatTheFlagsSay)
     EXPECT_EQ(rows(IDC_DANDD_HOSTDIRS), Strings{".."});
     EXPECT_EQ(text(IDC_DANDD_HOSTFILTER) + text(IDC_DANDD_HOSTPATH), "");
     close();
-    EXPECT_EQ(ledger.blocks(), 0u);
+    EXPECT_EQ(ledger.owed(), "");
 }
 
 TEST_F(HostList, NoRowStaysWithoutARecord)
 {
     Ledger ledger;
     openWith(".. w a");
-    size_t cOthers = ledger.blocks() - rows(IDC_DANDD_HOSTDIRS).size();
+    size_t cOthers = ledger.count() - rows(IDC_DANDD_HOSTDIRS).size();
     ledger.failAt(1); // the row ".."
     nXferDandDClearHostFileInfo(m_hwnd, XFERCLEAR_SUBDIRS);
     EXPECT_TRUE(ledger.hasFailed());
-    EXPECT_EQ(ledger.blocks(), cOthers + rows(IDC_DANDD_HOSTDIRS).size());
+    EXPECT_EQ(ledger.count(), cOthers + rows(IDC_DANDD_HOSTDIRS).size());
     for (size_t n = rows(IDC_DANDD_HOSTDIRS).size(); n-- > 0;) {
         EXPECT_NE(tell(IDC_DANDD_HOSTDIRS, LB_GETITEMDATA, n), 0);
     }
@@ -201,6 +208,81 @@ TEST_F(HostList, ColumnsFollowTheNamesAtTheEndOfTheBusyState)
             EXPECT_EQ(columnWidth(IDC_DANDD_LOCALFILES) != WIDE, fMeasured);
         }
     }
+}
+
+// In a busy state the lists aren't drawn until one of these has happened.
+struct Ending {
+    const char* pszWhat;
+    void (*pfnDo)(HWND);
+};
+const Ending ENDINGS[] = {
+    {"the message loop", [](HWND) { pumpMessages(); }},
+    {"the end of the busy state", [](HWND hwnd) { vXferDandDSetBusyState(hwnd, 0); }},
+    {"the message loop, after another busy state began",
+     [](HWND hwnd) {
+         vXferDandDSetBusyState(hwnd, 0);
+         vXferDandDSetBusyState(hwnd, 1);
+         nXferDandDRemoveHostFileName(hwnd, "none");
+         pumpMessages();
+     }},
+    {"the message loop, while the lists are hidden",
+     [](HWND hwnd) {
+         SendMessageA(hwnd, WM_COMMAND, IDM_XFER_COMMANDLINE, 0);
+         pumpMessages();
+         SendMessageA(hwnd, WM_COMMAND, IDM_XFER_TWOPANE, 0);
+     }},
+};
+
+TEST_F(HostList, IsDrawnOnceForARunOfChangesInABusyState)
+{
+    constexpr int LISTS[] = {IDC_DANDD_HOSTFILES, IDC_DANDD_HOSTDIRS};
+    auto change = [this] {
+        nXferDandDAddHostSubDir(m_hwnd, "three");
+        nXferDandDRemoveHostSubDir(m_hwnd, "one");
+        nXferDandDAddHostFileName(m_hwnd, "c");
+        nXferDandDRemoveHostFileName(m_hwnd, "b");
+        nXferDandDAddHostFileName(m_hwnd, "d");
+    };
+    const Strings dirs = {"..", "work", "three", "two"};
+    open();
+    for (const Ending& ending : ENDINGS) {
+        SCOPED_TRACE(ending.pszWhat);
+        std::vector<Picture> drawn; // out of a busy state, then in it
+        for (bool fBusy : {false, true}) {
+            feedHost({"a", "b"});
+            pumpMessages();
+            vXferDandDSetBusyState(m_hwnd, fBusy);
+            change();
+            for (int id : LISTS) {
+                EXPECT_EQ(GetUpdateRect(item(id), nullptr, FALSE), !fBusy);
+            }
+            // The rows are there all the same.
+            EXPECT_EQ(rows(IDC_DANDD_HOSTDIRS), dirs);
+            EXPECT_EQ(rows(IDC_DANDD_HOSTFILES), (Strings{"a", "c", "d"}));
+            ending.pfnDo(m_hwnd);
+            pumpMessages();
+            for (int id : LISTS) {
+                UpdateWindow(item(id));
+                drawn.emplace_back(item(id));
+            }
+            vXferDandDSetBusyState(m_hwnd, 0);
+        }
+        EXPECT_EQ(drawn[0].difference(drawn[2]), "");
+        EXPECT_EQ(drawn[1].difference(drawn[3]), "");
+    }
+    // The message that ends it comes when the window has gone, or can't be posted at all.
+    vXferDandDSetBusyState(m_hwnd, 1);
+    change();
+    close();
+    pumpMessages();
+    open();
+    feedHost({"a", "b"});
+    pumpMessages();
+    UpdateWindow(m_hwnd);
+    vXferDandDSetBusyState(m_hwnd, 1);
+    ReplacedImport post(library(), "PostMessageA", noPost);
+    change();
+    EXPECT_TRUE(GetUpdateRect(item(IDC_DANDD_HOSTFILES), nullptr, FALSE));
 }
 
 TEST_F(HostList, OtherWindowsAndNullNamesAreRefused)

@@ -1,12 +1,14 @@
 // The rows of the panes: order, search, removal, records, widths, and the local listing.
 #include "../transfer/rows.h"
 #include "../resources/ids.h"
+#include "support/found.h"
 #include "support/imports.h"
 #include "support/ledger.h"
 #include "support/pane_window.h"
 
 #include <algorithm>
 #include <direct.h>
+#include <stdio.h>
 
 namespace {
 
@@ -56,16 +58,6 @@ XferListItem recordOf(LRESULT nData)
     return item;
 }
 
-// What the file system says instead of its own.
-struct Found {
-    std::string name;
-    DWORD dwAttributes = FILE_ATTRIBUTE_ARCHIVE;
-};
-std::vector<Found> s_found;
-Strings s_masks;
-size_t s_nNext;
-int s_cSearches;
-
 // Names hold no wildcards, and a mask has one star at most.
 bool matches(const std::string& name, const std::string& mask)
 {
@@ -78,35 +70,6 @@ bool matches(const std::string& name, const std::string& mask)
            lower(name.substr(name.size() - tail.size())) == tail;
 }
 
-BOOL WINAPI fakeFindNext(HANDLE, WIN32_FIND_DATAA* pFind)
-{
-    while (s_nNext < s_found.size()) {
-        const Found& found = s_found[s_nNext++];
-        if (matches(found.name, s_masks.back())) {
-            *pFind = {};
-            pFind->dwFileAttributes = found.dwAttributes;
-            lstrcpynA(pFind->cFileName, found.name.c_str(), sizeof pFind->cFileName);
-            return TRUE;
-        }
-    }
-    return FALSE;
-}
-
-HANDLE WINAPI fakeFindFirst(LPCSTR pszMask, WIN32_FIND_DATAA* pFind)
-{
-    s_masks.push_back(pszMask);
-    s_nNext = 0;
-    bool fFound = fakeFindNext(nullptr, pFind) != 0;
-    s_cSearches += fFound;
-    return fFound ? HANDLE(1) : INVALID_HANDLE_VALUE;
-}
-
-BOOL WINAPI fakeFindClose(HANDLE)
-{
-    --s_cSearches;
-    return TRUE;
-}
-
 std::string s_currentDir;
 
 char* fakeGetCwd(char* pszBuffer, int cch)
@@ -116,25 +79,15 @@ char* fakeGetCwd(char* pszBuffer, int cch)
 
 class Rows : public PaneWindow {
 protected:
-    Rows()
-        : m_first(library(), "FindFirstFileA", fakeFindFirst),
-          m_next(library(), "FindNextFileA", fakeFindNext),
-          m_close(library(), "FindClose", fakeFindClose), m_cwd(library(), "_getcwd", fakeGetCwd)
+    Rows() : m_files(library(), matches), m_cwd(library(), "_getcwd", fakeGetCwd)
     {
-        s_found.clear();
-        s_cSearches = 0;
         s_currentDir = "C:\\Work";
         open();
         nXferDandDClearHostFileList(m_hwnd);
     }
-    ~Rows() override
+    void refresh()
     {
-        EXPECT_EQ(s_cSearches, 0);
-    }
-
-    void refresh() const
-    {
-        s_masks.clear();
+        m_files.masks.clear();
         vXferDandDRefreshLocalFiles(m_hwnd);
     }
 
@@ -159,8 +112,10 @@ protected:
         return cRecords;
     }
 
+    FoundFiles m_files;
+
 private:
-    ReplacedImport m_first, m_next, m_close, m_cwd;
+    ReplacedImport m_cwd;
 };
 
 TEST_F(Rows, FileNamesStandInOrderAndOnce)
@@ -259,11 +214,12 @@ TEST_F(Rows, CallsInTheWrongOrderKeepRowsInOrder)
 
 TEST_F(Rows, ARowWithoutMemoryForItsRecordGoesAgain)
 {
-    s_found = {{"one", FILE_ATTRIBUTE_DIRECTORY}, {"two", FILE_ATTRIBUTE_DIRECTORY}, {"a.txt"}};
-    Ledger ledger;
+    m_files.entries = {
+        {"one", FILE_ATTRIBUTE_DIRECTORY}, {"two", FILE_ATTRIBUTE_DIRECTORY}, {"a.txt"}};
+    Ledger ledger(false);
     size_t cBefore = records();
     nXferDandDAddHostSubDir(m_hwnd, "b");
-    EXPECT_EQ(ledger.blocks(), 1u);
+    EXPECT_EQ(ledger.count(), 1u);
     ledger.failAt(1);
     nXferDandDAddHostSubDir(m_hwnd, "a");
     EXPECT_EQ(rows(IDC_DANDD_HOSTDIRS), (Strings{"..", "b"}));
@@ -271,7 +227,7 @@ TEST_F(Rows, ARowWithoutMemoryForItsRecordGoesAgain)
     ledger.failAt(1);
     nXferDandDAddHostSubDir(m_hwnd, "b");
     EXPECT_EQ(rows(IDC_DANDD_HOSTDIRS), Strings{".."});
-    EXPECT_EQ(ledger.blocks(), 0u);
+    EXPECT_EQ(ledger.owed(), "");
     EXPECT_EQ(records(), cBefore);
 
     // A refresh and its many requests: rows without a record are left out, all others stay.
@@ -284,7 +240,7 @@ TEST_F(Rows, ARowWithoutMemoryForItsRecordGoesAgain)
         for (const std::string& row : rows(IDC_DANDD_LOCALDIRS)) {
             EXPECT_NE(std::find(all.begin(), all.end(), row), all.end());
         }
-        EXPECT_EQ(ledger.blocks() + 1, records());
+        EXPECT_EQ(ledger.count() + 1, records());
     } while (ledger.hasFailed());
     EXPECT_EQ(rows(IDC_DANDD_LOCALDIRS), all);
     EXPECT_GT(n, 6);
@@ -339,9 +295,9 @@ TEST_F(Rows, ColumnsAreAsWideAsTheWidestName)
         if (!names.empty()) {
             EXPECT_EQ(columnWidth(IDC_DANDD_HOSTFILES), cxPlain) << names[0];
         }
-        s_found.clear();
+        m_files.entries.clear();
         for (const std::string& name : names) {
-            s_found.push_back({name});
+            m_files.entries.push_back({name});
         }
         refresh();
         EXPECT_EQ(columnWidth(IDC_DANDD_LOCALFILES), cxPlain);
@@ -360,17 +316,18 @@ TEST_F(Rows, RefreshGivesTheRowsOfThePlainWay)
     const DWORD kinds[] = {FILE_ATTRIBUTE_ARCHIVE, FILE_ATTRIBUTE_DIRECTORY, FILE_ATTRIBUTE_ARCHIVE,
                            FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_SYSTEM};
     for (size_t n = 0; n < 4 * DIFFICULT.size(); ++n) {
-        s_found.push_back({DIFFICULT[n * 23 % DIFFICULT.size()], kinds[n % ARRAYSIZE(kinds)]});
+        m_files.entries.push_back(
+            {DIFFICULT[n * 23 % DIFFICULT.size()], kinds[n % ARRAYSIZE(kinds)]});
     }
     for (DWORD dw : {FILE_ATTRIBUTE_DIRECTORY, FILE_ATTRIBUTE_ARCHIVE}) {
-        s_found.push_back({"hidden", dw | FILE_ATTRIBUTE_HIDDEN});
-        s_found.push_back({".dot", dw});
-        s_found.push_back({"." + std::string(dw == FILE_ATTRIBUTE_DIRECTORY, '.'), dw});
+        m_files.entries.push_back({"hidden", dw | FILE_ATTRIBUTE_HIDDEN});
+        m_files.entries.push_back({".dot", dw});
+        m_files.entries.push_back({"." + std::string(dw == FILE_ATTRIBUTE_DIRECTORY, '.'), dw});
     }
     const Mask masks[] = {{"*.*", 1}, {"*", 1}, {"*.TXT", 2}, {"a*", 2}, {"coop", 2}, {"none", 2}};
     for (const Mask& mask : masks) {
         Strings files, dirs;
-        for (const Found& found : s_found) {
+        for (const FoundFiles::Entry& found : m_files.entries) {
             bool fDir = (found.dwAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
             bool fHidden = (found.dwAttributes & FILE_ATTRIBUTE_HIDDEN) != 0;
             if (fDir && !fHidden && found.name[0] != '.') {
@@ -383,10 +340,47 @@ TEST_F(Rows, RefreshGivesTheRowsOfThePlainWay)
         refresh();
         EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), inserted(files)) << mask.pszText;
         EXPECT_EQ(children(IDC_DANDD_LOCALDIRS, 2), sortedStable(dirs)) << mask.pszText;
-        EXPECT_EQ(s_masks.size(), mask.cSearches) << mask.pszText;
+        EXPECT_EQ(m_files.masks.size(), mask.cSearches) << mask.pszText;
         EXPECT_EQ(text(IDC_DANDD_LOCALFILTER), mask.pszText);
         EXPECT_EQ(records(), rows(IDC_DANDD_LOCALDIRS).size() + 1);
     }
+}
+
+// Names of a large directory, in order, of which each has the place n * 7919 in the disorder.
+Strings manyNames(size_t cNames)
+{
+    Strings names;
+    char szName[20];
+    for (size_t n = 0; n < cNames; ++n) {
+        sprintf(szName, "Name %06u", unsigned(n));
+        names.push_back(szName);
+    }
+    return names;
+}
+
+TEST_F(Rows, LargeDirectoriesAreWholeAndInOrder)
+{
+    constexpr size_t STEP = 7919;
+    const Strings files = manyNames(100000);
+    const Strings dirs = manyNames(10000);
+    hide();
+    vXferDandDSetBusyState(m_hwnd, 1);
+    for (size_t n = 0; n < files.size(); ++n) {
+        const std::string& name = files[n * STEP % files.size()];
+        m_files.entries.push_back({name});
+        nXferDandDAddHostFileName(m_hwnd, name.c_str());
+    }
+    for (size_t n = 0; n < dirs.size(); ++n) {
+        const std::string& name = dirs[n * STEP % dirs.size()];
+        m_files.entries.push_back({name, FILE_ATTRIBUTE_DIRECTORY});
+        nXferDandDAddHostSubDir(m_hwnd, name.c_str());
+    }
+    vXferDandDSetBusyState(m_hwnd, 0);
+    refresh();
+    EXPECT_TRUE(rows(IDC_DANDD_HOSTFILES) == files);
+    EXPECT_TRUE(rows(IDC_DANDD_LOCALFILES) == files);
+    EXPECT_TRUE(children(IDC_DANDD_HOSTDIRS, 1) == dirs);
+    EXPECT_TRUE(children(IDC_DANDD_LOCALDIRS, 2) == dirs);
 }
 
 // Orders change with the locale of the thread, and its code page with that.
@@ -395,8 +389,8 @@ TEST_F(Rows, RefreshFollowsTheLocaleOfTheThread)
     const LCID lcidBefore = GetThreadLocale();
     Strings names;
     for (int ch = 0xA0; ch < 0x100; ++ch) {
-        s_found.push_back({"a" + std::string(1, char(ch)) + "b"});
-        names.push_back(s_found.back().name);
+        m_files.entries.push_back({"a" + std::string(1, char(ch)) + "b"});
+        names.push_back(m_files.entries.back().name);
     }
     for (int nLanguage : {LANG_ENGLISH, LANG_RUSSIAN, LANG_GREEK, LANG_SWEDISH, LANG_JAPANESE}) {
         SetThreadLocale(LCID(MAKELANGID(nLanguage, SUBLANG_DEFAULT)));
@@ -408,7 +402,7 @@ TEST_F(Rows, RefreshFollowsTheLocaleOfTheThread)
 
 TEST_F(Rows, EmptyFilterLineFollowsTheFileType)
 {
-    s_found = {{"a.txt"}, {"a.bin"}};
+    m_files.entries = {{"a.txt"}, {"a.bin"}};
     struct Type {
         WPARAM nRow;
         const char* pszRows;
@@ -423,7 +417,7 @@ TEST_F(Rows, EmptyFilterLineFollowsTheFileType)
     }
     type(IDC_DANDD_LOCALFILTER, std::string(300, 'f'));
     refresh();
-    EXPECT_EQ(s_masks.back(), std::string(259, 'f'));
+    EXPECT_EQ(m_files.masks.back(), std::string(259, 'f'));
 }
 
 struct Ancestors {
@@ -442,7 +436,7 @@ TEST_F(Rows, TheChainLeadsFromTheRootToTheCurrentDirectory)
          {"c:\\", "alpha beta", "b.c", "gamma"}},
         {deep.c_str(), nullptr, {"c:\\", std::string(120, 'p'), std::string(135, 'q')}},
     };
-    s_found = {{"Sub", FILE_ATTRIBUTE_DIRECTORY}};
+    m_files.entries = {{"Sub", FILE_ATTRIBUTE_DIRECTORY}};
     HICON hOpen = LoadIconA(library(), "OpenFolder");
     HICON hClosed = LoadIconA(library(), "ClosedFolder");
     HICON hSelected = LoadIconA(library(), "SelectedFolder");
@@ -480,12 +474,12 @@ TEST_F(Rows, TheChainLeadsFromTheRootToTheCurrentDirectory)
 
 TEST_F(Rows, RefreshForgetsSelectionAndOldRows)
 {
-    s_found = {{"a"}, {"b"}, {"dir", FILE_ATTRIBUTE_DIRECTORY}};
+    m_files.entries = {{"a"}, {"b"}, {"dir", FILE_ATTRIBUTE_DIRECTORY}};
     refresh();
     selectFiles(IDC_DANDD_LOCALFILES, {"a", "b"});
     selectRow(IDC_DANDD_LOCALDIRS, "dir");
     SetFocus(item(IDC_DANDD_LOCALTYPES));
-    s_found = {{"b"}};
+    m_files.entries = {{"b"}};
     refresh();
     EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), Strings{"b"});
     EXPECT_EQ(selected(IDC_DANDD_LOCALFILES), Strings{});

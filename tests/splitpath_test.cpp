@@ -1,7 +1,7 @@
 // Taking a typed path apart, in the objects that the library is made of: a function of its text
 // but for one search, which the test answers.
 #include "../transfer/splitpath.h"
-#include "support/imports.h"
+#include "support/found.h"
 
 #include <gtest/gtest.h>
 #include <string>
@@ -10,11 +10,7 @@
 namespace {
 
 // Paths that the search finds, in pairs with what they are. A path can be found several times.
-struct Entry {
-    const char* pszPath;
-    DWORD dwAttributes;
-};
-constexpr Entry ENTRIES[] = {
+const std::vector<FoundFiles::Entry> ENTRIES = {
     {"c:\\work\\sub", FILE_ATTRIBUTE_DIRECTORY},
     {"c:\\work\\twice", FILE_ATTRIBUTE_ARCHIVE},
     {"c:\\work\\twice", FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN},
@@ -22,56 +18,18 @@ constexpr Entry ENTRIES[] = {
     {"sub", FILE_ATTRIBUTE_DIRECTORY},
 };
 
-std::vector<std::string> s_searches;
-size_t s_nNext;
-int s_cOpen;
-
-BOOL WINAPI fakeFindNext(HANDLE, WIN32_FIND_DATAA* pFind)
+bool isSame(const std::string& name, const std::string& mask)
 {
-    for (; s_nNext < ARRAYSIZE(ENTRIES); ++s_nNext) {
-        if (s_searches.back() == ENTRIES[s_nNext].pszPath) {
-            pFind->dwFileAttributes = ENTRIES[s_nNext++].dwAttributes;
-            return TRUE;
-        }
-    }
-    return FALSE;
-}
-
-HANDLE WINAPI fakeFindFirst(LPCSTR pszPath, WIN32_FIND_DATAA* pFind)
-{
-    s_searches.push_back(pszPath);
-    s_nNext = 0;
-    bool fFound = fakeFindNext(nullptr, pFind) != 0;
-    s_cOpen += fFound;
-    return fFound ? HANDLE(1) : INVALID_HANDLE_VALUE;
-}
-
-BOOL WINAPI fakeFindClose(HANDLE)
-{
-    --s_cOpen;
-    return TRUE;
+    return name == mask;
 }
 
 class SplitPath : public testing::Test {
 protected:
-    SplitPath()
-        : m_first(self(), "FindFirstFileA", fakeFindFirst),
-          m_next(self(), "FindNextFileA", fakeFindNext), m_close(self(), "FindClose", fakeFindClose)
+    SplitPath() : m_files(GetModuleHandleA(nullptr), isSame)
     {
-        s_searches.clear();
-        s_cOpen = 0;
+        m_files.entries = ENTRIES;
     }
-    ~SplitPath() override
-    {
-        EXPECT_EQ(s_cOpen, 0);
-    }
-
-private:
-    static HMODULE self()
-    {
-        return GetModuleHandleA(nullptr);
-    }
-    ReplacedImport m_first, m_next, m_close;
+    FoundFiles m_files;
 };
 
 struct Case {
@@ -115,13 +73,13 @@ TEST_F(SplitPath, TakesDriveDirectoryAndNameApart)
         SCOPED_TRACE(c.pszPath);
         XferPathParts parts;
         memset(&parts, 'x', sizeof parts);
-        s_searches.clear();
+        m_files.masks.clear();
         EXPECT_EQ(nXferDandDSplitPath(c.pszPath, &parts), 0);
         EXPECT_STREQ(parts.szDrive, c.pszDrive);
         EXPECT_STREQ(parts.szDir, c.pszDir);
         EXPECT_STREQ(parts.szName, c.pszName);
         EXPECT_EQ(parts.fWildcard, strpbrk(c.pszName, "*?") != nullptr);
-        EXPECT_EQ(s_searches.size(), c.fSearched ? 1u : 0u);
+        EXPECT_EQ(m_files.masks.size(), c.fSearched ? 1u : 0u);
     }
 }
 
@@ -152,7 +110,7 @@ TEST_F(SplitPath, RejectsWhatIsNoShortPath)
         XferPathParts parts;
         EXPECT_EQ(nXferDandDSplitPath(pszPath, &parts), -1) << pszPath;
     }
-    EXPECT_TRUE(s_searches.empty());
+    EXPECT_TRUE(m_files.masks.empty());
 }
 
 TEST_F(SplitPath, RejectsADirectoryLongerThanItsField)

@@ -1,8 +1,10 @@
 // The status window: its slots, its calls, its figures and its procedure.
 #include "../include/krhaul.h"
 #include "../resources/ids.h"
+#include "support/help.h"
 #include "support/imports.h"
 #include "support/input.h"
+#include "support/subclassed.h"
 #include "support/windows.h"
 
 #include <gtest/gtest.h>
@@ -572,95 +574,71 @@ TEST_F(Status, TheCallerGoesOnWhenTheUserClosesTheWindow)
     nXferStatDestroy(hwndNext);
 }
 
-// A caller that destroys the window from inside its end, and makes another.
-WNDPROC s_pfnStatProc;
-HWND s_hwndMadeInside;
-LRESULT CALLBACK destroyingProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
-{
-    if (uMessage == WM_DESTROY && s_hwndMadeInside == nullptr) {
-        s_hwndMadeInside = hwnd;
-        EXPECT_EQ(nXferStatDestroy(hwnd), XFER_OK);
-        s_hwndMadeInside = hdlgXferStatCreate("inside", 0, nullptr, 0, 0);
-    }
-    return CallWindowProcA(s_pfnStatProc, hwnd, uMessage, wParam, lParam);
-}
-
-// The same on the last tick of a transfer; the window that is made there runs at once.
-HWND s_hwndOtherParent;
-LRESULT CALLBACK lastTickProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
-{
-    if (uMessage == WM_TIMER && s_hwndMadeInside == nullptr) {
-        s_hwndMadeInside = hwnd;
-        EXPECT_EQ(nXferStatDestroy(hwnd), XFER_OK);
-        s_hwndMadeInside = hdlgXferStatCreate("inside", 0, s_hwndOtherParent, 0, 0);
-        nXferStatStartTransfer(s_hwndMadeInside);
-        return 0;
-    }
-    return CallWindowProcA(s_pfnStatProc, hwnd, uMessage, wParam, lParam);
-}
-
+// A caller that destroys the window from inside its last tick, and makes another, which runs at
+// once.
 TEST_F(Status, SurvivesCallsFromInsideItsLastTick)
 {
     ParentWindow other;
-    s_hwndOtherParent = other.hwnd();
     for (auto pfnEnd : {nXferStatEndTransfer, nXferStatDestroy}) {
         HWND hwnd = create();
         nXferStatStartTransfer(hwnd);
-        s_hwndMadeInside = nullptr;
-        s_pfnStatProc = reinterpret_cast<WNDPROC>(
-            SetWindowLongA(hwnd, GWL_WNDPROC, reinterpret_cast<LONG>(lastTickProc)));
+        HWND hwndInside = nullptr;
+        Subclassed ending(hwnd, [&](UINT uMessage, WPARAM, LPARAM) {
+            if (uMessage != WM_TIMER || hwndInside != nullptr) {
+                return false;
+            }
+            hwndInside = hwnd;
+            EXPECT_EQ(nXferStatDestroy(hwnd), XFER_OK);
+            hwndInside = hdlgXferStatCreate("inside", 0, other.hwnd(), 0, 0);
+            nXferStatStartTransfer(hwndInside);
+            return true;
+        });
         EXPECT_EQ(pfnEnd(hwnd), XFER_OK);
         EXPECT_FALSE(IsWindow(hwnd));
         EXPECT_EQ(m_parent.messages(), (std::vector<Message>{{WM_XFERSTAT_CLOSED, 0, 0}}));
         // The new window knows nothing of it: nobody told its parent, and its timer runs on,
         // so that another start sets none.
         EXPECT_EQ(other.messages(), std::vector<Message>{});
-        EXPECT_EQ(s_timers[0], s_hwndMadeInside);
+        EXPECT_EQ(s_timers[0], hwndInside);
         const int cBefore = s_cTimersSet;
-        EXPECT_EQ(nXferStatStartTransfer(s_hwndMadeInside), XFER_OK);
+        EXPECT_EQ(nXferStatStartTransfer(hwndInside), XFER_OK);
         EXPECT_EQ(s_cTimersSet, cBefore);
-        EXPECT_EQ(nXferStatDestroy(s_hwndMadeInside), XFER_OK);
+        EXPECT_EQ(nXferStatDestroy(hwndInside), XFER_OK);
         other.messages();
     }
     EXPECT_EQ(s_cModules, 0);
 }
 
+// The same from inside its end.
 TEST_F(Status, SurvivesCallsFromInsideItsDestruction)
 {
     HWND hwnd = create();
-    s_hwndMadeInside = nullptr;
-    s_pfnStatProc = reinterpret_cast<WNDPROC>(
-        SetWindowLongA(hwnd, GWL_WNDPROC, reinterpret_cast<LONG>(destroyingProc)));
+    HWND hwndInside = nullptr;
+    Subclassed ending(hwnd, [&](UINT uMessage, WPARAM, LPARAM) {
+        if (uMessage == WM_DESTROY && hwndInside == nullptr) {
+            hwndInside = hwnd;
+            EXPECT_EQ(nXferStatDestroy(hwnd), XFER_OK);
+            hwndInside = hdlgXferStatCreate("inside", 0, nullptr, 0, 0);
+        }
+        return false;
+    });
     EXPECT_EQ(nXferStatDestroy(hwnd), XFER_OK);
-    EXPECT_TRUE(IsWindow(s_hwndMadeInside));
+    EXPECT_TRUE(IsWindow(hwndInside));
     EXPECT_EQ(s_cModules, 1);
-    EXPECT_EQ(nXferStatDestroy(s_hwndMadeInside), XFER_OK);
-}
-
-struct HelpCall {
-    HWND hwndOwner;
-    std::string file;
-    UINT uCommand;
-    ULONG_PTR data;
-};
-std::vector<HelpCall> s_help;
-BOOL WINAPI fakeWinHelp(HWND hwndOwner, LPCSTR pszFile, UINT uCommand, ULONG_PTR data)
-{
-    s_help.push_back({hwndOwner, pszFile, uCommand, data});
-    return TRUE;
+    EXPECT_EQ(nXferStatDestroy(hwndInside), XFER_OK);
 }
 
 TEST_F(Status, HelpAndFocusGoByTheParentOfTheLastWindow)
 {
-    ReplacedImport help(library(), "WinHelpA", fakeWinHelp);
+    HelpCalls help;
     ParentWindow second;
     HWND hwnd = create();
     HWND hwndSecond = hdlgXferStatCreate("", 0, second.hwnd(), 0, 0);
-    s_help.clear();
     SendMessageA(hwnd, WM_COMMAND, IDC_STAT_HELP, 0);
     SendMessageA(hwnd, WM_XFER_HELP, 0, 0);
-    ASSERT_EQ(s_help.size(), 2u);
-    for (const HelpCall& call : s_help) {
+    const auto calls = help.take();
+    ASSERT_EQ(calls.size(), 2u);
+    for (const HelpCalls::Call& call : calls) {
         EXPECT_EQ(call.hwndOwner, second.hwnd());
         EXPECT_EQ(call.file, "KRDEMO.HLP");
         EXPECT_EQ(call.uCommand, UINT(HELP_CONTEXT));
@@ -722,7 +700,7 @@ TEST_F(Status, ProcedureAnswersByItsTable)
         {WM_XFERSTAT_PERCENT, 0, 0, 0},
         {WM_CLOSE, 0, 1, 1},
     };
-    ReplacedImport help(library(), "WinHelpA", fakeWinHelp);
+    HelpCalls help;
     ReplacedImport erase(library(), "DefDlgProcA", recordingDefDlgProc);
     ReplacedImport draw(library(), "DrawIcon", recordingDrawIcon);
     HWND hwnd = create();
@@ -746,26 +724,22 @@ TEST_F(Status, ProcedureAnswersByItsTable)
 }
 
 // What a caller does that wants to know of Stop and Cancel.
-std::vector<WORD> s_commands;
-LRESULT CALLBACK listeningProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
-{
-    if (uMessage == WM_COMMAND) {
-        s_commands.push_back(LOWORD(wParam));
-    }
-    return CallWindowProcA(s_pfnStatProc, hwnd, uMessage, wParam, lParam);
-}
-
 TEST_F(Status, ASubclassSeesRealPressesOfItsButtons)
 {
     HWND hwnd = create();
-    s_pfnStatProc = reinterpret_cast<WNDPROC>(
-        SetWindowLongA(hwnd, GWL_WNDPROC, reinterpret_cast<LONG>(listeningProc)));
+    std::vector<WORD> commands;
+    Subclassed listening(hwnd, [&](UINT uMessage, WPARAM wParam, LPARAM) {
+        if (uMessage == WM_COMMAND) {
+            commands.push_back(LOWORD(wParam));
+        }
+        return false;
+    });
     SetForegroundWindow(hwnd);
     for (int id : {XFERSTAT_BUTTON, XFERSTAT_CANCEL}) {
-        s_commands.clear();
+        commands.clear();
         clickWindow(GetDlgItem(hwnd, id));
-        EXPECT_TRUE(waitUntil([] { return !s_commands.empty(); }));
-        EXPECT_EQ(s_commands, std::vector<WORD>{WORD(id)});
+        EXPECT_TRUE(waitUntil([&] { return !commands.empty(); }));
+        EXPECT_EQ(commands, std::vector<WORD>{WORD(id)});
         EXPECT_TRUE(IsWindow(hwnd));
     }
     nXferStatDestroy(hwnd);

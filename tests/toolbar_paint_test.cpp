@@ -2,6 +2,7 @@
 #include "../resources/ids.h"
 #include "../toolbar/paint.h"
 #include "support/imports.h"
+#include "support/subclassed.h"
 #include "support/toolbar.h"
 
 #include <algorithm>
@@ -599,17 +600,6 @@ TEST(ToolbarPaint, NewColoursTakeEffectAtTheNextPaint)
     expectLook(second, fsState, strip());
 }
 
-WNDPROC s_pfnToolbarProc;
-void (*s_pfnOnErase)(HWND hwnd);
-
-LRESULT CALLBACK eraseProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
-{
-    if (uMessage == WM_ERASEBKGND) {
-        s_pfnOnErase(hwnd);
-    }
-    return CallWindowProcA(s_pfnToolbarProc, hwnd, uMessage, wParam, lParam);
-}
-
 TEST(ToolbarPaint, SurvivesAnythingWhileTheBackgroundIsErased)
 {
     auto addMany = [](HWND hwnd) {
@@ -620,9 +610,12 @@ TEST(ToolbarPaint, SurvivesAnythingWhileTheBackgroundIsErased)
     for (void (*pfnOnErase)(HWND) : {+addMany, +destroy}) {
         TestToolbar toolbar;
         addStrip(toolbar);
-        s_pfnOnErase = pfnOnErase;
-        s_pfnToolbarProc = reinterpret_cast<WNDPROC>(
-            SetWindowLongA(toolbar.hwnd(), GWL_WNDPROC, reinterpret_cast<LONG>(eraseProc)));
+        Subclassed erasing(toolbar.hwnd(), [&](UINT uMessage, WPARAM, LPARAM) {
+            if (uMessage == WM_ERASEBKGND) {
+                pfnOnErase(toolbar.hwnd());
+            }
+            return false;
+        });
         repaint(toolbar);
         if (IsWindow(toolbar.hwnd())) {
             ExpectedButton expected(ENABLED, 0, strip(), 0);

@@ -2,6 +2,7 @@
 #include "../toolbar/model.h"
 #include "support/imports.h"
 #include "support/input.h"
+#include "support/subclassed.h"
 #include "support/toolbar.h"
 
 #include <algorithm>
@@ -522,22 +523,13 @@ TEST(ToolbarPress, ThatIsCutOffLeavesNothingPressed)
     }
 }
 
-WNDPROC s_pfnToolbarProc;
-
-// Versions below 4 don't have this message.
-LRESULT CALLBACK withoutCaptureChanged(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
-{
-    return uMessage == WM_CAPTURECHANGED
-               ? 0
-               : CallWindowProcA(s_pfnToolbarProc, hwnd, uMessage, wParam, lParam);
-}
-
+// Versions below 4 don't tell of it.
 TEST(ToolbarPress, ThatHasLostItsCaptureUnheardEndsWithTheNextMessage)
 {
     for (std::string step : {"move 20", "up 20", "down 80", "cancel"}) {
         TestToolbar toolbar(MOUSE_ROWS);
-        s_pfnToolbarProc = reinterpret_cast<WNDPROC>(SetWindowLongA(
-            toolbar.hwnd(), GWL_WNDPROC, reinterpret_cast<LONG>(withoutCaptureChanged)));
+        Subclassed old(toolbar.hwnd(),
+                       [](UINT uMessage, WPARAM, LPARAM) { return uMessage == WM_CAPTURECHANGED; });
         run(toolbar, "down 20");
         toolbar.heard();
         if (step == "cancel") {

@@ -17,6 +17,9 @@ constexpr char XFER_TOOLBARCLASS[] = "KRTOOLBR";
 // registered.
 int fXferToolbarRegister(HINSTANCE hModule);
 
+// Takes the class away, if no control of it is left.
+void XferToolbarUnregister(HINSTANCE hModule);
+
 // State of a button.
 constexpr BYTE TOOLSTATE_CHECKED = 1;        // stands checked
 constexpr BYTE TOOLSTATE_PRESSED = 2;        // held down, by the mouse or a message

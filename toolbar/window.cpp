@@ -269,3 +269,8 @@ int fXferToolbarRegister(HINSTANCE hModule)
     wndclass.lpszClassName = XFER_TOOLBARCLASS;
     return RegisterClassA(&wndclass) != 0;
 }
+
+void XferToolbarUnregister(HINSTANCE hModule)
+{
+    UnregisterClassA(XFER_TOOLBARCLASS, hModule);
+}

@@ -178,7 +178,7 @@ INT_PTR KRHAULAPI nXferDandDDialogBoxParam(HWND hdlgDandD, const char* pszTempla
                                            DLGPROC pfnDialog, LPARAM lParam)
 {
     const XferWindowRecord* pRecord = pXferDandDRecord(hdlgDandD);
-    if (pRecord == nullptr) {
+    if (pRecord == nullptr || pszTemplate == nullptr || pfnDialog == nullptr) {
         return DIALOG_FAILED;
     }
     ModalDialog dialog = {hdlgDandD, pRecord, pszTemplate, pfnDialog, lParam};

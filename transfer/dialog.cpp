@@ -2,6 +2,7 @@
 #include "panes.h"
 #include "../resources/ids.h"
 #include "../shared/help.h"
+#include "../shared/icon.h"
 #include "../shared/library.h"
 
 namespace {
@@ -9,11 +10,6 @@ namespace {
 constexpr char ICON[] = "XferDandDIcon";
 constexpr int LEAST_ITEM_HEIGHT = 16;
 constexpr LPARAM SECOND_POPUP = 1; // not a system menu, at position 1
-
-HICON loadIcon()
-{
-    return LoadIconA(g_hInstance, ICON);
-}
 
 INT_PTR onSize(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM wParam, LPARAM lParam)
 {
@@ -36,11 +32,7 @@ INT_PTR onPaint(HWND hdlgDandD, XferWindowRecord*, WPARAM, LPARAM)
         vXferDandDPaintStrip(hdlgDandD);
         return 0;
     }
-    PAINTSTRUCT paint;
-    HDC hdc = BeginPaint(hdlgDandD, &paint);
-    DefDlgProcA(hdlgDandD, WM_ICONERASEBKGND, reinterpret_cast<WPARAM>(hdc), 0);
-    DrawIcon(hdc, 0, 0, loadIcon());
-    EndPaint(hdlgDandD, &paint);
+    XferPaintIconic(hdlgDandD, ICON);
     return 1;
 }
 
@@ -77,7 +69,7 @@ INT_PTR onDrawItem(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM, LPARAM lPa
 
 INT_PTR onQueryDragIcon(HWND, XferWindowRecord*, WPARAM, LPARAM)
 {
-    return reinterpret_cast<INT_PTR>(loadIcon());
+    return reinterpret_cast<INT_PTR>(LoadIconA(g_hInstance, ICON));
 }
 
 // The controls still live here, and the rows that have records are in them.

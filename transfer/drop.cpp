@@ -56,16 +56,20 @@ bool enterForReceive(XferWindowRecord* pRecord, const char* pszDir)
 
 } // namespace
 
+bool fXferDandDIsServed(const XferWindowRecord* pRecord, XferDirection direction)
+{
+    return direction == XFERDIR_SEND ? pRecord->callbacks.pfnSendFiles != nullptr
+                                     : pRecord->callbacks.pfnReceiveFiles != nullptr;
+}
+
 void vXferDandDHandOver(const XferWindowRecord* pRecord, XferDirection direction, XferFileList list,
                         const char* pszHostDir)
 {
     const HostCallbacks* pCallbacks = &pRecord->callbacks;
-    if (direction == XFERDIR_SEND && pCallbacks->pfnSendFiles != nullptr) {
+    if (direction == XFERDIR_SEND) {
         pCallbacks->pfnSendFiles(pRecord->dwCallerData, 0, 0, list, 0, pszHostDir);
-    } else if (direction == XFERDIR_RECEIVE && pCallbacks->pfnReceiveFiles != nullptr) {
-        pCallbacks->pfnReceiveFiles(pRecord->dwCallerData, 0, 0, list, 0);
     } else {
-        XferFileList_vDestroy(list);
+        pCallbacks->pfnReceiveFiles(pRecord->dwCallerData, 0, 0, list, 0);
     }
 }
 
@@ -101,6 +105,10 @@ int fXferDandDTransferSelection(XferWindowRecord* pRecord, int idSource, XferDir
                                 XferFileList* pList, const char* pszDir)
 {
     const DirectionRow* pRow = &DIRECTIONS[direction];
+    *pList = nullptr;
+    if (!fXferDandDIsServed(pRecord, direction)) {
+        return 0;
+    }
     if (pszDir != nullptr && direction == XFERDIR_RECEIVE && !enterForReceive(pRecord, pszDir)) {
         return 0;
     }
@@ -108,7 +116,6 @@ int fXferDandDTransferSelection(XferWindowRecord* pRecord, int idSource, XferDir
         !fXferDandDRecordAction(pRecord, KRACTION_HOSTDIR_CHANGED, pszDir)) {
         return 0;
     }
-    *pList = nullptr;
     if (direction == XFERDIR_SEND && !fXferDandDShowsFilesHere(pRecord)) {
         return 0;
     }

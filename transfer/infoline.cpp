@@ -53,6 +53,7 @@ void trim(HWND hdlgDandD, HWND hwndInfo, LONG cLines, LONG cchTotal)
     SendMessageA(hwndInfo, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(""));
     vXferDandDInfoScrollToEnd(hdlgDandD, int(cLines - nLine + 1));
     SendMessageA(hwndInfo, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(hwndInfo, nullptr, TRUE);
 }
 
 void append(HWND hwndInfo, const char* pszEntry)

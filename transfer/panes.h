@@ -56,12 +56,16 @@ void vXferDandDDropOn(XferWindowRecord* pRecord, int idSource, int idTarget,
 int fXferDandDListSelection(const XferWindowRecord* pRecord, int idSource, LONG nColumn,
                             int nAction, XferFileList* pList);
 
-// Hands a list of names to the caller, who owns it from then on.
+// Whether the caller transfers in this direction at all.
+bool fXferDandDIsServed(const XferWindowRecord* pRecord, XferDirection direction);
+
+// Hands a list of names to the caller that serves the direction, who owns it from then on.
 void vXferDandDHandOver(const XferWindowRecord* pRecord, XferDirection direction, XferFileList list,
                         const char* pszHostDir);
 
-// Gives 1, also when nothing was selected, or 0 when the directory can't be entered or the
-// list not be made. *pList is the list that was handed over; it isn't ours any more.
+// Gives 1, also when nothing was selected, or 0 when nobody takes the files, the directory can't
+// be entered or the list not be made. *pList is the list that was handed over; it isn't ours any
+// more.
 int fXferDandDTransferSelection(XferWindowRecord* pRecord, int idSource, XferDirection direction,
                                 XferFileList* pList, const char* pszDir);
 

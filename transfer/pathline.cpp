@@ -126,12 +126,17 @@ void activateHostFilter(HWND, XferWindowRecord* pRecord)
     }
 }
 
-void activateCommandLine(HWND, XferWindowRecord* pRecord)
+// What is recorded can end the window, or come back with calls that use the scratch buffers.
+void activateCommandLine(HWND hdlgDandD, XferWindowRecord* pRecord)
 {
-    readLine(pRecord, IDC_DANDD_COMMANDLINE, g_szScratch);
-    if (pRecord->callbacks.pfnHostCommand != nullptr && g_szScratch[0] != '\0') {
-        KrRecordCommand(pRecord->hwndParent, g_szScratch);
-        pRecord->callbacks.pfnHostCommand(pRecord->dwCallerData, 0, 0, g_szScratch);
+    char szCommand[XFER_NAME_SIZE];
+    readLine(pRecord, IDC_DANDD_COMMANDLINE, szCommand);
+    if (pRecord->callbacks.pfnHostCommand == nullptr || szCommand[0] == '\0') {
+        return;
+    }
+    KrRecordCommand(pRecord->hwndParent, szCommand);
+    if (fXferDandDIsAlive(hdlgDandD, pRecord)) {
+        pRecord->callbacks.pfnHostCommand(pRecord->dwCallerData, 0, 0, szCommand);
     }
 }
 

@@ -137,14 +137,11 @@ void deleteHostFiles(const XferCommand* pCommand)
 {
     const XferWindowRecord* pRecord = pCommand->pRecord;
     XferFileList list;
-    if (!fXferDandDListSelection(pRecord, IDC_DANDD_HOSTFILES, XFERLIST_HOST,
-                                 KRACTION_HOSTFILE_DELETED, &list)) {
-        return;
-    }
-    if (pRecord->callbacks.pfnDeleteHostFiles != nullptr) {
+    // Without anybody to delete them nothing is recorded.
+    if (pRecord->callbacks.pfnDeleteHostFiles != nullptr &&
+        fXferDandDListSelection(pRecord, IDC_DANDD_HOSTFILES, XFERLIST_HOST,
+                                KRACTION_HOSTFILE_DELETED, &list)) {
         pRecord->callbacks.pfnDeleteHostFiles(pRecord->dwCallerData, 0, 0, list, 0);
-    } else {
-        XferFileList_vDestroy(list);
     }
 }
 
@@ -303,8 +300,7 @@ void transferByName(const XferCommand* pCommand)
     TypedTransfer typed;
     XferFileList list;
     XferWindowRecord* pRecord = pCommand->pRecord;
-    fXferDandDShowsHere(pRecord);
-    if (!askForTransfer(pRecord, &typed) ||
+    if (!askForTransfer(pRecord, &typed) || !fXferDandDIsServed(pRecord, typed.direction) ||
         !XferFileListCreateOne(&list, XFERLIST_LOCAL, typed.szLocal)) {
         return;
     }

@@ -55,8 +55,10 @@ void drawSunkenBox(HDC hdc, const RECT* prc, HPEN hpenShadow, HPEN hpenHighlight
 
 void drawClipped(HDC hdc, const RECT* prc, const char* pszText)
 {
-    ExtTextOutA(hdc, prc->left + TEXT_LEFT, prc->top + TEXT_TOP, ETO_CLIPPED, prc, pszText,
-                UINT(lstrlenA(pszText)), nullptr);
+    if (prc->left < prc->right && prc->top < prc->bottom) {
+        ExtTextOutA(hdc, prc->left + TEXT_LEFT, prc->top + TEXT_TOP, ETO_CLIPPED, prc, pszText,
+                    UINT(lstrlenA(pszText)), nullptr);
+    }
 }
 
 // How far a known total is filled. Never past the bar, and nothing where there is no bar.

@@ -1,11 +1,19 @@
 #include "ledger.h"
 
-#include <set>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
 #include <stdlib.h>
+#include <string.h>
+#include <tuple>
+#include <utility>
 
 namespace {
 
-std::set<void*> s_blocks;
+// Each thing with the call that gave it.
+std::multimap<const void*, const char*> s_owed;
+bool s_fAll;
 int s_nUntilFailure;
 bool s_fForGood;
 bool s_fFailed;
@@ -20,88 +28,195 @@ bool isToFail()
     return fFail;
 }
 
-// Whether a block is to be kept an account of when it has moved: those from before aren't.
-bool isOurs(void* pBlock)
+void take(const void* p, const char* pszFrom)
 {
-    return pBlock == nullptr || s_blocks.count(pBlock) != 0;
-}
-
-void* noted(void* pBlock)
-{
-    if (pBlock != nullptr) {
-        s_blocks.insert(pBlock);
+    if (p != nullptr) {
+        s_owed.emplace(p, pszFrom);
     }
-    return pBlock;
 }
 
-HGLOBAL WINAPI fakeGlobalAlloc(UINT uFlags, SIZE_T cb)
+// Gives whether the thing was owed; nothing at all counts as that.
+bool giveBack(const void* p, const char* pszBy)
 {
-    return isToFail() ? nullptr : noted(GlobalAlloc(uFlags, cb));
+    auto found = s_owed.find(p);
+    bool fOwed = p == nullptr || found != s_owed.end();
+    if (found != s_owed.end()) {
+        s_owed.erase(found);
+    } else if (p != nullptr && s_fAll) {
+        ADD_FAILURE() << pszBy << " of what isn't owed";
+    }
+    return fOwed;
 }
 
-HGLOBAL WINAPI fakeGlobalFree(HGLOBAL hBlock)
+HGLOBAL WINAPI owingGlobalAlloc(UINT uFlags, SIZE_T cb)
 {
-    s_blocks.erase(hBlock);
-    return GlobalFree(hBlock);
+    HGLOBAL h = isToFail() ? nullptr : GlobalAlloc(uFlags, cb);
+    take(h, "GlobalAlloc");
+    return h;
 }
 
-HGLOBAL WINAPI fakeGlobalReAlloc(HGLOBAL hBlock, SIZE_T cb, UINT uFlags)
+HGLOBAL WINAPI owingGlobalReAlloc(HGLOBAL hOld, SIZE_T cb, UINT uFlags)
+{
+    HGLOBAL h = isToFail() ? nullptr : GlobalReAlloc(hOld, cb, uFlags);
+    if (h != nullptr && giveBack(hOld, "GlobalReAlloc")) {
+        take(h, "GlobalReAlloc");
+    }
+    return h;
+}
+
+// Freed blocks stay, filled with this, so that a use after the end shows.
+constexpr BYTE DEAD = 0xDD;
+std::vector<HGLOBAL> s_dead;
+
+HGLOBAL WINAPI owingGlobalFree(HGLOBAL h)
+{
+    giveBack(h, "GlobalFree");
+    if (h != nullptr) {
+        memset(GlobalLock(h), DEAD, GlobalSize(h));
+        s_dead.push_back(h);
+    }
+    return nullptr;
+}
+
+void burySafely()
+{
+    for (HGLOBAL h : std::exchange(s_dead, {})) {
+        auto pb = static_cast<const BYTE*>(GlobalLock(h));
+        EXPECT_EQ(std::count(pb, pb + GlobalSize(h), DEAD), int(GlobalSize(h)))
+            << "written to after its end";
+        while (GlobalUnlock(h)) {
+        }
+        GlobalFree(h);
+    }
+}
+
+void* owingMalloc(size_t cb)
+{
+    void* p = isToFail() ? nullptr : malloc(cb);
+    take(p, "malloc");
+    return p;
+}
+
+// The compiler makes it of malloc and memset.
+void* owingCalloc(size_t c, size_t cb)
+{
+    void* p = isToFail() ? nullptr : calloc(c, cb);
+    take(p, "calloc");
+    return p;
+}
+
+void* owingRealloc(void* pOld, size_t cb)
 {
     if (isToFail()) {
         return nullptr;
     }
-    bool fOurs = isOurs(hBlock);
-    HGLOBAL hNew = GlobalReAlloc(hBlock, cb, uFlags);
-    if (hNew != nullptr && fOurs) {
-        s_blocks.erase(hBlock);
-        s_blocks.insert(hNew);
+    bool fOwed = giveBack(pOld, "realloc");
+    void* p = realloc(pOld, cb);
+    take(fOwed ? p : nullptr, "realloc");
+    return p;
+}
+
+void owingFree(void* p)
+{
+    giveBack(p, "free");
+    free(p);
+}
+
+BOOL WINAPI owingEndPaint(HWND hwnd, const PAINTSTRUCT* pPaint)
+{
+    giveBack(pPaint->hdc, "EndPaint");
+    return EndPaint(hwnd, pPaint);
+}
+
+// The fakes of platform calls that give something, and of those that take it back. A number
+// for each, because calls of one type would share a fake.
+template <int NUMBER, typename Result, typename... Args> struct Owing {
+    static inline Result(WINAPI* s_pfn)(Args...);
+    static inline const char* s_pszName;
+    static Result WINAPI make(Args... args)
+    {
+        Result result = s_pfn(args...);
+        take(result, s_pszName);
+        return result;
     }
-    return hNew;
-}
-
-void* fakeMalloc(size_t cb)
-{
-    return isToFail() ? nullptr : noted(malloc(cb));
-}
-
-void fakeFree(void* pBlock)
-{
-    s_blocks.erase(pBlock);
-    free(pBlock);
-}
-
-void* fakeRealloc(void* pBlock, size_t cb)
-{
-    if (isToFail()) {
-        return nullptr;
+    template <int ARGUMENT> static Result WINAPI give(Args... args)
+    {
+        giveBack(std::get<ARGUMENT>(std::make_tuple(args...)), s_pszName);
+        return s_pfn(args...);
     }
-    bool fOurs = isOurs(pBlock);
-    s_blocks.erase(pBlock);
-    void* pNew = realloc(pBlock, cb);
-    return fOurs ? noted(pNew) : pNew;
-}
-
-HMODULE library()
-{
-    return GetModuleHandleA("KRHAUL.DLL");
-}
+};
 
 } // namespace
 
-Ledger::Ledger()
-    : m_globalAlloc(library(), "GlobalAlloc", fakeGlobalAlloc),
-      m_globalReAlloc(library(), "GlobalReAlloc", fakeGlobalReAlloc),
-      m_globalFree(library(), "GlobalFree", fakeGlobalFree),
-      m_malloc(library(), "malloc", fakeMalloc), m_realloc(library(), "realloc", fakeRealloc),
-      m_free(library(), "free", fakeFree)
+template <typename Function> void Ledger::replace(const char* pszName, Function* pfnFake)
 {
-    s_blocks.clear();
-    failAt(0);
+    m_replaced.push_back(
+        std::make_unique<ReplacedImport>(GetModuleHandleA("KRHAUL.DLL"), pszName, pfnFake));
 }
 
-size_t Ledger::blocks() const
+template <int NUMBER, typename Result, typename... Args>
+void Ledger::makes(const char* pszName, Result(WINAPI* pfn)(Args...))
 {
-    return s_blocks.size();
+    Owing<NUMBER, Result, Args...>::s_pfn = pfn;
+    Owing<NUMBER, Result, Args...>::s_pszName = pszName;
+    replace(pszName, Owing<NUMBER, Result, Args...>::make);
+}
+
+template <int NUMBER, int ARGUMENT, typename Result, typename... Args>
+void Ledger::gives(const char* pszName, Result(WINAPI* pfn)(Args...))
+{
+    Owing<NUMBER, Result, Args...>::s_pfn = pfn;
+    Owing<NUMBER, Result, Args...>::s_pszName = pszName;
+    replace(pszName, Owing<NUMBER, Result, Args...>::template give<ARGUMENT>);
+}
+
+Ledger::Ledger(bool fAll)
+{
+    s_owed.clear();
+    s_fAll = fAll;
+    failAt(0);
+    replace("GlobalAlloc", owingGlobalAlloc);
+    replace("GlobalReAlloc", owingGlobalReAlloc);
+    replace("GlobalFree", owingGlobalFree);
+    replace("malloc", owingMalloc);
+    replace("calloc", owingCalloc);
+    replace("realloc", owingRealloc);
+    replace("free", owingFree);
+    makes<0>("LoadLibraryA", LoadLibraryA);
+    gives<1, 0>("FreeLibrary", FreeLibrary);
+    makes<2>("CreateFontA", CreateFontA);
+    makes<3>("CreatePen", CreatePen);
+    makes<4>("CreateSolidBrush", CreateSolidBrush);
+    makes<5>("CreatePatternBrush", CreatePatternBrush);
+    makes<6>("CreateBitmap", CreateBitmap);
+    makes<7>("CreateDIBitmap", CreateDIBitmap);
+    makes<8>("CreateDiscardableBitmap", CreateDiscardableBitmap);
+    makes<9>("CreateCompatibleDC", CreateCompatibleDC);
+    makes<10>("GetDC", GetDC);
+    makes<11>("BeginPaint", BeginPaint);
+    gives<12, 0>("DeleteObject", DeleteObject);
+    gives<13, 0>("DeleteDC", DeleteDC);
+    gives<14, 1>("ReleaseDC", ReleaseDC);
+    replace("EndPaint", owingEndPaint);
+}
+
+Ledger::~Ledger()
+{
+    burySafely();
+}
+
+size_t Ledger::count()
+{
+    return s_owed.size();
+}
+
+std::string Ledger::owed()
+{
+    std::string all;
+    for (const auto& [p, pszFrom] : s_owed) {
+        all += std::string(pszFrom) + " ";
+    }
+    return all;
 }
 
 void Ledger::failAt(int n, bool fForGood)

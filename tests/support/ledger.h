@@ -1,26 +1,41 @@
-// The blocks that the library has taken and not given back, and memory that runs out.
+// What the library has taken and not given back, and memory that runs out.
 #ifndef TESTS_SUPPORT_LEDGER_H
 #define TESTS_SUPPORT_LEDGER_H
 
 #include "imports.h"
 
+#include <memory>
 #include <stddef.h>
+#include <string>
+#include <vector>
 
-// Sees the global heap and the C heap, as the library uses them while the object lives. One at
-// a time.
+// Sees both heaps, modules, and objects and contexts of the screen, as the library uses them
+// while the object lives. Freed blocks of the global heap stay until its end, which tells if one
+// was written to. One at a time.
 class Ledger {
 public:
-    Ledger();
+    // Without fAll there are windows already: what they give back isn't asked for.
+    explicit Ledger(bool fAll = true);
+    ~Ledger();
+    Ledger(const Ledger&) = delete;
+    Ledger& operator=(const Ledger&) = delete;
 
-    // Blocks taken since the object was made.
-    size_t blocks() const;
+    // Things taken since the object was made, and the calls that gave them.
+    static size_t count();
+    static std::string owed();
+
     // Lets the n-th request for memory from now fail, and with fForGood all after it; 0 stops it.
     void failAt(int n, bool fForGood = false);
     // Whether a request has failed since.
     bool hasFailed() const;
 
 private:
-    ReplacedImport m_globalAlloc, m_globalReAlloc, m_globalFree, m_malloc, m_realloc, m_free;
+    template <typename Function> void replace(const char* pszName, Function* pfnFake);
+    template <int NUMBER, typename Result, typename... Args>
+    void makes(const char* pszName, Result(WINAPI* pfn)(Args...));
+    template <int NUMBER, int ARGUMENT, typename Result, typename... Args>
+    void gives(const char* pszName, Result(WINAPI* pfn)(Args...));
+    std::vector<std::unique_ptr<ReplacedImport>> m_replaced;
 };
 
 #endif

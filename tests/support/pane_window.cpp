@@ -153,6 +153,14 @@ struct PaneWindow::Caller {
     {
         ask(dw, "delete" + take(list, XFERLIST_HOST));
     }
+    static void KRHAULAPI rename(DWORD dw, DWORD, DWORD, const char* pszOld, const char* pszNew)
+    {
+        ask(dw, "rename " + std::string(pszOld) + " " + pszNew);
+    }
+    static void KRHAULAPI makeDir(DWORD dw, DWORD, DWORD, const char* pszDir)
+    {
+        ask(dw, "mkdir " + std::string(pszDir));
+    }
     static void KRHAULAPI changeDir(DWORD dw, DWORD, DWORD, const char* pszDir, DWORD fFromList)
     {
         ask(dw, "chdir " + std::string(pszDir) + " " + std::to_string(fFromList));
@@ -163,8 +171,8 @@ struct PaneWindow::Caller {
     }
     static DWORD KRHAULAPI confirm(DWORD dw, DWORD dwFlags, DWORD fSet)
     {
-        EXPECT_EQ(dwFlags | fSet, 0u);
-        ask(dw, "flags");
+        EXPECT_TRUE(fSet != 0 || dwFlags == 0);
+        ask(dw, fSet != 0 ? "flags " + std::to_string(dwFlags) : "flags");
         return reinterpret_cast<PaneWindow*>(dw)->m_dwConfirm;
     }
     static void KRHAULAPI hostCommand(DWORD dw, DWORD, DWORD, const char* pszCommand)
@@ -190,10 +198,9 @@ struct PaneWindow::Caller {
 };
 
 PaneWindow::PaneWindow()
-    : m_callbacks{sizeof(HostCallbacks), Caller::send,      Caller::receive,
-                  Caller::remove,        nullptr,           nullptr,
-                  Caller::changeDir,     Caller::removeDir, Caller::confirm,
-                  Caller::hostCommand,   Caller::filter,    Caller::mode,
+    : m_callbacks{sizeof(HostCallbacks), Caller::send,        Caller::receive,   Caller::remove,
+                  Caller::rename,        Caller::makeDir,     Caller::changeDir, Caller::removeDir,
+                  Caller::confirm,       Caller::hostCommand, Caller::filter,    Caller::mode,
                   Caller::details,       Caller::view}
 {
 }

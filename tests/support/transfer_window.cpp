@@ -3,7 +3,6 @@
 #include "../../resources/ids.h"
 #include "../../toolbar/toolbar.h"
 
-#include <map>
 #include <string.h>
 
 namespace {
@@ -18,8 +17,6 @@ void KRHAULAPI viewModeChanged(DWORD dwCallerData, DWORD dw1, DWORD dw2, DWORD n
         pCaller->whenModeChanges();
     }
 }
-
-std::map<HWND, Subclassed*> s_subclassed;
 
 std::vector<DrawnTexts::Text> s_texts;
 BOOL WINAPI keepingExtTextOut(HDC hdc, int x, int y, UINT uOptions, const RECT* prc, LPCSTR pch,
@@ -125,30 +122,6 @@ INT_PTR TransferTest::ask(UINT uMessage, WPARAM wParam, LPARAM lParam) const
                            uMessage, wParam, lParam);
 }
 
-Subclassed::Subclassed(HWND hwnd, Handler handler) : m_hwnd(hwnd), m_handler(std::move(handler))
-{
-    s_subclassed[hwnd] = this;
-    m_pfnOld =
-        reinterpret_cast<WNDPROC>(SetWindowLongA(hwnd, GWL_WNDPROC, reinterpret_cast<LONG>(proc)));
-}
-
-Subclassed::~Subclassed()
-{
-    if (IsWindow(m_hwnd)) {
-        SetWindowLongA(m_hwnd, GWL_WNDPROC, reinterpret_cast<LONG>(m_pfnOld));
-    }
-    s_subclassed.erase(m_hwnd);
-}
-
-LRESULT CALLBACK Subclassed::proc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
-{
-    Subclassed* pThis = s_subclassed[hwnd];
-    WNDPROC pfnOld = pThis->m_pfnOld;
-    return pThis->m_handler(uMessage, wParam, lParam)
-               ? 0
-               : CallWindowProcA(pfnOld, hwnd, uMessage, wParam, lParam);
-}
-
 DrawnTexts::DrawnTexts() : m_extTextOut(krhaul(), "ExtTextOutA", keepingExtTextOut)
 {
 }
@@ -166,54 +139,6 @@ std::string DrawnTexts::strip(HWND hwnd)
     auto texts = of(hwnd);
     EXPECT_EQ(texts.size(), 1u);
     return texts.empty() ? "" : texts[0].text;
-}
-
-Picture::Picture(HWND hwnd)
-{
-    RECT rcWindow;
-    RECT rc;
-    POINT pt = {0, 0};
-    GetWindowRect(hwnd, &rcWindow);
-    GetClientRect(hwnd, &rc);
-    ClientToScreen(hwnd, &pt);
-    cx = rc.right;
-    cy = rc.bottom;
-    BITMAPINFO info = {};
-    info.bmiHeader = {sizeof info.bmiHeader, cx, -cy, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    void* pBits = nullptr;
-    HDC hdcWindow = GetWindowDC(hwnd);
-    HDC hdc = CreateCompatibleDC(hdcWindow);
-    HBITMAP hbm = CreateDIBSection(hdc, &info, DIB_RGB_COLORS, &pBits, nullptr, 0);
-    HGDIOBJ hbmOld = SelectObject(hdc, hbm);
-    BitBlt(hdc, 0, 0, cx, cy, hdcWindow, pt.x - rcWindow.left, pt.y - rcWindow.top, SRCCOPY);
-    GdiFlush();
-    auto pPixels = static_cast<const DWORD*>(pBits);
-    m_pixels.assign(pPixels, pPixels + cx * cy);
-    SelectObject(hdc, hbmOld);
-    DeleteObject(hbm);
-    DeleteDC(hdc);
-    ReleaseDC(hwnd, hdcWindow);
-}
-
-COLORREF Picture::at(LONG x, LONG y) const
-{
-    DWORD dw = x < 0 || y < 0 || x >= cx || y >= cy ? 0 : m_pixels[size_t(y * cx + x)];
-    return RGB(dw >> 16 & 0xFF, dw >> 8 & 0xFF, dw & 0xFF);
-}
-
-std::string Picture::difference(const Picture& other) const
-{
-    if (cx != other.cx || cy != other.cy) {
-        return "another size";
-    }
-    for (LONG y = 0; y < cy; ++y) {
-        for (LONG x = 0; x < cx; ++x) {
-            if (at(x, y) != other.at(x, y)) {
-                return "at " + std::to_string(x) + ", " + std::to_string(y);
-            }
-        }
-    }
-    return "";
 }
 
 RECT placeOf(HWND hwnd, int idControl)

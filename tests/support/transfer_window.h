@@ -5,6 +5,8 @@
 
 #include "../../include/krhaul.h"
 #include "imports.h"
+#include "picture.h"
+#include "subclassed.h"
 #include "windows.h"
 
 #include <gtest/gtest.h>
@@ -61,23 +63,6 @@ private:
     std::string m_oldDirectory, m_directory;
 };
 
-// Replaces a window's procedure for as long as the object lives, or the window.
-class Subclassed {
-public:
-    // Gives true for a message that the window must not get.
-    using Handler = std::function<bool(UINT uMessage, WPARAM wParam, LPARAM lParam)>;
-    Subclassed(HWND hwnd, Handler handler);
-    ~Subclassed();
-    Subclassed(const Subclassed&) = delete;
-    Subclassed& operator=(const Subclassed&) = delete;
-
-private:
-    static LRESULT CALLBACK proc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam);
-    HWND m_hwnd;
-    Handler m_handler;
-    WNDPROC m_pfnOld;
-};
-
 // Texts that a test's window draws by ExtTextOutA, for as long as the object lives.
 class DrawnTexts {
 public:
@@ -97,21 +82,6 @@ public:
 
 private:
     ReplacedImport m_extTextOut;
-};
-
-// The client area as it stands on the screen, children included.
-class Picture {
-public:
-    explicit Picture(HWND hwnd);
-    COLORREF at(LONG x, LONG y) const;
-
-    // The first point where the two differ, or nothing to say.
-    std::string difference(const Picture& other) const;
-
-    LONG cx, cy;
-
-private:
-    std::vector<DWORD> m_pixels;
 };
 
 // A control's place in its window's client coordinates.

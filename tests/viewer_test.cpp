@@ -1,0 +1,418 @@
+// Looking at files: which viewer starts, what it is told, and what becomes of the copies.
+#include "../resources/ids.h"
+#include "../transfer/record.h"
+#include "support/imports.h"
+#include "support/pane_window.h"
+
+#include <direct.h>
+#include <memory>
+#include <stdio.h>
+
+namespace {
+
+constexpr char QUICKVIEW[] = "SOFTWARE\\Classes\\QuickView";
+constexpr char COMMAND[] = "SOFTWARE\\Classes\\QuickView\\shell\\open\\command";
+constexpr char TEXT[] = "SOFTWARE\\Classes\\QuickView\\.TXT";
+constexpr char TEXT_SUBKEY[] = "SOFTWARE\\Classes\\QuickView\\.TXT\\{1}";
+
+Strings s_launched;
+std::vector<UINT> s_results; // of the launches; a success when there are no more
+
+UINT WINAPI fakeWinExec(LPCSTR pszCommand, UINT uShow)
+{
+    EXPECT_EQ(uShow, UINT(SW_SHOW));
+    s_launched.push_back(pszCommand);
+    return s_launched.size() <= s_results.size() ? s_results[s_launched.size() - 1] : 32;
+}
+
+DWORD WINAPI oldVersion()
+{
+    return 3;
+}
+
+HKEY makeKey(const char* pszKey)
+{
+    HKEY hKey = nullptr;
+    EXPECT_EQ(RegCreateKeyExA(HKEY_LOCAL_MACHINE, pszKey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
+                              &hKey, nullptr),
+              ERROR_SUCCESS);
+    return hKey;
+}
+
+void removeKeys(const std::string& key)
+{
+    HKEY hKey;
+    char szSubkey[260];
+    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, key.c_str(), 0, KEY_ALL_ACCESS, &hKey) != ERROR_SUCCESS) {
+        return;
+    }
+    while (RegEnumKeyA(hKey, 0, szSubkey, sizeof szSubkey) == ERROR_SUCCESS) {
+        removeKeys(key + "\\" + szSubkey);
+    }
+    RegCloseKey(hKey);
+    RegDeleteKeyA(HKEY_LOCAL_MACHINE, key.c_str());
+}
+
+class Viewer : public PaneWindow {
+protected:
+    Viewer() : m_exec(library(), "WinExec", fakeWinExec)
+    {
+        HKEY hKey;
+        EXPECT_NE(RegOpenKeyExA(HKEY_LOCAL_MACHINE, QUICKVIEW, 0, KEY_READ, &hKey), ERROR_SUCCESS)
+            << "this system has a quick viewer of its own";
+        char szPath[MAX_PATH];
+        GetModuleFileNameA(nullptr, szPath, sizeof szPath);
+        m_viewer = szPath;
+        m_viewer = m_viewer.substr(0, m_viewer.rfind('\\') + 1) + "KRVIEWER ";
+        GetTempPathA(sizeof szPath, szPath);
+        m_temp = szPath;
+        controlFile();
+    }
+    ~Viewer() override
+    {
+        removeKeys(QUICKVIEW);
+    }
+
+    void registerQuickView(const std::string& command = "qv.exe /x") const
+    {
+        HKEY hKey = makeKey(COMMAND);
+        // A NUL behind the bytes would be stored with them.
+        const std::string bytes = command + "#";
+        RegSetValueExA(hKey, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(bytes.data()),
+                       DWORD(command.size()));
+        RegCloseKey(hKey);
+        RegCloseKey(makeKey(TEXT_SUBKEY));
+    }
+
+    // Gives the command lines that it started, and checks what every call does.
+    Strings view(const char* pszFile, const char* pszHost = nullptr, const char* psz3 = "three",
+                 const char* psz4 = "four", const char* psz5 = "five")
+    {
+        auto pRecord = reinterpret_cast<XferWindowRecord*>(GetWindowLongA(m_hwnd, DWL_USER));
+        s_launched.clear();
+        pRecord->fFocusCommandLine = 1;
+        vXferDandDDisplayDILText(m_hwnd, "");
+        vXferDandDViewFile(m_hwnd, pszFile, pszHost, psz3, psz4, psz5);
+        EXPECT_EQ(pRecord->fFocusCommandLine, 0);
+        return s_launched;
+    }
+
+    // The path of the one control file there is; empty for none.
+    std::string controlPath() const
+    {
+        WIN32_FIND_DATAA find;
+        HANDLE hFind = FindFirstFileA((m_temp + "ftp*.tmp").c_str(), &find);
+        if (hFind == INVALID_HANDLE_VALUE) {
+            return "";
+        }
+        EXPECT_FALSE(FindNextFileA(hFind, &find));
+        FindClose(hFind);
+        return m_temp + find.cFileName;
+    }
+
+    // What stands in the control file, which goes.
+    std::string controlFile() const
+    {
+        std::string path = controlPath();
+        FILE* pFile = fopen(path.c_str(), "rb");
+        if (pFile == nullptr) {
+            return "none";
+        }
+        std::string bytes(5000, '\0');
+        bytes.resize(fread(&bytes[0], 1, bytes.size(), pFile));
+        fclose(pFile);
+        DeleteFileA(path.c_str());
+        return bytes;
+    }
+
+    std::string cannotAccess(const std::string& name) const
+    {
+        return ("Cannot access " + name).substr(0, 259);
+    }
+
+    std::string m_viewer, m_temp;
+
+private:
+    ReplacedImport m_exec;
+};
+
+std::string quoted(const std::string& text)
+{
+    return '"' + text + '"';
+}
+
+struct Registered {
+    const char* pszWhat;
+    int cbCommand;       // of the default value; -1 for none
+    const char* pszText; // the deepest key for texts
+    char ch;             // what fills the command
+    UINT uResult;        // of the first launch
+    int cQuick;          // launches of the quick viewer
+    bool fFallsBack;
+};
+const Registered REGISTERED[] = {
+    {"not at all", -1, nullptr, 'q', 32, 0, true},
+    {"with texts", 9, TEXT_SUBKEY, 'q', 32, 1, false},
+    {"the longest", 260, TEXT_SUBKEY, 'q', 32, 1, false},
+    {"too long", 261, TEXT_SUBKEY, 'q', 32, 0, true},
+    {"blank", 9, TEXT_SUBKEY, ' ', 32, 0, true},
+    {"empty", 0, TEXT_SUBKEY, 'q', 32, 0, true},
+    {"without a command", -1, TEXT_SUBKEY, 'q', 32, 0, true},
+    {"text key alone", 9, TEXT, 'q', 32, 0, true},
+    {"no text key", 9, nullptr, 'q', 32, 0, true},
+    {"doesn't start", 9, TEXT_SUBKEY, 'q', 31, 1, true},
+};
+
+TEST_F(Viewer, TheQuickViewerIsUsedIfItKnowsTexts)
+{
+    open();
+    m_dir.makeFile("a file");
+    const std::string longest = m_dir.path(std::string(259 - m_dir.path().size() - 1, 'n'));
+    for (const Registered& c : REGISTERED) {
+        SCOPED_TRACE(c.pszWhat);
+        removeKeys(QUICKVIEW);
+        std::string command;
+        if (c.cbCommand >= 0) {
+            command = std::string(size_t(c.cbCommand), c.ch);
+            registerQuickView(command);
+            removeKeys(TEXT);
+        }
+        if (c.pszText != nullptr) {
+            RegCloseKey(makeKey(c.pszText));
+        }
+        s_results = {c.uResult};
+        for (const std::string& file : {m_dir.path("a file"), longest}) {
+            Strings expected;
+            if (c.cQuick > 0) {
+                expected.push_back(command + " " + quoted(file));
+            }
+            if (c.fFallsBack) {
+                expected.push_back(m_viewer + quoted(file));
+            }
+            EXPECT_EQ(view(file.c_str()), expected);
+            EXPECT_EQ(stripText(), "");
+            // The same for a copy, which the viewer program finds in a control file.
+            Strings launched = view(file.c_str(), "host");
+            if (c.fFallsBack) {
+                expected.back() = m_viewer + quoted("-ftp1" + controlPath());
+            }
+            EXPECT_EQ(launched, expected);
+            EXPECT_EQ(controlFile(),
+                      c.fFallsBack ? "four\r\nthree\r\nhost\r\n" + file + "\r\nfive\r\n" : "none");
+        }
+    }
+}
+
+TEST_F(Viewer, ControlFilesHoldTheirTextsWhole)
+{
+    open();
+    const std::string text(900, 't');
+    view("f", text.c_str(), text.c_str(), nullptr, text.c_str());
+    EXPECT_EQ(controlFile(), "\r\n" + text + "\r\n" + text + "\r\nf\r\n" + text + "\r\n");
+    view("f", "", nullptr, nullptr, nullptr);
+    EXPECT_EQ(controlFile(), "\r\n\r\n\r\nf\r\n\r\n");
+}
+
+TEST_F(Viewer, ANameThatNoCommandLineCanCarryStartsNothing)
+{
+    const std::string long259(259, 'n'), long260(260, 'n'), long2000(2000, 'n');
+    open();
+    for (bool fQuick : {false, true}) {
+        if (fQuick) {
+            registerQuickView();
+        }
+        EXPECT_EQ(view(long259.c_str()).size(), 1u);
+        for (const char* psz : {"", "a\"b", "\"", long260.c_str(), long2000.c_str()}) {
+            EXPECT_EQ(view(psz), Strings{});
+            EXPECT_EQ(stripText(), cannotAccess(psz));
+            EXPECT_EQ(view(psz, "host"), Strings{});
+        }
+        EXPECT_EQ(view(nullptr), Strings{});
+    }
+    vXferDandDViewFile(nullptr, "f", nullptr, nullptr, nullptr, nullptr);
+    EXPECT_EQ(s_launched, Strings{});
+    // A row whose path gets too long.
+    removeKeys(QUICKVIEW);
+    nXferDandDAddLocalFileName(m_hwnd, long259.c_str());
+    selectFiles(IDC_DANDD_LOCALFILES, {long259});
+    command(IDM_XFER_VIEW);
+    EXPECT_EQ(s_launched, Strings{});
+    EXPECT_EQ(stripText(), cannotAccess(m_dir.path(long259)));
+}
+
+TEST_F(Viewer, EverySelectedFileIsStartedByItself)
+{
+    for (const char* psz : {"a b", "c", "d"}) {
+        m_dir.makeFile(psz);
+    }
+    open();
+    selectFiles(IDC_DANDD_LOCALFILES, {"a b", "d"});
+    s_launched.clear();
+    command(IDM_XFER_VIEW);
+    EXPECT_EQ(s_launched,
+              (Strings{m_viewer + quoted(m_dir.path("a b")), m_viewer + quoted(m_dir.path("d"))}));
+}
+
+// The folder of the executable, as it may be in the worst case, and beyond.
+DWORD s_cchModule;
+
+DWORD WINAPI fakeModuleFileName(HMODULE, LPSTR pszFile, DWORD cch)
+{
+    std::string path = "c:\\" + std::string(s_cchModule - 8, 'd') + "\\app";
+    lstrcpynA(pszFile, path.c_str(), int(cch));
+    return s_cchModule < cch ? s_cchModule : cch;
+}
+
+TEST_F(Viewer, ALongFolderIsNeverCut)
+{
+    const std::string file(259, 'f');
+    open();
+    ReplacedImport name(library(), "GetModuleFileNameA", fakeModuleFileName);
+    s_cchModule = 258;
+    std::string start = "c:\\" + std::string(250, 'd') + "\\KRVIEWER ";
+    EXPECT_EQ(view(file.c_str()), Strings{start + quoted(file)});
+    view("f", "host");
+    EXPECT_EQ(s_launched, Strings{start + quoted("-ftp1" + controlPath())});
+    controlFile();
+    for (DWORD cch : {260u, 300u}) {
+        s_cchModule = cch;
+        EXPECT_EQ(view("f"), Strings{});
+        EXPECT_EQ(view("f", "host"), Strings{});
+        EXPECT_EQ(stripText(), cannotAccess("KRVIEWER "));
+    }
+    EXPECT_EQ(controlFile(), "none");
+}
+
+DWORD s_cchTemp;
+std::string s_tempDir;
+
+DWORD WINAPI fakeTempPath(DWORD cch, LPSTR pszPath)
+{
+    lstrcpynA(pszPath, s_tempDir.c_str(), int(cch));
+    return s_cchTemp;
+}
+
+UINT WINAPI noTempFile(LPCSTR, LPCSTR, UINT, LPSTR)
+{
+    return 0;
+}
+
+FILE* noFile(const char*, const char*)
+{
+    return nullptr;
+}
+
+// The third line, and the fourth line end.
+int s_nUntilFailure;
+
+int fakePuts(const char* psz, FILE* pFile)
+{
+    return --s_nUntilFailure == 0 ? EOF : fputs(psz, pFile);
+}
+
+int fakePutc(int ch, FILE* pFile)
+{
+    return --s_nUntilFailure == 0 ? EOF : fputc(ch, pFile);
+}
+
+int badClose(FILE* pFile)
+{
+    fclose(pFile);
+    return EOF;
+}
+
+// Half a control file would name another copy, or none.
+TEST_F(Viewer, WithoutItsControlFileNoViewerStarts)
+{
+    open();
+    auto refused = [&](const char* pszHost = "host") {
+        EXPECT_EQ(view("file", pszHost), Strings{});
+        EXPECT_EQ(controlFile(), "none");
+        return stripText().substr(0, stripText().find_last_of("\\ ") + 1);
+    };
+    const std::string file = "Cannot access ", folder = cannotAccess(m_temp);
+    const struct {
+        DWORD cch;
+        std::string dir, said;
+    } folders[] = {{0, m_temp, file}, {260, m_temp, file}, {9, "c:\\none\\", file + "c:\\none\\"}};
+    for (const auto& c : folders) {
+        ReplacedImport path(library(), "GetTempPathA", fakeTempPath);
+        s_cchTemp = c.cch;
+        s_tempDir = c.dir;
+        EXPECT_EQ(refused(), c.said);
+    }
+    EXPECT_EQ((ReplacedImport(library(), "GetTempFileNameA", noTempFile), refused()), folder);
+    EXPECT_EQ((ReplacedImport(library(), "fopen", noFile), refused()), folder);
+    EXPECT_EQ((ReplacedImport(library(), "fclose", badClose), refused()), folder);
+    for (int n = 1; n <= 5; ++n) {
+        s_nUntilFailure = n;
+        EXPECT_EQ((ReplacedImport(library(), "fputs", fakePuts), refused()), folder);
+        s_nUntilFailure = n;
+        EXPECT_EQ((ReplacedImport(library(), "fputc", fakePutc), refused()), folder);
+    }
+    for (const char* psz : {"a\nb", "a\r", "\x1A"}) {
+        EXPECT_EQ(refused(psz), folder);
+        for (int n = 0; n < 3; ++n) {
+            EXPECT_EQ(view("file", "host", n == 0 ? psz : "", n == 1 ? psz : "", n == 2 ? psz : ""),
+                      Strings{});
+            EXPECT_EQ(controlFile(), "none");
+        }
+    }
+    // A plain file needs none.
+    EXPECT_EQ((ReplacedImport(library(), "fopen", noFile), view("file")),
+              Strings{m_viewer + quoted("file")});
+}
+
+TEST_F(Viewer, CopiesGoWithTheWindow)
+{
+    for (bool fOld : {false, true}) {
+        SCOPED_TRACE(fOld);
+        std::unique_ptr<ReplacedImport> version;
+        if (fOld) {
+            version = std::make_unique<ReplacedImport>(library(), "GetVersion", oldVersion);
+        }
+        registerQuickView();
+        open();
+        m_dir.makeDir("sub");
+        Strings copies;
+        for (int n = 0; n < 12; ++n) {
+            copies.push_back("copy" + std::to_string(n));
+        }
+        for (const std::string& name : copies) {
+            m_dir.makeFile(name);
+            s_results = {};
+            EXPECT_EQ(view(m_dir.path(name).c_str(), "host").size(), 1u);
+        }
+        for (const char* psz :
+             {"twice", "relative", "local", "sub\\relative", "open", "fallback"}) {
+            m_dir.makeFile(psz);
+        }
+        view(m_dir.path("twice").c_str(), "host");
+        view(m_dir.path("twice").c_str(), "host");
+        view("relative", "host");
+        view(m_dir.path("local").c_str());
+        view(m_dir.path("open").c_str(), "host");
+        s_results = {31};
+        view(m_dir.path("fallback").c_str(), "host");
+        controlFile();
+        _chdir("sub");
+        DeleteFileA(m_dir.path("copy7").c_str());
+        HANDLE hOpen = CreateFileA(m_dir.path("open").c_str(), GENERIC_READ, FILE_SHARE_READ,
+                                   nullptr, OPEN_EXISTING, 0, nullptr);
+        close();
+        for (const std::string& name : copies) {
+            EXPECT_EQ(m_dir.holds(name), fOld && name != "copy7") << name;
+        }
+        EXPECT_EQ(m_dir.holds("twice"), fOld);
+        EXPECT_EQ(m_dir.holds("relative"), fOld);
+        for (const char* psz : {"local", "sub\\relative", "open", "fallback"}) {
+            EXPECT_TRUE(m_dir.holds(psz)) << psz;
+        }
+        CloseHandle(hOpen);
+        _chdir(m_dir.path().c_str());
+        DeleteFileA("sub\\relative");
+        RemoveDirectoryA("sub");
+    }
+}
+
+} // namespace
