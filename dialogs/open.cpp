@@ -18,11 +18,23 @@ constexpr DialogRow DIALOGS[] = {
 
 } // namespace
 
+// The dialogs share fields of the record: one that opens while another is open (the caller may ask
+// for it from a timer) has to be left first.
 bool fXferDandDRunDialog(XferWindowRecord* pRecord, XferFileDialog dialog)
 {
     const DialogRow* pRow = &DIALOGS[dialog];
     HWND hdlgDandD = pRecord->hwndDialog;
-    INT_PTR nResult = nXferDandDDialogBoxParam(hdlgDandD, pRow->pszTemplate, pRow->pfnDialog,
-                                               reinterpret_cast<LPARAM>(pRecord));
+    HWND hdlgOuter = pRecord->hdlgOpen;
+    EnableWindow(hdlgOuter, FALSE);
+    INT_PTR nResult = -1;
+    if (fXferDandDIsAlive(hdlgDandD, pRecord)) {
+        nResult = nXferDandDDialogBoxParam(hdlgDandD, pRow->pszTemplate, pRow->pfnDialog,
+                                           reinterpret_cast<LPARAM>(pRecord));
+    }
+    if (!fXferDandDIsAlive(hdlgDandD, pRecord)) {
+        return false;
+    }
+    pRecord->hdlgOpen = hdlgOuter;
+    EnableWindow(hdlgOuter, TRUE);
     return nResult != -1 && fXferDandDIsAlive(hdlgDandD, pRecord);
 }

@@ -38,6 +38,7 @@ void vXferDandDStartDialog(HWND hdlg, LPARAM lParam)
 {
     vXferDandDCenterDialog(hdlg);
     SetWindowLongA(hdlg, DWL_USER, lParam);
+    reinterpret_cast<XferWindowRecord*>(lParam)->hdlgOpen = hdlg;
 }
 
 bool fXferDandDDialogOf(HWND hdlg, XferDialog* pDialog)

@@ -533,6 +533,45 @@ const Renamed RENAMED[] = {
      "host file renamed:  new"},
 };
 
+HWND s_hwndMain;
+
+void CALLBACK openAnother(HWND, UINT, UINT_PTR id, DWORD)
+{
+    char szLocal[XFER_MAX_NAME + 1] = "other";
+    char szHost[XFER_MAX_NAME + 1] = "other";
+    KillTimer(nullptr, id);
+    EXPECT_EQ(fXferDandDConfirmTransfer(s_hwndMain, 0, szLocal, szHost), 0);
+}
+
+// Both keep their names in the same fields of the record.
+TEST_F(Dialog, ADialogWaitsForTheOneThatOpensOverIt)
+{
+    open();
+    s_hwndMain = m_hwnd;
+    HWND hdlgOuter = nullptr;
+    runModal(m_hwnd, [&] { command(IDM_XFER_TRANSFER); },
+             {[&](HWND hdlg) {
+                  hdlgOuter = hdlg;
+                  replaceText(hdlg, IDC_COPY_SOURCE, "a.txt");
+                  SetTimer(nullptr, 0, 10, openAnother);
+                  return true;
+              },
+              [&](HWND hdlg) {
+                  if (hdlg == hdlgOuter) {
+                      return false;
+                  }
+                  EXPECT_FALSE(IsWindowEnabled(hdlgOuter));
+                  pressButton(hdlg, IDCANCEL);
+                  return true;
+              },
+              [&](HWND hdlg) {
+                  EXPECT_EQ(hdlg, hdlgOuter);
+                  pressButton(hdlg, IDOK);
+                  return true;
+              }});
+    EXPECT_EQ(requests(), Strings{"send a.txta.txt"});
+}
+
 TEST_F(Dialog, AFileIsRenamed)
 {
     open();

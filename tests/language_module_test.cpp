@@ -1,5 +1,5 @@
-// Every language module keeps the contract, and the check of modules finds what breaks it: each
-// break is made in a copy of the English module, and has to be reported.
+// Every language module keeps the contract, and KRLANGCHK finds what breaks it: each break is
+// made in a copy of the English module, and has to be reported.
 #include "../resources/ids.h"
 #include "support/pe.h"
 
@@ -24,28 +24,6 @@ using Bytes = std::vector<BYTE>;
 constexpr WORD LANGUAGE_EN = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
 const char MODULE_FILE[] = "XFREN.DLL";
 
-void keepLine(void* pData, const char* lpszLine)
-{
-    static_cast<std::vector<std::string>*>(pData)->push_back(lpszLine);
-}
-
-std::vector<std::string> violations(HMODULE hModule)
-{
-    std::vector<std::string> lines;
-    const LangCheckReport report = {keepLine, &lines};
-    const int cFound = nLangCheckModule(hModule, &report);
-    EXPECT_EQ(static_cast<size_t>(cFound), lines.size());
-    return lines;
-}
-
-std::string joined(const std::vector<std::string>& lines)
-{
-    std::string text;
-    for (const std::string& line : lines)
-        text += line + "\n";
-    return text;
-}
-
 // The modules that were built, told by the build.
 std::vector<std::string> modules()
 {
@@ -53,70 +31,92 @@ std::vector<std::string> modules()
     return {std::istream_iterator<std::string>(names), {}};
 }
 
+// A folder for files that a test makes; other tests run at the same time.
 class LanguageModule : public testing::Test {
 protected:
-    void load(const char* pszFile)
-    {
-        m_hModule = LoadLibraryA(pszFile);
-        ASSERT_NE(m_hModule, nullptr) << pszFile;
-    }
     void SetUp() override
     {
-        load(MODULE_FILE);
+        char temp[MAX_PATH];
+        GetTempPathA(sizeof temp, temp);
+        m_folder = temp + std::to_string(GetCurrentProcessId()) + "\\";
+        CreateDirectoryA(m_folder.c_str(), nullptr);
     }
     void TearDown() override
     {
-        FreeLibrary(m_hModule);
+        for (const std::string& file : m_files)
+            DeleteFileA(file.c_str());
+        RemoveDirectoryA(m_folder.c_str());
     }
-    HMODULE m_hModule = nullptr;
-};
-
-class EveryModule : public LanguageModule, public testing::WithParamInterface<std::string> {
-protected:
-    void SetUp() override
+    std::string newFile(const std::string& name)
     {
-        load(GetParam().c_str());
+        m_files.push_back(m_folder + name);
+        return m_files.back();
     }
+    std::string copyOf(const std::string& module, const std::string& name)
+    {
+        const std::string file = newFile(name);
+        EXPECT_TRUE(CopyFileA(module.c_str(), file.c_str(), FALSE)) << module;
+        return file;
+    }
+
+    // Runs KRLANGCHK and gives its exit code. The report begins with a line end.
+    DWORD check(const std::vector<std::string>& files, std::string* report)
+    {
+        std::string command = "KRLANGCHK.EXE";
+        for (const std::string& file : files)
+            command += " \"" + file + "\"";
+        SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
+        const std::string file = newFile("report.txt");
+        STARTUPINFOA start = {};
+        start.cb = sizeof start;
+        start.dwFlags = STARTF_USESTDHANDLES;
+        start.hStdOutput = CreateFileA(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherited,
+                                       CREATE_ALWAYS, 0, nullptr);
+        PROCESS_INFORMATION process = {};
+        DWORD dwExit = MAXDWORD;
+        EXPECT_TRUE(CreateProcessA(nullptr, &command[0], nullptr, nullptr, TRUE, 0, nullptr,
+                                   nullptr, &start, &process));
+        WaitForSingleObject(process.hProcess, INFINITE);
+        GetExitCodeProcess(process.hProcess, &dwExit);
+        CloseHandle(process.hThread);
+        CloseHandle(process.hProcess);
+        CloseHandle(start.hStdOutput);
+        std::ifstream stream(file);
+        *report = "\n" + std::string(std::istreambuf_iterator<char>(stream), {});
+        return dwExit;
+    }
+
+    std::string m_folder;
+    std::vector<std::string> m_files;
 };
 
-INSTANTIATE_TEST_SUITE_P(Built, EveryModule, testing::ValuesIn(modules()),
-                         [](const testing::TestParamInfo<std::string>& module) {
-                             return module.param.substr(0, module.param.find('.'));
-                         });
-
-TEST_P(EveryModule, HasNoViolation)
+TEST_F(LanguageModule, AllAreWhole)
 {
-    EXPECT_EQ(joined(violations(m_hModule)), "");
-}
-
-TEST_P(EveryModule, HoldsResourcesAlone)
-{
-    char path[MAX_PATH];
-    ASSERT_NE(GetModuleFileNameA(m_hModule, path, sizeof path), 0u);
-    const PeFile file = readPe(path);
-    EXPECT_EQ(file.dwEntryPoint, 0u);
-    EXPECT_TRUE(file.imports.empty());
-    EXPECT_TRUE(file.exports.empty());
-    EXPECT_EQ(file.sections, (std::set<std::string>{".rsrc", ".reloc"}));
+    std::string expected = "\n";
+    std::string report;
+    for (const std::string& module : modules())
+        expected += module + ": 0 found\n";
+    EXPECT_EQ(check(modules(), &report), 0u);
+    EXPECT_EQ(report, expected);
 }
 
 // Two modules that want one address must both load; without a relocation table the second
 // couldn't.
-TEST_P(EveryModule, LoadsAtAnotherAddress)
+TEST_F(LanguageModule, AllHoldResourcesAloneAndLoadTwice)
 {
-    char folder[MAX_PATH];
-    char copy[MAX_PATH];
-    char path[MAX_PATH];
-    GetModuleFileNameA(m_hModule, path, sizeof path);
-    GetTempPathA(sizeof folder, folder);
-    GetTempFileNameA(folder, "lng", 0, copy);
-    ASSERT_TRUE(CopyFileA(path, copy, FALSE));
-    HMODULE hSecond = LoadLibraryA(copy);
-    ASSERT_NE(hSecond, nullptr);
-    EXPECT_NE(hSecond, m_hModule);
-    EXPECT_EQ(joined(violations(hSecond)), "");
-    FreeLibrary(hSecond);
-    DeleteFileA(copy);
+    for (const std::string& module : modules()) {
+        SCOPED_TRACE(module);
+        const PeFile file = readPe(module.c_str());
+        EXPECT_EQ(file.dwEntryPoint, 0u);
+        EXPECT_TRUE(file.imports.empty());
+        EXPECT_TRUE(file.exports.empty());
+        EXPECT_EQ(file.sections, (std::set<std::string>{".rsrc", ".reloc"}));
+        HMODULE hFirst = LoadLibraryA(module.c_str());
+        HMODULE hSecond = LoadLibraryA(copyOf(module, module).c_str());
+        EXPECT_TRUE(hFirst && hSecond && hFirst != hSecond);
+        FreeLibrary(hFirst);
+        FreeLibrary(hSecond);
+    }
 }
 
 // Changes of a resource's bytes. Each gives false if it didn't find what to change.
@@ -207,29 +207,17 @@ Change cutInHalf()
     };
 }
 
-// A menu item is its flags, its id and its text; a popup has no id.
-constexpr size_t ITEM_FLAGS = 2 * sizeof(WORD);
-constexpr size_t POPUP_FLAGS = sizeof(WORD);
+// The word that stands some bytes before a text. A menu item is its flags, its id and its text;
+// a popup has no id. The size of a font stands before its name.
+constexpr size_t LAST = sizeof(WORD);
+constexpr size_t LAST_BUT_ONE = 2 * sizeof(WORD);
 
-Change setMenuId(WORD idFrom, std::wstring text, WORD idTo)
-{
-    return [=](Bytes& bytes) {
-        Bytes pattern(sizeof(WORD) + text.size() * sizeof(wchar_t));
-        put(pattern, 0, idFrom);
-        memcpy(&pattern[sizeof(WORD)], text.c_str(), text.size() * sizeof(wchar_t));
-        const size_t pos = findBytes(bytes, pattern.data(), pattern.size());
-        if (pos)
-            put(bytes, pos, idTo);
-        return pos != 0;
-    };
-}
-
-Change setMenuFlags(std::wstring text, size_t before, WORD flags)
+Change setBefore(std::wstring text, size_t before, WORD value)
 {
     return [=](Bytes& bytes) {
         const size_t pos = findBytes(bytes, text.c_str(), text.size() * sizeof(wchar_t));
         if (pos)
-            put(bytes, pos - before, flags);
+            put(bytes, pos - before, value);
         return pos != 0;
     };
 }
@@ -276,12 +264,17 @@ struct Break {
 };
 
 const Break BREAKS[] = {
+    // A copy that is rewritten with nothing changed stays whole; otherwise what follows could be
+    // faults of the rewriting.
+    {"0 found", "DLGCOPY", [](Bytes&) { return true; }, 0},
     // templates as a whole
     {"DLGVIEW: the template is missing", "DLGVIEW", nullptr, 0},
     {"DLGCOPY: a DIALOGEX template can't be loaded below version 4", "DLGCOPY",
      setDword(0, 0xFFFF0001), 0},
     {"DLGXFER: the template is broken", "DLGXFER", cutInHalf(), 0},
     {"DLGXFER: needs WS_VISIBLE", "DLGXFER", setDword(0, WS_POPUP | WS_CAPTION | DS_SETFONT), 0},
+    {"DLGVIEW: must not have WS_CHILD", "DLGVIEW", setDword(0, WS_CHILD | DS_SETFONT), 0},
+    {"DLGVIEW: no font", "DLGVIEW", setBefore(L"MS Sans Serif", LAST, 0), 0},
     // controls
     {"DLGMKDIR: control 103 is missing", "DLGMKDIR", setWord(IDC_DIR_NAME, EDIT, ID_AT, 0xFFFF), 0},
     {"DLGMKDIR: control 99 is unknown", "DLGMKDIR", setWord(IDC_DIR_NAME, EDIT, ID_AT, 99), 0},
@@ -334,6 +327,13 @@ const Break BREAKS[] = {
      setText(L"&File", L" File"), 0},
     {"DLGXFER: mnemonic H of string 1505 stands twice", nullptr,
      setString(IDS_STAT_BUTTON2, L"&Hop"), IDS_STAT_BUTTON2},
+    // letters that the code page lacks
+    {"DLGVIEW: \"?ocation\" has letters that code page 1252 lacks", "DLGVIEW",
+     setText(L"Location", L"\x05D0ocation"), 0},
+    {"menu: \"Det&ail?\" has letters that code page 1252 lacks", "MENUDANDD",
+     setText(L"Det&ails", L"Det&ail\x05D0"), 0},
+    {"string 1500: \"?\" has letters that code page 1252 lacks", nullptr,
+     setString(IDS_STAT_LABEL, L"\x05D0"), IDS_STAT_LABEL},
     // looks
     {"DLGCOPY: \"Cancel\" doesn't fit its control", "DLGCOPY", setWord(IDCANCEL, BUTTON, CX_AT, 20),
      0},
@@ -341,6 +341,8 @@ const Break BREAKS[] = {
      setString(IDS_STAT_LABEL, L"Saved under this name:"), IDS_STAT_LABEL},
     {"DLGXFER: \"1193:02:47\" doesn't fit control 110", "DLGXFER",
      setWord(IDC_STAT_ELAPSED, STATIC, CX_AT, 20), 0},
+    {"DLGDANDD: \"mmmmmmmmmmmmmmmmmmmmmmmm\" doesn't fit control 213", nullptr,
+     setString(IDS_TYPE1_NAME, std::wstring(24, L'm')), IDS_TYPE1_NAME},
     {"DLGCOPY: controls 1 and 2 overlap", "DLGCOPY", setWord(IDCANCEL, BUTTON, Y_AT, 15), 0},
     {"DLGCOPY: control 2 lies outside the dialog", "DLGCOPY", setWord(IDCANCEL, BUTTON, X_AT, 190),
      0},
@@ -352,19 +354,18 @@ const Break BREAKS[] = {
     {"menu: missing", "MENUDANDD", nullptr, 0},
     {"menu: a MENUEX menu can't be loaded below version 4", "MENUDANDD", setDword(0, 1), 0},
     {"menu: broken", "MENUDANDD", cutInHalf(), 0},
-    {"menu: command 251 is missing", "MENUDANDD",
-     setMenuId(IDM_XFER_SELECTALL, L"Select", IDM_XFER_COPY), 0},
-    {"menu: command 249 stands twice", "MENUDANDD",
-     setMenuId(IDM_XFER_SELECTALL, L"Select", IDM_XFER_COPY), 0},
-    {"menu: command 253 is unknown", "MENUDANDD", setMenuId(IDM_XFER_SELECTALL, L"Select", 253), 0},
-    {"menu: command 249 is not in popup 1", "MENUDANDD",
-     setMenuId(IDM_XFER_TRANSFER, L"&Tr", IDM_XFER_COPY), 0},
-    {"menu: command 256 must start enabled", "MENUDANDD",
-     setMenuFlags(L"&Stop", ITEM_FLAGS, MF_GRAYED | MF_END), 0},
-    {"menu: command 206 must start grey", "MENUDANDD", setMenuFlags(L"&Transfer", ITEM_FLAGS, 0),
+    {"menu: command 251 is missing", "MENUDANDD", setBefore(L"Select &All", LAST, IDM_XFER_COPY),
      0},
-    {"menu: 4 popups instead of 5", "MENUDANDD",
-     setMenuFlags(L"&Options", POPUP_FLAGS, MF_POPUP | MF_END), 0},
+    {"menu: command 249 stands twice", "MENUDANDD", setBefore(L"Select &All", LAST, IDM_XFER_COPY),
+     0},
+    {"menu: command 253 is unknown", "MENUDANDD", setBefore(L"Select &All", LAST, 253), 0},
+    {"menu: command 249 is not in popup 1", "MENUDANDD",
+     setBefore(L"&Transfer", LAST, IDM_XFER_COPY), 0},
+    {"menu: command 256 must start enabled", "MENUDANDD",
+     setBefore(L"&Stop", LAST_BUT_ONE, MF_GRAYED | MF_END), 0},
+    {"menu: command 206 must start grey", "MENUDANDD", setBefore(L"&Transfer", LAST_BUT_ONE, 0), 0},
+    {"menu: 4 popups instead of 5", "MENUDANDD", setBefore(L"&Options", LAST, MF_POPUP | MF_END),
+     0},
     {"menu: the bar holds command 206", "MENUDANDD",
      setAll({0, 0, MF_END, IDM_XFER_TRANSFER, 'T', 0}), 0},
     {"menu: popup 0 holds a popup, which has no hint", "MENUDANDD",
@@ -417,79 +418,57 @@ bool renameInFile(const std::string& file, const std::string& name)
     return stream.good();
 }
 
-class BrokenModule : public LanguageModule {
-protected:
-    void SetUp() override
-    {
-        LanguageModule::SetUp();
-        char folder[MAX_PATH];
-        char file[MAX_PATH];
-        GetTempPathA(sizeof folder, folder);
-        ASSERT_NE(GetTempFileNameA(folder, "lng", 0, file), 0u);
-        m_file = file;
-    }
-    void TearDown() override
-    {
-        DeleteFileA(m_file.c_str());
-        LanguageModule::TearDown();
-    }
-
-    Bytes resource(const char* type, const char* name)
-    {
-        HRSRC found = FindResourceA(m_hModule, name, type);
-        const BYTE* p = static_cast<const BYTE*>(LockResource(LoadResource(m_hModule, found)));
-        return Bytes(p, p + SizeofResource(m_hModule, found));
-    }
-
-    // Makes the copy with one resource changed or gone.
-    bool make(const Break& broken)
-    {
-        char path[MAX_PATH];
-        GetModuleFileNameA(m_hModule, path, sizeof path);
-        if (!CopyFileA(path, m_file.c_str(), FALSE))
-            return false;
-        if (!broken.change)
-            return renameInFile(m_file, broken.name);
-        const bool fMenu = broken.name && broken.name == std::string("MENUDANDD");
-        const char* type = broken.idString ? RT_STRING : fMenu ? RT_MENU : RT_DIALOG;
-        const char* name =
-            broken.idString ? MAKEINTRESOURCEA(broken.idString / 16 + 1) : broken.name;
-        Bytes bytes = resource(type, name);
-        if (!broken.change(bytes))
-            return false;
-        HANDLE hUpdate = BeginUpdateResourceA(m_file.c_str(), FALSE);
-        return hUpdate &&
-               UpdateResourceA(hUpdate, type, name, LANGUAGE_EN, bytes.data(),
-                               static_cast<DWORD>(bytes.size())) &&
-               EndUpdateResourceA(hUpdate, FALSE);
-    }
-
-    std::string m_file;
-};
-
-TEST_F(BrokenModule, EveryBreakIsReported)
+Bytes resource(HMODULE hModule, const char* type, const char* name)
 {
-    for (const Break& broken : BREAKS) {
-        SCOPED_TRACE(broken.says);
-        ASSERT_TRUE(make(broken));
-        HMODULE hBroken = LoadLibraryA(m_file.c_str());
-        ASSERT_NE(hBroken, nullptr);
-        const std::string lines = "\n" + joined(violations(hBroken));
-        EXPECT_NE(lines.find("\n" + std::string(broken.says) + "\n"), std::string::npos) << lines;
-        FreeLibrary(hBroken);
-    }
+    HRSRC found = FindResourceA(hModule, name, type);
+    const BYTE* p = static_cast<const BYTE*>(LockResource(LoadResource(hModule, found)));
+    return Bytes(p, p + SizeofResource(hModule, found));
 }
 
-// A copy that is rewritten with nothing changed has to stay whole; otherwise the breaks above
-// could be faults of the rewriting.
-TEST_F(BrokenModule, RewritingAloneBreaksNothing)
+// Changes one resource of the file, or takes it out. It still is as in the module.
+bool breakFile(HMODULE hModule, const std::string& file, const Break& broken)
 {
-    const Break nothing = {"", "DLGCOPY", [](Bytes&) { return true; }, 0};
-    ASSERT_TRUE(make(nothing));
-    HMODULE hCopy = LoadLibraryA(m_file.c_str());
-    ASSERT_NE(hCopy, nullptr);
-    EXPECT_EQ(joined(violations(hCopy)), "");
-    FreeLibrary(hCopy);
+    if (!broken.change)
+        return renameInFile(file, broken.name);
+    const bool fMenu = broken.name && broken.name == std::string("MENUDANDD");
+    const char* type = broken.idString ? RT_STRING : fMenu ? RT_MENU : RT_DIALOG;
+    const char* name = broken.idString ? MAKEINTRESOURCEA(broken.idString / 16 + 1) : broken.name;
+    Bytes bytes = resource(hModule, type, name);
+    if (!broken.change(bytes))
+        return false;
+    HANDLE hUpdate = BeginUpdateResourceA(file.c_str(), FALSE);
+    return hUpdate &&
+           UpdateResourceA(hUpdate, type, name, LANGUAGE_EN, bytes.data(),
+                           static_cast<DWORD>(bytes.size())) &&
+           EndUpdateResourceA(hUpdate, FALSE);
+}
+
+TEST_F(LanguageModule, EveryBreakIsReported)
+{
+    HMODULE hModule = LoadLibraryA(MODULE_FILE);
+    std::vector<std::string> files;
+    std::string report;
+    for (const Break& broken : BREAKS) {
+        files.push_back(copyOf(MODULE_FILE, "XFR" + std::to_string(files.size()) + ".DLL"));
+        EXPECT_TRUE(breakFile(hModule, files.back(), broken)) << broken.says;
+    }
+    FreeLibrary(hModule);
+    files.push_back(copyOf(MODULE_FILE, "EN.DLL"));
+    EXPECT_EQ(check(files, &report), 1u);
+    for (size_t i = 0; i < std::size(BREAKS); i++) {
+        const std::string start = "\nXFR" + std::to_string(i) + ".DLL: ";
+        EXPECT_NE(report.find(start + BREAKS[i].says + "\n"), std::string::npos) << BREAKS[i].says;
+    }
+    EXPECT_NE(report.find("\nEN.DLL: the name is not XFR, "), std::string::npos);
+}
+
+// What can't be loaded decides the exit code, whatever comes after it.
+TEST_F(LanguageModule, OneThatCannotBeLoadedIsReported)
+{
+    std::string report;
+    EXPECT_EQ(check({"XFRNONE.DLL", MODULE_FILE}, &report), 2u);
+    EXPECT_EQ(report, "\nXFRNONE.DLL: can't be loaded\nXFREN.DLL: 0 found\n");
+    EXPECT_EQ(check({}, &report), 2u);
 }
 
 // A resource handle is the address of the resource's entry in the module, whose size is set
@@ -516,13 +495,16 @@ TEST_F(LanguageModule, NoCutTemplateOrMenuPasses)
 {
     LangDialog dialog;
     std::vector<LangMenuItem> items;
+    std::vector<std::string> lost;
+    HMODULE hModule = LoadLibraryA(MODULE_FILE);
     for (int i = 0; i < g_cLangTemplates; i++) {
         const char* name = g_langTemplates[i].name;
-        cutEverywhere(m_hModule, RT_DIALOG, name,
-                      [&] { return nLangReadDialog(m_hModule, name, &dialog); });
+        cutEverywhere(hModule, RT_DIALOG, name,
+                      [&] { return nLangReadDialog(hModule, name, &dialog); });
     }
-    cutEverywhere(m_hModule, RT_MENU, "MENUDANDD",
-                  [&] { return nLangReadMenu(m_hModule, "MENUDANDD", &items); });
+    cutEverywhere(hModule, RT_MENU, "MENUDANDD",
+                  [&] { return nLangReadMenu(hModule, "MENUDANDD", &items, &lost); });
+    FreeLibrary(hModule);
 }
 
 } // namespace

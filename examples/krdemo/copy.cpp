@@ -148,7 +148,8 @@ bool startCopy(const DemoOptions* pOptions, HWND hwndMain, HWND hwndLog)
                       0,
                       pOptions->cbPerSecond,
                       true,
-                      {onProgress, onFile, onEnd}};
+                      {onProgress, onFile, onEnd},
+                      s_copy.options.szLanguage};
     return startJob(&job, list, XFERLIST_LOCAL);
 }
 

@@ -241,8 +241,8 @@ void moveBytes(DWORD cbRoom)
 
 bool openStatusWindow(const JobOptions* pOptions)
 {
-    s_job.hdlgStat =
-        hdlgXferStatCreate(pOptions->pszTitle, 0, pOptions->hwndOwner, pOptions->fCorner, 0);
+    s_job.hdlgStat = hdlgXferStatLangCreate(pOptions->pszLanguage, pOptions->pszTitle, 0,
+                                            pOptions->hwndOwner, pOptions->fCorner, 0);
     if (s_job.hdlgStat == nullptr) {
         return false;
     }

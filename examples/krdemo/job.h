@@ -24,6 +24,7 @@ struct JobOptions {
     DWORD cbPerSecond; // speed of the line
     bool fKeepWindow;  // the status window stays at the end, to be read
     JobEvents events;
+    const char* pszLanguage; // of the status window
 };
 
 // Starts a job: column nFromColumn of the list holds names in the first folder, the other

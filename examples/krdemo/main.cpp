@@ -8,11 +8,13 @@
 //   folderhost.cpp  the host that is built in, behind the table of host.h
 //   driver.cpp      a user who works the transfer window by himself; the files of steps.h have
 //                   what he does, hands.cpp how, looks.cpp what he looks at
+//   language.cpp    the languages that the user can choose
 //   options.cpp     the command line
 //   picture.cpp     pictures of a run that nobody watches
 #include "copy.h"
 #include "driver.h"
 #include "job.h"
+#include "language.h"
 #include "session.h"
 
 namespace {
@@ -35,6 +37,27 @@ void onCreate(HWND hwnd)
                  0);
 }
 
+// The transfer window has its language for life, so another one takes its place.
+void changeLanguage(HWND hwnd, const char* pszLanguage)
+{
+    DemoOptions options = s_options;
+    closeSession();
+    GetCurrentDirectoryA(MAX_PATH, s_options.szFirst);
+    lstrcpynA(s_options.szLanguage, pszLanguage, CCH_LANGUAGE);
+    if (!openSession(&s_options, &FOLDER_HOST, hwnd)) {
+        s_options = options;
+        openSession(&s_options, &FOLDER_HOST, hwnd);
+    }
+    showLanguage(GetMenu(hwnd), s_options.szLanguage);
+}
+
+void onCommand(HWND hwnd, UINT idCommand)
+{
+    if (const char* pszLanguage = languageOf(idCommand)) {
+        changeLanguage(hwnd, pszLanguage);
+    }
+}
+
 LRESULT CALLBACK mainProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
     switch (uMessage) {
@@ -43,6 +66,9 @@ LRESULT CALLBACK mainProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam
         return 0;
     case WM_SIZE:
         MoveWindow(s_hwndLog, 0, HIWORD(lParam) - LOG_HEIGHT, LOWORD(lParam), LOG_HEIGHT, TRUE);
+        return 0;
+    case WM_COMMAND:
+        onCommand(hwnd, LOWORD(wParam));
         return 0;
     case WM_XFERSTAT_PERCENT:
         copyPercent(hwnd, wParam);
@@ -127,6 +153,8 @@ int runSession(HINSTANCE hInstance)
     if (!openSession(&s_options, &FOLDER_HOST, hwnd)) {
         return EXIT_FAILED;
     }
+    SetMenu(hwnd, makeLanguageMenu());
+    showLanguage(GetMenu(hwnd), s_options.szLanguage);
     if (s_options.fDrive) {
         startDriver(&s_options);
     }

@@ -8,6 +8,8 @@ namespace {
 constexpr DWORD DEFAULT_SPEED = 8 * 1024 * 1024;
 constexpr char PICTURES[] = "/pictures:";
 constexpr char SPEED[] = "/speed:";
+constexpr char LANGUAGE[] = "/language:";
+constexpr char ENGLISH[] = "EN";
 
 const char* valueOf(const char* pszArgument, const char* pszOption)
 {
@@ -26,6 +28,7 @@ void setDefaults(DemoOptions* pOptions)
     GetTempPathA(MAX_PATH, szTemp);
     joinPath(pOptions->szSecond, szTemp, "KRDEMO");
     pOptions->cbPerSecond = DEFAULT_SPEED;
+    strcpy(pOptions->szLanguage, ENGLISH);
 }
 
 } // namespace
@@ -55,6 +58,8 @@ void readOptions(DemoOptions* pOptions)
             lstrcpynA(pOptions->szPictures, pszPictures, MAX_PATH);
         } else if (const char* pszSpeed = valueOf(pszArgument, SPEED)) {
             pOptions->cbPerSecond = strtoul(pszSpeed, nullptr, 10);
+        } else if (const char* pszLanguage = valueOf(pszArgument, LANGUAGE)) {
+            lstrcpynA(pOptions->szLanguage, pszLanguage, CCH_LANGUAGE);
         } else if (strcmp(pszArgument, "/copy") == 0) {
             pOptions->fCopy = true;
         } else if (strcmp(pszArgument, "/drive") == 0) {
@@ -62,5 +67,8 @@ void readOptions(DemoOptions* pOptions)
         } else if (cFolders < ARRAYSIZE(aszFolders)) {
             lstrcpynA(aszFolders[cFolders++], pszArgument, MAX_PATH);
         }
+    }
+    if (pOptions->fDrive) {
+        strcpy(pOptions->szLanguage, ENGLISH); // whose mnemonics are typed
     }
 }

@@ -4,6 +4,9 @@
 
 #include <windows.h>
 
+// For a language code of 12 characters, which is the most that KRHAUL takes.
+constexpr size_t CCH_LANGUAGE = 13;
+
 struct DemoOptions {
     char szFirst[MAX_PATH];    // local folder, or the folder to copy from
     char szSecond[MAX_PATH];   // folder served as the host, or the folder to copy to
@@ -11,10 +14,12 @@ struct DemoOptions {
     bool fDrive;               // work the transfer window by itself, with real input
     char szPictures[MAX_PATH]; // folder for pictures of the run, or empty for none
     DWORD cbPerSecond;         // speed of the line that files go over
+    char szLanguage[CCH_LANGUAGE];
 };
 
-// Reads "[LOCAL HOST] [/copy] [/drive] [/pictures:FOLDER] [/speed:BYTES]". Without folders the
-// program's own folder is the local one, and a folder for temporary files the host.
+// Reads "[LOCAL HOST] [/copy] [/drive] [/pictures:FOLDER] [/speed:BYTES] [/language:CODE]".
+// Without folders the program's own folder is the local one, and a folder for temporary files
+// the host; without a language, or with /drive, it is English.
 void readOptions(DemoOptions* pOptions);
 
 // Joins a folder and a name. Gives false, with an empty result, if they don't fit.

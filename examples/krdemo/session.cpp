@@ -145,7 +145,8 @@ void transfer(XferFileList list, bool fSend, const char* pszHostDir)
                       1,
                       s_session.options.cbPerSecond,
                       false,
-                      {showProgress, showArrival, showEnd}};
+                      {showProgress, showArrival, showEnd},
+                      s_session.options.szLanguage};
     lstrcpynA(s_session.szTarget, job.pszToFolder, MAX_PATH);
     setBusy(true);
     if (!startJob(&job, list, fSend ? XFERLIST_LOCAL : XFERLIST_HOST)) {
@@ -405,8 +406,9 @@ bool openSession(const DemoOptions* pOptions, const Host* pHost, HWND hwndOwner)
     if (!SetCurrentDirectoryA(pOptions->szFirst) || !pHost->pfnOpen(pOptions->szSecond)) {
         return false;
     }
-    s_session.hdlg = hdlgXferDandDCreate2("Files - Sample caller", hwndOwner, nullptr, 0,
-                                          &s_callbacks, XFERVIEW_TWOPANE);
+    s_session.hdlg =
+        hdlgXferDandDLangCreate2(s_session.options.szLanguage, "Files - Sample caller", hwndOwner,
+                                 nullptr, 0, &s_callbacks, XFERVIEW_TWOPANE);
     if (s_session.hdlg == nullptr) {
         return false;
     }

@@ -22,6 +22,13 @@ std::string strLangString(const LangCheck* check, UINT id)
     return std::string(text, static_cast<size_t>(cch));
 }
 
+void vLangCheckLost(LangCheck* check, const char* where, const std::vector<std::string>& lost)
+{
+    for (const std::string& text : lost)
+        vLangFound(check, "%s: \"%s\" has letters that code page %u lacks", where, text.c_str(),
+                   GetACP());
+}
+
 char chLangMnemonic(const std::string& text)
 {
     for (size_t i = 0; i + 1 < text.size(); i++) {
@@ -74,6 +81,7 @@ void checkTemplate(LangCheck* check, const LangTemplateRow& row)
     if ((dialog.style & row.style.mask) != row.style.value)
         vLangFound(check, "%s: %s %s", row.name, row.style.value ? "needs" : "must not have",
                    row.style.name);
+    vLangCheckLost(check, row.name, dialog.lost);
     std::string barMnemonics;
     if (row.flags & LANGDLG_MENU)
         barMnemonics = strLangCheckMenu(check, dialog);

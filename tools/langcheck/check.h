@@ -16,6 +16,9 @@ void vLangFound(LangCheck* check, const char* format, ...) __attribute__((format
 // Empty if the module lacks the string.
 std::string strLangString(const LangCheck* check, UINT id);
 
+// Reports texts with letters that the code page of this system lacks.
+void vLangCheckLost(LangCheck* check, const char* where, const std::vector<std::string>& lost);
+
 // The letter after the single "&" of a text, in upper case; 0 if it has none.
 char chLangMnemonic(const std::string& text);
 

@@ -85,13 +85,16 @@ int yPixels(const Measure& measure, int units)
     return MulDiv(units, measure.cyBase, 8);
 }
 
-// What a control needs beside its text: frames and the picture of a check box or radio
-// button.
+// What a control needs beside its text: frames, the picture of a check box or radio button,
+// the arrow of a combo box.
 int widthBesideText(const LangDlgControl& control)
 {
     constexpr int BUTTON_FRAME = 8;
     constexpr int CHECK_PICTURE = 18;
     constexpr int GROUP_EDGES = 18;
+    constexpr int COMBO_FRAME = 8;
+    if (control.className == "COMBOBOX")
+        return GetSystemMetrics(SM_CXVSCROLL) + COMBO_FRAME;
     if (control.className != "BUTTON")
         return 0;
     if (fLangIsGroupBox(control))

@@ -78,8 +78,10 @@ std::string checkMnemonics(LangCheck* check, const std::vector<LangMenuItem>& it
 
 bool readMenu(LangCheck* check, const std::string& name, std::vector<LangMenuItem>* items)
 {
-    switch (nLangReadMenu(check->hModule, name.c_str(), items)) {
+    std::vector<std::string> lost;
+    switch (nLangReadMenu(check->hModule, name.c_str(), items, &lost)) {
     case LANGREAD_OK:
+        vLangCheckLost(check, "menu", lost);
         return true;
     case LANGREAD_MISSING:
         vLangFound(check, "menu: missing");

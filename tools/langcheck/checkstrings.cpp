@@ -49,6 +49,8 @@ void checkString(LangCheck* check, const LangStringRow& row)
         vLangFound(check, "string %u is missing", row.id);
         return;
     }
+    if (fLangStringLost(check->hModule, row.id))
+        vLangCheckLost(check, ("string " + std::to_string(row.id)).c_str(), {text});
     if (text.size() >= static_cast<size_t>(row.limit))
         vLangFound(check, "string %u has more than %d characters", row.id, row.limit - 1);
     const std::string kinds = placeholders(text);

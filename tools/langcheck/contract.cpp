@@ -259,6 +259,8 @@ const LangFitRow g_langFits[] = {
     {"DLGXFER", IDC_STAT_RATE, 0, NUMBER},
     {"DLGXFER", IDC_STAT_ELAPSED, 0, DURATION},
     {"DLGXFER", IDC_STAT_TIMELEFT, 0, DURATION},
+    {"DLGDANDD", IDC_DANDD_LOCALTYPES, IDS_TYPE1_NAME, nullptr},
+    {"DLGDANDD", IDC_DANDD_LOCALTYPES, IDS_TYPE2_NAME, nullptr},
 };
 const int g_cLangFits = countOf(g_langFits);
 

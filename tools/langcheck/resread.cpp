@@ -8,6 +8,7 @@ struct Bytes {
     size_t cb;
     size_t pos;
     bool fShort;
+    std::vector<std::string>* lost; // receives texts that lost letters in the conversion
 };
 
 // The size in a resource directory may be a lie: no more is read than lies mapped.
@@ -22,7 +23,8 @@ size_t mappedBytes(const void* p, size_t cb)
     return cb < left ? cb : left;
 }
 
-bool openResource(HMODULE hModule, const char* name, const char* type, Bytes* bytes)
+bool openResource(HMODULE hModule, const char* name, const char* type,
+                  std::vector<std::string>* lost, Bytes* bytes)
 {
     HRSRC resource = FindResourceA(hModule, name, type);
     HGLOBAL loaded = resource ? LoadResource(hModule, resource) : nullptr;
@@ -30,7 +32,7 @@ bool openResource(HMODULE hModule, const char* name, const char* type, Bytes* by
     if (!p)
         return false;
     const size_t cb = mappedBytes(p, SizeofResource(hModule, resource));
-    *bytes = {static_cast<const BYTE*>(p), cb, 0, false};
+    *bytes = {static_cast<const BYTE*>(p), cb, 0, false, lost};
     return true;
 }
 
@@ -56,17 +58,34 @@ DWORD readDword(Bytes* bytes)
     return low | static_cast<DWORD>(readWord(bytes)) << 16;
 }
 
-std::string readText(Bytes* bytes)
+std::string narrow(const std::wstring& wide)
 {
-    std::wstring wide;
-    for (WORD w = readWord(bytes); w != 0; w = readWord(bytes))
-        wide += static_cast<wchar_t>(w);
     const int cchWide = static_cast<int>(wide.size());
     const int cch =
         WideCharToMultiByte(CP_ACP, 0, wide.c_str(), cchWide, nullptr, 0, nullptr, nullptr);
     std::string text(static_cast<size_t>(cch), '\0');
     WideCharToMultiByte(CP_ACP, 0, wide.c_str(), cchWide, &text[0], cch, nullptr, nullptr);
     return text;
+}
+
+// What the platform can't convert becomes another letter or a question mark.
+bool losesLetters(const std::wstring& wide)
+{
+    const std::string text = narrow(wide);
+    std::wstring back(wide.size() + 1, L'\0');
+    const int cch = MultiByteToWideChar(CP_ACP, 0, text.c_str(), static_cast<int>(text.size()),
+                                        &back[0], static_cast<int>(back.size()));
+    return back.compare(0, static_cast<size_t>(cch), wide) != 0;
+}
+
+std::string readText(Bytes* bytes)
+{
+    std::wstring wide;
+    for (WORD w = readWord(bytes); w != 0; w = readWord(bytes))
+        wide += static_cast<wchar_t>(w);
+    if (losesLetters(wide))
+        bytes->lost->push_back(narrow(wide));
+    return narrow(wide);
 }
 
 // A name, or the number 0xFFFF with a number behind it, which is given as "#number".
@@ -122,9 +141,9 @@ LangDlgControl readControl(Bytes* bytes)
 LangRead nLangReadDialog(HMODULE hModule, const char* name, LangDialog* dialog)
 {
     Bytes bytes;
-    if (!openResource(hModule, name, RT_DIALOG, &bytes))
-        return LANGREAD_MISSING;
     *dialog = {};
+    if (!openResource(hModule, name, RT_DIALOG, &dialog->lost, &bytes))
+        return LANGREAD_MISSING;
     dialog->style = readDword(&bytes);
     if (dialog->style == 0xFFFF0001) // a version and a signature stand there instead
         return LANGREAD_EXTENDED;
@@ -173,11 +192,12 @@ void readMenuLevel(Bytes* bytes, int depth, int popup, std::vector<LangMenuItem>
 
 } // namespace
 
-LangRead nLangReadMenu(HMODULE hModule, const char* name, std::vector<LangMenuItem>* items)
+LangRead nLangReadMenu(HMODULE hModule, const char* name, std::vector<LangMenuItem>* items,
+                       std::vector<std::string>* lost)
 {
     Bytes bytes;
     items->clear();
-    if (!openResource(hModule, name, RT_MENU, &bytes))
+    if (!openResource(hModule, name, RT_MENU, lost, &bytes))
         return LANGREAD_MISSING;
     const WORD wVersion = readWord(&bytes);
     const size_t cbHeader = readWord(&bytes);
@@ -188,4 +208,11 @@ LangRead nLangReadMenu(HMODULE hModule, const char* name, std::vector<LangMenuIt
     bytes.pos += cbHeader;
     readMenuLevel(&bytes, 0, 0, items);
     return bytes.fShort ? LANGREAD_BROKEN : LANGREAD_OK;
+}
+
+bool fLangStringLost(HMODULE hModule, UINT id)
+{
+    wchar_t text[1024];
+    const int cch = LoadStringW(hModule, id, text, sizeof text / sizeof text[0]);
+    return losesLetters(std::wstring(text, static_cast<size_t>(cch)));
 }

@@ -30,6 +30,7 @@ struct LangDialog {
     int nPointSize; // 0 if the template names no font
     std::string face;
     std::vector<LangDlgControl> controls;
+    std::vector<std::string> lost; // texts with letters that the code page lacks
 };
 
 struct LangMenuItem {
@@ -43,7 +44,12 @@ struct LangMenuItem {
 
 LangRead nLangReadDialog(HMODULE hModule, const char* name, LangDialog* dialog);
 
-// The items in the order of the resource, a popup before what it holds.
-LangRead nLangReadMenu(HMODULE hModule, const char* name, std::vector<LangMenuItem>* items);
+// The items in the order of the resource, a popup before what it holds. Texts with letters that
+// the code page lacks are added to lost.
+LangRead nLangReadMenu(HMODULE hModule, const char* name, std::vector<LangMenuItem>* items,
+                       std::vector<std::string>* lost);
+
+// Whether a string has letters that the code page lacks.
+bool fLangStringLost(HMODULE hModule, UINT id);
 
 #endif

@@ -1,0 +1,96 @@
+// gallery PICTURES FILES CODE...: a picture of each template of these language modules, in its
+// own size, goes into the first folder; the second one is what the transfer window shows. The
+// two windows are those that the library makes, the transfer window in both views; the dialogs
+// are the bare templates.
+#include "../../examples/krdemo/picture.h"
+#include "../../include/krhaul.h"
+
+#include <contract.h>
+
+#include <stdio.h>
+#include <string>
+
+namespace {
+
+constexpr char TITLE[] = "KRHAUL"; // the captions of the two windows are the caller's
+
+void handleMessages()
+{
+    MSG msg;
+    while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
+        TranslateMessage(&msg);
+        DispatchMessageA(&msg);
+    }
+}
+
+INT_PTR CALLBACK bareProc(HWND, UINT uMessage, WPARAM, LPARAM)
+{
+    return uMessage == WM_INITDIALOG;
+}
+
+HWND makeStatusWindow(const char* pszCode)
+{
+    HWND hwnd = hdlgXferStatLangCreate(pszCode, TITLE, 1, nullptr, 0, 0);
+    nXferStatFileInfo(hwnd, "c:\\in\\report.txt", "report.txt", 5000000);
+    return hwnd;
+}
+
+HWND makeTransferWindow(const char* pszCode, DWORD nViewMode)
+{
+    return hdlgXferDandDLangCreate2(pszCode, TITLE, nullptr, nullptr, 0, nullptr, nViewMode);
+}
+
+HWND makeWindow(HMODULE hModule, const char* pszCode, const std::string& name)
+{
+    if (name == "DLGXFER")
+        return makeStatusWindow(pszCode);
+    if (name == "DLGDANDD")
+        return makeTransferWindow(pszCode, XFERVIEW_TWOPANE);
+    return CreateDialogParamA(hModule, name.c_str(), nullptr, bareProc, 0);
+}
+
+bool takeWindow(HWND hwnd, const std::string& file)
+{
+    RECT rc;
+    ShowWindow(hwnd, SW_SHOW);
+    SetForegroundWindow(hwnd);
+    handleMessages();
+    RedrawWindow(hwnd, nullptr, nullptr,
+                 RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
+    handleMessages();
+    GetWindowRect(hwnd, &rc);
+    const bool fTaken = takePicture(&rc, file.c_str());
+    DestroyWindow(hwnd);
+    handleMessages();
+    return fTaken;
+}
+
+bool takeLanguage(const std::string& folder, const char* pszCode)
+{
+    HMODULE hModule;
+    const std::string start = folder + "\\" + pszCode + "-";
+    bool fAll = nXferAllocLoadLanguage(&hModule, pszCode) == XFER_OK;
+    for (int i = 0; fAll && i < g_cLangTemplates; i++) {
+        const std::string name = g_langTemplates[i].name;
+        HWND hwnd = makeWindow(hModule, pszCode, name);
+        fAll = hwnd && takeWindow(hwnd, start + name + ".bmp");
+    }
+    fAll = fAll && takeWindow(makeTransferWindow(pszCode, XFERVIEW_COMMANDLINE),
+                              start + "DLGDANDD-commands.bmp");
+    if (!fAll)
+        printf("%s: the pictures were not made\n", pszCode);
+    FreeLibrary(hModule);
+    return fAll;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    bool fAll = argc > 3 && SetCurrentDirectoryA(argv[2]);
+    // The pointer stands in no picture.
+    SetCursorPos(GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN));
+    for (int i = 3; fAll && i < argc; i++)
+        fAll = takeLanguage(argv[1], argv[i]);
+    return fAll ? 0 : 1;
+}
