@@ -2,7 +2,7 @@
 # with root rights, its case is left out.
 find_program(KRHAUL_DOXYGEN doxygen)
 find_program(KRHAUL_PKG_CONFIG pkg-config)
-set(archive ${CPACK_PACKAGE_DIRECTORY}/${CPACK_PACKAGE_FILE_NAME}.zip)
+set(archive ${CPACK_PACKAGE_DIRECTORY}/krhaul-${PROJECT_VERSION}.zip)
 
 add_test(NAME Package.Make COMMAND cpack --config ${CMAKE_BINARY_DIR}/CPackConfig.cmake)
 set_tests_properties(Package.Make PROPERTIES FIXTURES_SETUP archive FIXTURES_REQUIRED docs)
