@@ -5,7 +5,9 @@
 #undef main
 #include "ids.h"
 
-static int s_nStep;
+#define MAX_TRIES 200
+
+static int s_nStep, s_cTries;
 
 static void makeFile(const char* pszName, size_t cb)
 {
@@ -67,7 +69,7 @@ static BOOL stopTransfer(void)
     return fBegun;
 }
 
-/* A step each time that no transfer is running. */
+/* A step each time that no transfer is running, until one doesn't succeed for long. */
 static VOID CALLBACK onTimer(HWND hwnd, UINT uMessage, UINT_PTR uTimer, DWORD dwTime)
 {
     BOOL fDone = FALSE;
@@ -94,6 +96,9 @@ static VOID CALLBACK onTimer(HWND hwnd, UINT uMessage, UINT_PTR uTimer, DWORD dw
         break;
     }
     s_nStep += fDone;
+    s_cTries = fDone ? 0 : s_cTries + 1;
+    if (s_cTries == MAX_TRIES)
+        PostMessageA(s_hdlg, WM_CLOSE, 0, 0);
 }
 
 int main(void)
