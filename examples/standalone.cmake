@@ -22,7 +22,7 @@ function(krhaul_example name)
     file(GLOB sources CONFIGURE_DEPENDS examples/${name}/*.cpp examples/${name}/*.rc)
     add_executable(${name} WIN32 ${sources})
     set_target_properties(${name} PROPERTIES OUTPUT_NAME ${output} SUFFIX ".EXE")
-    target_link_libraries(${name} PRIVATE krhaul::krhaul)
+    target_link_libraries(${name} PRIVATE krhaul::krhaul wininet ws2_32)
     krhaul_deploy(${name})
 endfunction()
 
