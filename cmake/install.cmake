@@ -43,7 +43,12 @@ function(krhaul_install_package_files)
 endfunction()
 
 function(krhaul_install_documents)
-    install(FILES README.md CONTRIBUTING.md LICENSE DESTINATION .)
+    # In the archive the commands of the README work as they stand.
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS README.md)
+    file(READ README.md readme)
+    string(REPLACE krhaul-VERSION krhaul-${PROJECT_VERSION} readme "${readme}")
+    file(WRITE ${CMAKE_BINARY_DIR}/README.md "${readme}")
+    install(FILES ${CMAKE_BINARY_DIR}/README.md CONTRIBUTING.md LICENSE DESTINATION .)
     install(DIRECTORY docs DESTINATION . FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
     install(DIRECTORY build/docs/html DESTINATION docs OPTIONAL)
 endfunction()
