@@ -115,11 +115,11 @@ LRESULT WINAPI fakeCallWindowProc(WNDPROC pfn, HWND hwnd, UINT uMessage, WPARAM 
 }
 
 // Runs on the user's thread.
-bool waitFor(const std::function<bool()>& condition)
+bool waitFor(const std::function<bool()>& condition, DWORD dwPatience = WAIT_MS)
 {
     DWORD dwStart = GetTickCount();
     while (!condition()) {
-        if (GetTickCount() - dwStart > WAIT_MS) {
+        if (GetTickCount() - dwStart > dwPatience) {
             return false;
         }
         SwitchToThread();
@@ -133,12 +133,19 @@ bool waitForPasses()
     return waitFor([cPasses] { return s_pass.cPasses > cPasses + 1; });
 }
 
-// Moves the pointer during a drag. Gives the cursor that the drag then shows.
+// Moves the pointer during a drag. Gives the cursor that the drag then shows. Wine can lose a move
+// that comes while the list is taking another one from its queue, so the user's hand trembles.
 HCURSOR hover(POINT pt)
 {
+    constexpr DWORD TREMBLE_MS = 200;
+    auto isThere = [pt] { return s_pass.pt == packed(pt); };
+    DWORD dwStart = GetTickCount();
     movePointer(pt);
-    return waitFor([pt] { return s_pass.pt == packed(pt); }) && waitForPasses() ? s_pass.hcur.load()
-                                                                                : nullptr;
+    while (!waitFor(isThere, TREMBLE_MS) && GetTickCount() - dwStart < WAIT_MS) {
+        movePointer({pt.x + 1, pt.y});
+        movePointer(pt);
+    }
+    return isThere() && waitForPasses() ? s_pass.hcur.load() : nullptr;
 }
 
 // Presses the left button and waits until the list knows: moves that come before that count as
@@ -277,10 +284,11 @@ TEST_F(Drag, BeginsTwoPixelsFromThePress)
         start();
         play([&] {
             movePointer(pt);
-            hold(MOUSE_LEFT);
-            movePointer(moved(pt, move.dx, move.dy));
+            takeHold();
             if (move.fDrags) {
-                waitForPasses();
+                hover(moved(pt, move.dx, move.dy));
+            } else {
+                movePointer(moved(pt, move.dx, move.dy));
             }
             letGo(MOUSE_LEFT);
         });

@@ -1,6 +1,7 @@
 #include "copy.h"
 #include "job.h"
 #include "picture.h"
+#include "worker.h"
 
 #include <stdio.h>
 
@@ -141,21 +142,30 @@ bool startCopy(const DemoOptions* pOptions, HWND hwndMain, HWND hwndLog)
         return false;
     }
     s_copy.cFiles = DWORD(XferFileList_cGetSize(list));
+    HostAddress address = {};
+    lstrcpynA(address.szServer, pOptions->szSecond, MAX_PATH);
+    address.cbPerSecond = pOptions->cbPerSecond;
+    if (!openWorker(&FOLDER_HOST, &address, hwndMain)) {
+        XferFileList_vDestroy(list);
+        return false;
+    }
     JobOptions job = {"Copying files",
                       s_copy.options.szFirst,
-                      s_copy.options.szSecond,
+                      nullptr,
+                      true,
+                      XFERTYPE_BINARY,
+                      false,
                       hwndMain,
                       0,
-                      pOptions->cbPerSecond,
                       true,
+                      nullptr,
                       {onProgress, onFile, onEnd},
                       s_copy.options.szLanguage};
-    return startJob(&job, list, XFERLIST_LOCAL);
+    return startJob(&job, list);
 }
 
 bool continueCopy()
 {
-    continueJob();
     if (!isJobRunning() && takesPictures()) {
         noticeMoment(0, 0);
         if (s_copy.pDue == nullptr) {
@@ -171,8 +181,7 @@ bool continueCopy()
 
 void endCopy()
 {
-    stopJob();
-    continueJob();
+    closeWorker();
     closeJobWindow();
 }
 

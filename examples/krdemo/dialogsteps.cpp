@@ -38,6 +38,7 @@ void fillIn(const Field& field)
 template <size_t cFields>
 bool fillDialog(WORD vkCommand, const Field (&fields)[cFields], const char* pszPicture)
 {
+    waitForIdle();
     chooseMenu('F', vkCommand);
     if (!waitForBox()) {
         return false;
@@ -76,7 +77,10 @@ bool closeViewer(const char* pszPicture)
     clickAt(middleOf(hwndViewer));
     pictureOf(hwndViewer, pszPicture);
     pressKey(VK_ESCAPE);
-    return waitFor(isViewerGone, nullptr) && waitForNoBox() && fOpen;
+    bool fGone = waitFor(isViewerGone, nullptr);
+    // Which window comes to the front when one of another program goes is up to the platform.
+    SetForegroundWindow(sessionWindow());
+    return fGone && waitForNoBox() && fOpen;
 }
 
 // Both panes follow what has been done, and so does the disk.
@@ -160,10 +164,13 @@ bool deleteByPattern()
 
 bool deleteOnTheHost()
 {
-    return answer('D', {{'F', "spare-?.bak"}, {'O', nullptr}}) && waitForNoHost("spare-1.bak") &&
+    return fillDialog('D', {{'F', "spare-?.bak"}, {'O', nullptr}}, nullptr) &&
+           sayYesTo("Delete spare-1.bak on the host?") &&
+           sayYesTo("Delete spare-2.bak on the host?") && waitForNoHost("spare-1.bak") &&
            waitForNoHost("spare-2.bak") && waitForNoRow(IDC_DANDD_HOSTFILES, "spare-2.bak") &&
-           answer('D', {{'F', "typed again.txt"}, {'O', nullptr}}) &&
-           waitForNoHost("typed again.txt");
+           waitForNoBox() && fillDialog('D', {{'F', "typed again.txt"}, {'O', nullptr}}, nullptr) &&
+           sayYesTo("Delete typed again.txt on the host?") && waitForNoHost("typed again.txt") &&
+           waitForNoBox();
 }
 
 bool viewALocalFile()

@@ -9,6 +9,7 @@ namespace {
 
 HANDLE s_hThread;
 int s_cFailed;
+bool s_fServer;
 
 void runSteps(StepTable table)
 {
@@ -22,10 +23,14 @@ void runSteps(StepTable table)
 
 DWORD WINAPI drive(void*)
 {
-    runSteps(transferSteps());
-    runSteps(paneSteps());
-    runSteps(dialogSteps());
-    runSteps(windowSteps());
+    if (s_fServer) {
+        runSteps(serverSteps());
+    } else {
+        runSteps(transferSteps());
+        runSteps(paneSteps());
+        runSteps(dialogSteps());
+        runSteps(windowSteps());
+    }
     // The program ends with the window, whatever became of the last step.
     PostMessageA(sessionWindow(), WM_CLOSE, 0, 0);
     return 0;
@@ -36,6 +41,7 @@ DWORD WINAPI drive(void*)
 void startDriver(const DemoOptions* pOptions)
 {
     setLooks(pOptions);
+    s_fServer = pOptions->fServer;
     s_hThread = CreateThread(nullptr, 0, drive, nullptr, 0, nullptr);
 }
 

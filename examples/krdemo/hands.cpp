@@ -106,3 +106,10 @@ bool goHome()
     return waitForText(IDC_DANDD_LOCALPATH, szShown) &&
            waitForRow(IDC_DANDD_LOCALFILES, "report.txt");
 }
+
+bool sayYesTo(const char* pszQuestion)
+{
+    bool fAsked = waitForQuestion(pszQuestion);
+    pressKey('Y');
+    return fAsked;
+}

@@ -15,6 +15,9 @@ void clickTool(UINT idCommand);
 void typeInto(int idLine, const char* pszText);
 void typeLine(int idLine, const char* pszText);
 
+// Waits for the question and says yes. Gives false if it doesn't come.
+bool sayYesTo(const char* pszQuestion);
+
 // Opens a drop-down list, goes to a row by a key and takes it.
 void chooseInList(int idCombo, WORD vk);
 

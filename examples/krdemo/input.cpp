@@ -19,10 +19,22 @@ LONG scale(LONG n, int nMetric)
     return (n * 65536 + nScreen - 1) / nScreen;
 }
 
+// A virtual display has a pointer of its own, which our input doesn't move. Whenever a window
+// comes to lie under it, it takes ours along: so it goes once to where no window is.
+void parkDisplayPointer()
+{
+    static bool s_fParked;
+    if (!s_fParked) {
+        s_fParked = true;
+        SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, GetSystemMetrics(SM_CYSCREEN) - 1);
+    }
+}
+
 } // namespace
 
 void sendPointer(POINT pt)
 {
+    parkDisplayPointer();
     sendMouse(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE, scale(pt.x, SM_CXSCREEN),
               scale(pt.y, SM_CYSCREEN));
 }

@@ -1,242 +1,44 @@
 #include "job.h"
+#include "move.h"
 #include "options.h"
 
 #include <stdio.h>
+#include <stdlib.h>
 #include <string.h>
 
 namespace {
 
-constexpr DWORD CB_CHUNK = 64 * 1024;
 constexpr DWORD CAPTION_STOP = 1;
 constexpr DWORD CAPTION_CLOSE = 3;
-
-// A file appears under its own name only when it is complete. Until then it has a name that
-// nothing else has.
-constexpr char UNFINISHED_PREFIX[] = "krd";
 
 struct Job {
     bool fRunning;
     JobOptions options;
-    char szFromFolder[MAX_PATH];
-    char szToFolder[MAX_PATH];
     HWND hdlgStat;
     WNDPROC pfnStatProc; // the status window's procedure before ours
-    XferFileList list;
-    LONG nFromColumn;
-    LONG nRow; // the file in hand
-    char szFrom[MAX_PATH];
-    char szTo[MAX_PATH];
-    char szUnfinished[MAX_PATH];
-    HANDLE hFrom, hTo;
-    DWORD cbDone;     // bytes of the file in hand
-    DWORD cbBefore;   // bytes of the files before it
-    DWORD cbAll;      // bytes of all files
-    DWORD dwLineTick; // the line has been used up to this time
-    bool fButton;     // the user has pressed Stop, Close or Cancel
+    DWORD nFile;
+    DWORD cFiles;
+    DWORD cbFile;   // size of the file in hand
+    DWORD cbBefore; // bytes of the files before it
+    DWORD cbAll;    // bytes of all files
+    DWORD cFailed;
+    bool fButton; // the user has pressed Stop, Close or Cancel
 };
 
 Job s_job = {};
 
-// The window tells nobody of its buttons, so we look at its commands first. The work is left
-// to the message loop: a window is better not destroyed while one of its buttons calls.
+// The window tells nobody of its buttons, so we look at its commands first. It is closed later:
+// a window is better not destroyed while one of its buttons calls.
 LRESULT CALLBACK statProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
     WORD idCommand = LOWORD(wParam);
     if (uMessage == WM_COMMAND && (idCommand == XFERSTAT_BUTTON || idCommand == XFERSTAT_CANCEL)) {
         s_job.fButton = true;
+        if (s_job.fRunning) {
+            stopTask();
+        }
     }
     return CallWindowProcA(s_job.pfnStatProc, hwnd, uMessage, wParam, lParam);
-}
-
-const char* lastPart(const char* pszPath)
-{
-    const char* pchLast = strrchr(pszPath, '\\');
-    return pchLast != nullptr ? pchLast + 1 : pszPath;
-}
-
-// Whether a name can stand for a file of a folder: nothing in it leads elsewhere.
-bool isPlainName(const char* pszName)
-{
-    return pszName[0] != '\0' && strcmp(pszName, ".") != 0 && strcmp(pszName, "..") != 0 &&
-           strpbrk(pszName, "/\\:*?\"<>|") == nullptr;
-}
-
-bool pathsOfRow(LONG nRow, char (&szFrom)[MAX_PATH], char (&szTo)[MAX_PATH])
-{
-    char szName[MAX_PATH];
-    char szNewName[MAX_PATH];
-    XferFileList_lpszGetString(s_job.list, nRow, s_job.nFromColumn, szName, MAX_PATH);
-    XferFileList_lpszGetString(s_job.list, nRow, 1 - s_job.nFromColumn, szNewName, MAX_PATH);
-    const char* pszTarget = lastPart(szNewName[0] != '\0' ? szNewName : szName);
-    return isPlainName(pszTarget) && joinPath(szFrom, s_job.szFromFolder, szName) &&
-           joinPath(szTo, s_job.szToFolder, pszTarget);
-}
-
-DWORD sizeOfFile(const char* pszPath)
-{
-    WIN32_FIND_DATAA find = {};
-    HANDLE hFind = FindFirstFileA(pszPath, &find);
-    if (hFind == INVALID_HANDLE_VALUE) {
-        return 0;
-    }
-    FindClose(hFind);
-    return find.nFileSizeLow;
-}
-
-DWORD sizeOfAll()
-{
-    DWORD cbAll = 0;
-    for (LONG n = 0; n < XferFileList_cGetSize(s_job.list); ++n) {
-        if (pathsOfRow(n, s_job.szFrom, s_job.szTo)) {
-            cbAll += sizeOfFile(s_job.szFrom);
-        }
-    }
-    return cbAll;
-}
-
-bool openFiles()
-{
-    s_job.hFrom = CreateFileA(s_job.szFrom, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                              FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (s_job.hFrom == INVALID_HANDLE_VALUE) {
-        return false;
-    }
-    s_job.hTo = INVALID_HANDLE_VALUE;
-    if (GetTempFileNameA(s_job.szToFolder, UNFINISHED_PREFIX, 0, s_job.szUnfinished) != 0) {
-        s_job.hTo = CreateFileA(s_job.szUnfinished, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                FILE_ATTRIBUTE_NORMAL, nullptr);
-    }
-    if (s_job.hTo == INVALID_HANDLE_VALUE) {
-        CloseHandle(s_job.hFrom);
-        return false;
-    }
-    return true;
-}
-
-// Gives the copy its name. A file that had it steps aside until that has worked.
-bool takeName()
-{
-    char szAside[MAX_PATH];
-    if (MoveFileA(s_job.szUnfinished, s_job.szTo)) {
-        return true;
-    }
-    if (GetTempFileNameA(s_job.szToFolder, UNFINISHED_PREFIX, 0, szAside) == 0) {
-        return false;
-    }
-    DeleteFileA(szAside);
-    if (!MoveFileA(s_job.szTo, szAside)) {
-        return false;
-    }
-    if (!MoveFileA(s_job.szUnfinished, s_job.szTo)) {
-        MoveFileA(szAside, s_job.szTo);
-        return false;
-    }
-    DeleteFileA(szAside);
-    return true;
-}
-
-// Closes both files; the copy gets its name if it is whole, and goes if it isn't.
-bool closeFiles(bool fWhole)
-{
-    CloseHandle(s_job.hFrom);
-    CloseHandle(s_job.hTo);
-    s_job.hFrom = s_job.hTo = nullptr;
-    if (fWhole && takeName()) {
-        return true;
-    }
-    DeleteFileA(s_job.szUnfinished);
-    return false;
-}
-
-void showFile()
-{
-    char szStatus[XFERSTAT_MAXSTATUS + 1];
-    snprintf(szStatus, sizeof szStatus, "File %lu of %ld", jobFileNumber(),
-             XferFileList_cGetSize(s_job.list));
-    nXferStatFileInfo(s_job.hdlgStat, s_job.szFrom, s_job.szTo, GetFileSize(s_job.hFrom, nullptr));
-    nXferStatErrorInfo(s_job.hdlgStat, 0, 0);
-    nXferStatStatusInfo(s_job.hdlgStat, szStatus);
-    nXferStatCountInfo(s_job.hdlgStat, 0);
-    nXferStatStartTransfer(s_job.hdlgStat);
-}
-
-// Leaves the window of a finished job to be read, if that was asked for.
-void endJob(bool fStopped)
-{
-    XferFileList_vDestroy(s_job.list);
-    s_job.list = nullptr;
-    s_job.fRunning = s_job.fButton = false;
-    if (fStopped || !s_job.options.fKeepWindow) {
-        closeJobWindow();
-    } else {
-        vXferStatButtonText(s_job.hdlgStat, CAPTION_CLOSE);
-    }
-    s_job.options.events.pfnEnd(fStopped);
-}
-
-// Opens the next file that can be opened; those that can't are told and passed over.
-void openNextFile()
-{
-    for (; s_job.nRow < XferFileList_cGetSize(s_job.list); ++s_job.nRow) {
-        s_job.cbBefore += s_job.cbDone;
-        s_job.cbDone = 0;
-        if (pathsOfRow(s_job.nRow, s_job.szFrom, s_job.szTo) && openFiles()) {
-            s_job.dwLineTick = GetTickCount();
-            showFile();
-            return;
-        }
-        s_job.options.events.pfnFile(s_job.szFrom, 0, "it can't be opened");
-    }
-    endJob(false);
-}
-
-void finishFile(const char* pszFailure)
-{
-    bool fLast = s_job.nRow + 1 == XferFileList_cGetSize(s_job.list);
-    if (fLast && pszFailure == nullptr) {
-        nXferStatStatusInfo(s_job.hdlgStat, "All files are copied");
-    }
-    nXferStatEndTransfer(s_job.hdlgStat);
-    if (!closeFiles(pszFailure == nullptr) && pszFailure == nullptr) {
-        pszFailure = "it can't be given its name";
-    }
-    s_job.options.events.pfnFile(s_job.szTo, s_job.cbDone, pszFailure);
-    ++s_job.nRow;
-    openNextFile();
-}
-
-// How much the line has had time for since it was last used.
-DWORD lineRoom()
-{
-    DWORD dwNow = GetTickCount();
-    double dRoom = double(dwNow - s_job.dwLineTick) * s_job.options.cbPerSecond / 1000;
-    s_job.dwLineTick = dwNow;
-    return dRoom < 4.0 * CB_CHUNK ? DWORD(dRoom) : 4 * CB_CHUNK;
-}
-
-void moveBytes(DWORD cbRoom)
-{
-    static BYTE s_chunk[CB_CHUNK];
-    DWORD cbRead = 1;
-    DWORD cbWritten = 0;
-    while (cbRoom > 0 && cbRead > 0) {
-        DWORD cbWanted = cbRoom < CB_CHUNK ? cbRoom : CB_CHUNK;
-        if (!ReadFile(s_job.hFrom, s_chunk, cbWanted, &cbRead, nullptr)) {
-            finishFile("it can't be read");
-            return;
-        }
-        if (!WriteFile(s_job.hTo, s_chunk, cbRead, &cbWritten, nullptr) || cbWritten != cbRead) {
-            finishFile("it can't be written");
-            return;
-        }
-        s_job.cbDone += cbRead;
-        cbRoom -= cbRead;
-    }
-    nXferStatCountInfo(s_job.hdlgStat, s_job.cbDone);
-    s_job.options.events.pfnProgress(s_job.cbBefore + s_job.cbDone, s_job.cbAll);
-    if (cbRead == 0) {
-        finishFile(nullptr);
-    }
 }
 
 bool openStatusWindow(const JobOptions* pOptions)
@@ -254,53 +56,151 @@ bool openStatusWindow(const JobOptions* pOptions)
     return true;
 }
 
+// ---- what the worker tells
+
+void showBegin(Report* pReport)
+{
+    char szStatus[40];
+    s_job.nFile = DWORD(pReport->nNumber);
+    s_job.cbFile = pReport->cbAll;
+    snprintf(szStatus, sizeof szStatus, "File %lu of %lu", s_job.nFile + 1, s_job.cFiles);
+    nXferStatFileInfo(s_job.hdlgStat, pReport->szText, pReport->szName, pReport->cbAll);
+    nXferStatErrorInfo(s_job.hdlgStat, s_job.cFailed, 0);
+    nXferStatStatusInfo(s_job.hdlgStat, szStatus);
+    nXferStatCountInfo(s_job.hdlgStat, 0);
+    nXferStatStartTransfer(s_job.hdlgStat);
+}
+
+// A text can grow on its way, and a file can have grown since it was listed.
+void showProgress(Report* pReport)
+{
+    DWORD cbShown = pReport->cbDone;
+    if (s_job.cbFile > 0 && cbShown > s_job.cbFile) {
+        cbShown = s_job.cbFile;
+    }
+    nXferStatCountInfo(s_job.hdlgStat, cbShown);
+    s_job.options.events.pfnProgress(s_job.cbBefore + cbShown, s_job.cbAll);
+}
+
+void showDone(Report* pReport)
+{
+    showProgress(pReport);
+    s_job.cbBefore += s_job.cbFile;
+    if (s_job.nFile + 1 == s_job.cFiles) {
+        nXferStatStatusInfo(s_job.hdlgStat, "All files are copied");
+    }
+    nXferStatEndTransfer(s_job.hdlgStat);
+    s_job.options.events.pfnFile(pReport->szName, pReport->cbDone, nullptr);
+}
+
+void showFailed(Report* pReport)
+{
+    s_job.cbBefore += s_job.cbFile;
+    nXferStatErrorInfo(s_job.hdlgStat, ++s_job.cFailed, 0);
+    nXferStatEndTransfer(s_job.hdlgStat);
+    s_job.options.events.pfnFile(pReport->szName, 0, pReport->szText);
+}
+
+// Leaves the window of a finished job to be read, if that was asked for.
+void showEnd(bool fStopped)
+{
+    s_job.fRunning = s_job.fButton = false;
+    if (fStopped || !s_job.options.fKeepWindow) {
+        closeJobWindow();
+    } else {
+        vXferStatButtonText(s_job.hdlgStat, CAPTION_CLOSE);
+    }
+    s_job.options.events.pfnEnd(fStopped);
+}
+
+// ---- what the worker is told
+
+const char* lastPart(const char* pszPath)
+{
+    const char* pchLast = strrchr(pszPath, '\\');
+    return pchLast != nullptr ? pchLast + 1 : pszPath;
+}
+
+DWORD sizeOfFile(const char* pszFolder, const char* pszName)
+{
+    WIN32_FIND_DATAA find = {};
+    char szPath[MAX_PATH];
+    bool fFull = strchr(pszName, ':') != nullptr || pszName[0] == '\\';
+    HANDLE hFind = joinPath(szPath, fFull ? "" : pszFolder, pszName) ? FindFirstFileA(szPath, &find)
+                                                                     : INVALID_HANDLE_VALUE;
+    if (hFind != INVALID_HANDLE_VALUE) {
+        FindClose(hFind);
+    }
+    return find.nFileSizeLow;
+}
+
+// A name that comes from a host stays as it is: whether it can be that of a local file is asked
+// when the file is received.
+void takeNames(const JobOptions* pOptions, XferFileList list, LONG nRow, MovedFile* pFile)
+{
+    XferFileList_lpszGetString(list, nRow, XFERLIST_LOCAL, pFile->szLocal, MAX_PATH);
+    XferFileList_lpszGetString(list, nRow, XFERLIST_HOST, pFile->szHost, MAX_PATH);
+    if (pOptions->fSend) {
+        pFile->cbSize = sizeOfFile(pOptions->pszLocalFolder, pFile->szLocal);
+        if (pFile->szHost[0] == '\0') {
+            lstrcpynA(pFile->szHost, lastPart(pFile->szLocal), MAX_PATH);
+        }
+        return;
+    }
+    pFile->cbSize = pOptions->pfnHostSize(pFile->szHost);
+    if (pFile->szLocal[0] == '\0') {
+        strcpy(pFile->szLocal, pFile->szHost);
+    }
+}
+
+bool makeMove(const JobOptions* pOptions, XferFileList list, Move* pMove)
+{
+    pMove->cFiles = DWORD(XferFileList_cGetSize(list));
+    pMove->pFiles = static_cast<MovedFile*>(calloc(pMove->cFiles + 1, sizeof(MovedFile)));
+    if (pMove->pFiles == nullptr) {
+        return false;
+    }
+    pMove->fSend = pOptions->fSend;
+    pMove->nType = pOptions->nType;
+    pMove->fAskBeforeReplace = pOptions->fAskBeforeReplace;
+    pMove->shows = {showBegin, showProgress, showDone, showFailed};
+    lstrcpynA(pMove->szLocalFolder, pOptions->pszLocalFolder, MAX_PATH);
+    lstrcpynA(pMove->szHostDir, pOptions->pszHostDir != nullptr ? pOptions->pszHostDir : "",
+              MAX_PATH);
+    for (DWORD n = 0; n < pMove->cFiles; ++n) {
+        takeNames(pOptions, list, LONG(n), &pMove->pFiles[n]);
+        s_job.cbAll += pMove->pFiles[n].cbSize;
+    }
+    return true;
+}
+
 } // namespace
 
-bool startJob(const JobOptions* pOptions, XferFileList list, LONG nFromColumn)
+bool startJob(const JobOptions* pOptions, XferFileList list)
 {
-    if (s_job.fRunning) {
+    Move move = {};
+    if (isTaskRunning()) {
         XferFileList_vDestroy(list);
         return false;
     }
     closeJobWindow();
     s_job = {};
     s_job.options = *pOptions;
-    s_job.list = list;
-    s_job.nFromColumn = nFromColumn;
-    lstrcpynA(s_job.szFromFolder, pOptions->pszFromFolder, MAX_PATH);
-    lstrcpynA(s_job.szToFolder, pOptions->pszToFolder, MAX_PATH);
-    if (!openStatusWindow(pOptions)) {
-        XferFileList_vDestroy(list);
-        return false;
+    bool fMade = makeMove(pOptions, list, &move);
+    s_job.cFiles = move.cFiles;
+    XferFileList_vDestroy(list);
+    if (fMade && openStatusWindow(pOptions) && startTask(moveFiles, &move, sizeof move, showEnd)) {
+        s_job.fRunning = true;
+        return true;
     }
-    s_job.fRunning = true;
-    s_job.cbAll = sizeOfAll();
-    openNextFile();
-    return true;
-}
-
-void continueJob()
-{
-    if (!s_job.fRunning) {
-        return;
-    }
-    if (!s_job.fButton) {
-        moveBytes(lineRoom());
-        return;
-    }
-    nXferStatEndTransfer(s_job.hdlgStat);
-    closeFiles(false);
-    endJob(true);
+    free(move.pFiles);
+    closeJobWindow();
+    return false;
 }
 
 bool isJobRunning()
 {
     return s_job.fRunning;
-}
-
-void stopJob()
-{
-    s_job.fButton = s_job.fRunning;
 }
 
 HWND jobWindow()
@@ -324,5 +224,5 @@ void closeJobWindow()
 
 DWORD jobFileNumber()
 {
-    return DWORD(s_job.nRow + 1);
+    return s_job.nFile + 1;
 }

@@ -1,11 +1,11 @@
-// A transfer: files moved one by one, a chunk for each turn of the message loop, each shown in
-// a status window. Nothing is left of a file that didn't arrive whole.
+// A transfer as the windows show it: the worker moves the files one by one, and each is shown
+// in a status window.
 #ifndef KRDEMO_JOB_H
 #define KRDEMO_JOB_H
 
 #include "../../include/krhaul.h"
 
-// Who wants to know how a job goes. All are called from continueJob.
+// Who wants to know how a job goes.
 struct JobEvents {
     // Bytes moved so far of all bytes of the job.
     void (*pfnProgress)(DWORD cbDone, DWORD cbAll);
@@ -17,28 +17,26 @@ struct JobEvents {
 
 struct JobOptions {
     const char* pszTitle;
-    const char* pszFromFolder;
-    const char* pszToFolder;
+    const char* pszLocalFolder;
+    const char* pszHostDir; // null or empty for the host's current directory
+    bool fSend;
+    int nType; // one of the XFERTYPE_ values
+    bool fAskBeforeReplace;
     HWND hwndOwner;
-    DWORD fCorner;     // the status window goes into the corner of the screen
-    DWORD cbPerSecond; // speed of the line
-    bool fKeepWindow;  // the status window stays at the end, to be read
+    DWORD fCorner;    // the status window goes into the corner of the screen
+    bool fKeepWindow; // the status window stays at the end, to be read
+    // The size of a host file, 0 if it isn't known. Can be null when files are sent.
+    DWORD (*pfnHostSize)(const char* pszName);
     JobEvents events;
     const char* pszLanguage; // of the status window
 };
 
-// Starts a job: column nFromColumn of the list holds names in the first folder, the other
-// column names for the second one, or nothing where the name stays. Takes the list. Gives
-// false if a job is running or no status window is to be had.
-bool startJob(const JobOptions* pOptions, XferFileList list, LONG nFromColumn);
-
-// Moves what the line takes since the last call.
-void continueJob();
+// Starts a job with the worker's host: the list holds names on the side that files come from,
+// and names for the other side, or nothing where the name stays. Takes the list. Gives false if
+// there is no memory, a task is running or no status window is to be had.
+bool startJob(const JobOptions* pOptions, XferFileList list);
 
 bool isJobRunning();
-
-// Ends the job at the next turn.
-void stopJob();
 
 // The status window, 0 if there is none, and whether the user has done with it after the end.
 HWND jobWindow();

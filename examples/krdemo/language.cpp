@@ -70,14 +70,12 @@ void addLanguages(HMENU hMenu)
 
 } // namespace
 
-HMENU makeLanguageMenu()
+void appendLanguageMenu(HMENU hBar)
 {
-    HMENU hBar = CreateMenu();
     HMENU hMenu = CreatePopupMenu();
     s_cLanguages = 0;
     addLanguages(hMenu);
     AppendMenuA(hBar, MF_POPUP, UINT_PTR(hMenu), "&Language");
-    return hBar;
 }
 
 const char* languageOf(UINT idCommand)

@@ -4,8 +4,8 @@
 
 #include <windows.h>
 
-// A menu bar with the languages whose modules lie in the program's folder.
-HMENU makeLanguageMenu();
+// Adds a menu of the languages whose modules lie in the program's folder.
+void appendLanguageMenu(HMENU hBar);
 
 // The code of the language behind a command of that menu; null for other commands.
 const char* languageOf(UINT idCommand);

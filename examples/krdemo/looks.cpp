@@ -3,6 +3,7 @@
 #include "picture.h"
 #include "session.h"
 #include "user.h"
+#include "worker.h"
 #include "../../resources/ids.h"
 
 #include <stdio.h>
@@ -64,7 +65,7 @@ bool hasRowInSight(const void* pContext)
 
 bool isIdle(const void*)
 {
-    return !isJobRunning() &&
+    return !isTaskRunning() &&
            (GetMenuState(GetMenu(sessionWindow()), IDM_XFER_TRANSFER, MF_BYCOMMAND) & MF_GRAYED) ==
                0;
 }
@@ -104,6 +105,12 @@ bool isItemChecked(const void* pContext)
 bool hasBox(const void*)
 {
     return isBoxOpen();
+}
+
+bool asksQuestion(const void* pContext)
+{
+    return isBoxOpen() && FindWindowExA(GetForegroundWindow(), nullptr, "Static",
+                                        static_cast<const char*>(pContext)) != nullptr;
 }
 
 bool hasNoBox(const void*)
@@ -241,6 +248,13 @@ bool waitForBox()
     bool fBox = waitFor(hasBox, nullptr);
     rest();
     return fBox;
+}
+
+bool waitForQuestion(const char* pszText)
+{
+    bool fAsked = waitFor(asksQuestion, pszText);
+    rest();
+    return fAsked;
 }
 
 bool waitForNoBox()

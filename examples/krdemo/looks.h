@@ -36,6 +36,9 @@ bool isBoxOpen();
 bool waitForBox();
 bool waitForNoBox();
 
+// A box with exactly this text.
+bool waitForQuestion(const char* pszText);
+
 // Waits until the strip shows something else than what had this sum; 0 stands for anything.
 DWORD sumOfStrip();
 bool waitForOtherStrip(DWORD dwSum);

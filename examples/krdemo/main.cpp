@@ -1,21 +1,28 @@
 // The sample caller: a program that transfers files and lets KRHAUL show it.
 //
 //   main.cpp        the windows and the message loop
+//   options.cpp     the command line; address.cpp: addresses of servers
+//   connect.cpp     the dialog that asks for a server
 //   session.cpp     the transfer window and its callbacks
-//   job.cpp         a transfer, with its status window, a chunk for each turn of the loop
+//   job.cpp         a transfer as the windows show it, with its status window
 //   copy.cpp        copying with a status window alone
-//   check.cpp       reading files, for a thermometer without a total
-//   folderhost.cpp  the host that is built in, behind the table of host.h
+//   worker.cpp      the thread that works with the host
+//   move.cpp        its transfers; tasks.cpp: what else it does
+//   safename.cpp    which names of a host can become local files
+//   host.h          what is needed of a host; each host is one table
+//   folderhost.cpp  the host that is built in
+//   ftphost.cpp     a server, with names and texts by ftpnames.cpp
 //   driver.cpp      a user who works the transfer window by himself; the files of steps.h have
 //                   what he does, hands.cpp how, looks.cpp what he looks at
 //   language.cpp    the languages that the user can choose
-//   options.cpp     the command line
 //   picture.cpp     pictures of a run that nobody watches
+#include "connect.h"
 #include "copy.h"
 #include "driver.h"
 #include "job.h"
 #include "language.h"
 #include "session.h"
+#include "worker.h"
 
 namespace {
 
@@ -25,6 +32,7 @@ constexpr DWORD TURN_MS = 10;
 constexpr int LOG_HEIGHT = 130;
 constexpr int EXIT_FAILED = 1;
 
+HWND s_hwndMain;
 HWND s_hwndLog;
 DemoOptions s_options;
 
@@ -37,24 +45,55 @@ void onCreate(HWND hwnd)
                  0);
 }
 
-// The transfer window has its language for life, so another one takes its place.
-void changeLanguage(HWND hwnd, const char* pszLanguage)
+// The session goes on in a new transfer window. If there is none to be had that way, all stays
+// as it was before, which the old options say.
+void reopenSession(const DemoOptions* pOld)
 {
-    DemoOptions options = s_options;
-    closeSession();
-    GetCurrentDirectoryA(MAX_PATH, s_options.szFirst);
-    lstrcpynA(s_options.szLanguage, pszLanguage, CCH_LANGUAGE);
-    if (!openSession(&s_options, &FOLDER_HOST, hwnd)) {
-        s_options = options;
-        openSession(&s_options, &FOLDER_HOST, hwnd);
+    if (sessionWindow() != nullptr) {
+        closeSession();
     }
-    showLanguage(GetMenu(hwnd), s_options.szLanguage);
+    GetCurrentDirectoryA(MAX_PATH, s_options.szFirst);
+    if (!openSession(&s_options, s_hwndMain)) {
+        s_options = *pOld;
+        openSession(&s_options, s_hwndMain);
+    }
+    showLanguage(GetMenu(s_hwndMain), s_options.szLanguage);
 }
 
-void onCommand(HWND hwnd, UINT idCommand)
+void onConnect()
 {
-    if (const char* pszLanguage = languageOf(idCommand)) {
-        changeLanguage(hwnd, pszLanguage);
+    DemoOptions old = s_options;
+    if (askForServer(s_hwndMain, &s_options.server)) {
+        s_options.fServer = true;
+        reopenSession(&old);
+    }
+}
+
+void useFolder()
+{
+    DemoOptions old = s_options;
+    s_options.fServer = false;
+    reopenSession(&old);
+}
+
+// The transfer window has its language for life.
+void changeLanguage(const char* pszLanguage)
+{
+    DemoOptions old = s_options;
+    lstrcpynA(s_options.szLanguage, pszLanguage, CCH_LANGUAGE);
+    reopenSession(&old);
+}
+
+void onCommand(UINT idCommand)
+{
+    if (idCommand == IDM_CONNECT) {
+        onConnect();
+    } else if (idCommand == IDM_FOLDER) {
+        useFolder();
+    } else if (idCommand == IDM_EXIT) {
+        PostMessageA(s_hwndMain, WM_CLOSE, 0, 0);
+    } else if (const char* pszLanguage = languageOf(idCommand)) {
+        changeLanguage(pszLanguage);
     }
 }
 
@@ -68,7 +107,7 @@ LRESULT CALLBACK mainProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam
         MoveWindow(s_hwndLog, 0, HIWORD(lParam) - LOG_HEIGHT, LOWORD(lParam), LOG_HEIGHT, TRUE);
         return 0;
     case WM_COMMAND:
-        onCommand(hwnd, LOWORD(wParam));
+        onCommand(LOWORD(wParam));
         return 0;
     case WM_XFERSTAT_PERCENT:
         copyPercent(hwnd, wParam);
@@ -94,10 +133,11 @@ HWND makeWindow(HINSTANCE hInstance)
     wndclass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_APPWORKSPACE + 1);
     wndclass.lpszClassName = CLASS;
     RegisterClassA(&wndclass);
-    HWND hwnd = CreateWindowA(CLASS, TITLE, WS_OVERLAPPEDWINDOW, 40, 40, 520, 480, nullptr, nullptr,
-                              hInstance, nullptr);
-    ShowWindow(hwnd, SW_SHOW);
-    return hwnd;
+    HMENU hmenu = s_options.fCopy ? nullptr : LoadMenuA(hInstance, CLASS);
+    s_hwndMain = CreateWindowA(CLASS, TITLE, WS_OVERLAPPEDWINDOW, 40, 40, 520, 480, nullptr, hmenu,
+                               hInstance, nullptr);
+    ShowWindow(s_hwndMain, SW_SHOW);
+    return s_hwndMain;
 }
 
 bool isDialogMessage(HWND hdlg, MSG* pMsg)
@@ -122,16 +162,12 @@ bool handleMessages()
     return true;
 }
 
-// Messages and chunks of work by turns, so that the windows stay alive during a transfer.
 // Ends with the window that the user works in.
 void runLoop()
 {
     while (handleMessages()) {
         if (s_options.fCopy ? !continueCopy() : sessionWindow() == nullptr) {
             return;
-        }
-        if (!s_options.fCopy) {
-            continueSession();
         }
         MsgWaitForMultipleObjects(0, nullptr, FALSE, TURN_MS, QS_ALLINPUT);
     }
@@ -150,10 +186,14 @@ int runCopy(HINSTANCE hInstance)
 int runSession(HINSTANCE hInstance)
 {
     HWND hwnd = makeWindow(hInstance);
-    if (!openSession(&s_options, &FOLDER_HOST, hwnd)) {
+    if (s_options.fConnect) {
+        s_options.fServer = askForServer(hwnd, &s_options.server);
+    }
+    if ((s_options.fConnect && !s_options.fServer) || !openSession(&s_options, hwnd)) {
         return EXIT_FAILED;
     }
-    SetMenu(hwnd, makeLanguageMenu());
+    appendLanguageMenu(GetMenu(hwnd));
+    DrawMenuBar(hwnd);
     showLanguage(GetMenu(hwnd), s_options.szLanguage);
     if (s_options.fDrive) {
         startDriver(&s_options);

@@ -1,4 +1,5 @@
 #include "options.h"
+#include "address.h"
 
 #include <stdlib.h>
 #include <string.h>
@@ -47,6 +48,18 @@ bool joinPath(char (&szPath)[MAX_PATH], const char* pszFolder, const char* pszNa
     return true;
 }
 
+void systemWords(DWORD dwError, char (&szWords)[MAX_WORDS])
+{
+    DWORD cch = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                               dwError, 0, szWords, MAX_WORDS, nullptr);
+    if (cch == 0) {
+        wsprintfA(szWords, "System error %lu.", dwError);
+    }
+    while (cch > 0 && szWords[cch - 1] <= ' ' && szWords[cch - 1] >= 0) {
+        szWords[--cch] = '\0';
+    }
+}
+
 void readOptions(DemoOptions* pOptions)
 {
     char* const aszFolders[] = {pOptions->szFirst, pOptions->szSecond};
@@ -64,6 +77,11 @@ void readOptions(DemoOptions* pOptions)
             pOptions->fCopy = true;
         } else if (strcmp(pszArgument, "/drive") == 0) {
             pOptions->fDrive = true;
+        } else if (strcmp(pszArgument, "/connect") == 0) {
+            pOptions->fConnect = true;
+        } else if (isAddress(pszArgument)) {
+            pOptions->fServer = readAddress(pszArgument, &pOptions->server);
+            pOptions->fConnect = !pOptions->fServer;
         } else if (cFolders < ARRAYSIZE(aszFolders)) {
             lstrcpynA(aszFolders[cFolders++], pszArgument, MAX_PATH);
         }

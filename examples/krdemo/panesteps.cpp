@@ -122,7 +122,7 @@ bool deleteOnTheHost()
 {
     bool fSelected = selectRow(IDC_DANDD_HOSTFILES, "notes.txt");
     chooseMenu('F', 'D');
-    return fSelected && waitForNoHost("notes.txt") &&
+    return sayYesTo("Delete notes.txt on the host?") && fSelected && waitForNoHost("notes.txt") &&
            waitForNoRow(IDC_DANDD_HOSTFILES, "notes.txt");
 }
 
@@ -130,8 +130,8 @@ bool deleteOnTheHostByButton()
 {
     bool fSelected = selectRow(IDC_DANDD_HOSTFILES, "license.txt");
     clickTool(IDM_XFER_DELETE);
-    return fSelected && waitForNoHost("license.txt") &&
-           waitForNoRow(IDC_DANDD_HOSTFILES, "license.txt");
+    return sayYesTo("Delete license.txt on the host?") && fSelected &&
+           waitForNoHost("license.txt") && waitForNoRow(IDC_DANDD_HOSTFILES, "license.txt");
 }
 
 bool answer(WORD vk)

@@ -1,35 +1,41 @@
 #include "session.h"
-#include "check.h"
 #include "job.h"
+#include "move.h"
+#include "tasks.h"
 #include "../../include/krhaul.h"
 
 #include <stdarg.h>
 #include <stdio.h>
+#include <stdlib.h>
 #include <string.h>
 
 namespace {
 
 constexpr DWORD CONFIRM_ALL = 31;
+constexpr DWORD CONFIRM_LOCALREPLACE = 1; // the flags that are ours
+constexpr DWORD CONFIRM_HOSTDELETE = 8;
+constexpr DWORD CONFIRM_HOSTREPLACE = 16;
 constexpr char ALL_FILES[] = "*";
 
 struct Session {
     HWND hdlg;
     WNDPROC pfnProc; // the window's procedure before ours
-    const Host* pHost;
     DemoOptions options;
     char szFilter[MAX_PATH];
     DWORD dwConfirmFlags;
+    char szPath[MAX_PATH]; // the host's current directory, and what is in it
+    DirEntry* pEntries;
+    DWORD cEntries;
     bool fSending;
     char szTarget[MAX_PATH]; // folder that the running job moves files into
-    const char* pszDetailName;
-    const char* pszPattern;
+    bool fTargetShown;
 };
 
 Session s_session = {};
 
 void say(const char* pszFormat, ...)
 {
-    char szLine[2 * MAX_PATH];
+    char szLine[2 * MAX_PATH + MAX_WORDS];
     va_list arguments;
     va_start(arguments, pszFormat);
     vsnprintf(szLine, sizeof szLine, pszFormat, arguments);
@@ -58,27 +64,140 @@ bool passesFilter(const char* pszName, const char* pszFilter)
            passesFilter(pszName + 1, pszFilter + 1);
 }
 
-void showEntry(const char* pszName, DWORD, bool fDirectory)
+void showRow(const DirEntry* pEntry)
 {
-    if (fDirectory) {
-        nXferDandDAddHostSubDir(s_session.hdlg, pszName);
-    } else if (passesFilter(pszName, s_session.szFilter)) {
-        nXferDandDAddHostFileName(s_session.hdlg, pszName);
+    if (pEntry->fDirectory) {
+        nXferDandDAddHostSubDir(s_session.hdlg, pEntry->szName);
+    } else if (passesFilter(pEntry->szName, s_session.szFilter)) {
+        nXferDandDAddHostFileName(s_session.hdlg, pEntry->szName);
     }
 }
 
 // Inside a busy period, whose end gives the columns their width.
 void fillHostPanes()
 {
-    const char* pszPath = s_session.pHost->pfnPath();
     setBusy(true);
     nXferDandDClearHostFileInfo(s_session.hdlg,
                                 XFERCLEAR_FILES | XFERCLEAR_SUBDIRS | XFERCLEAR_WORKDIR);
-    vXferDandDPrintWorkingDir(s_session.hdlg, pszPath, pszPath);
-    if (!s_session.pHost->pfnList(showEntry)) {
-        say("%s can't be listed.", pszPath);
+    vXferDandDPrintWorkingDir(s_session.hdlg, s_session.szPath, s_session.szPath);
+    for (DWORD n = 0; n < s_session.cEntries; ++n) {
+        showRow(&s_session.pEntries[n]);
     }
-    setBusy(isJobRunning() || isCheckRunning());
+    setBusy(isTaskRunning());
+}
+
+DirEntry* findEntry(const char* pszName)
+{
+    for (DWORD n = 0; n < s_session.cEntries; ++n) {
+        if (strcmp(s_session.pEntries[n].szName, pszName) == 0) {
+            return &s_session.pEntries[n];
+        }
+    }
+    return nullptr;
+}
+
+void removeEntry(const char* pszName)
+{
+    DirEntry* pEntry = findEntry(pszName);
+    if (pEntry == nullptr) {
+        return;
+    }
+    if (pEntry->fDirectory) {
+        nXferDandDRemoveHostSubDir(s_session.hdlg, pszName);
+    } else {
+        nXferDandDRemoveHostFileName(s_session.hdlg, pszName);
+    }
+    *pEntry = s_session.pEntries[--s_session.cEntries];
+}
+
+void addEntry(const char* pszName, DWORD cbSize, bool fDirectory)
+{
+    removeEntry(pszName);
+    auto pEntries = static_cast<DirEntry*>(
+        realloc(s_session.pEntries, (s_session.cEntries + 1) * sizeof(DirEntry)));
+    if (pEntries == nullptr) {
+        return;
+    }
+    s_session.pEntries = pEntries;
+    DirEntry* pEntry = &pEntries[s_session.cEntries++];
+    lstrcpynA(pEntry->szName, pszName, MAX_PATH);
+    pEntry->cbSize = cbSize;
+    pEntry->fDirectory = fDirectory;
+    showRow(pEntry);
+}
+
+DWORD sizeOfHostFile(const char* pszName)
+{
+    const DirEntry* pEntry = findEntry(pszName);
+    return pEntry != nullptr ? pEntry->cbSize : 0;
+}
+
+// ---- what the tasks tell
+
+void showDirectory(Report* pReport)
+{
+    free(s_session.pEntries);
+    s_session.pEntries = pReport->pEntries;
+    s_session.cEntries = pReport->cEntries;
+    pReport->pEntries = nullptr;
+    lstrcpynA(s_session.szPath, pReport->szName, MAX_PATH);
+    noteHostPath(s_session.szPath);
+    fillHostPanes();
+}
+
+void showLine(Report* pReport)
+{
+    say("%s", pReport->szText);
+}
+
+void showRemoved(Report* pReport)
+{
+    removeEntry(pReport->szName);
+}
+
+void showAdded(Report* pReport)
+{
+    if (strchr(pReport->szName, '/') == nullptr) {
+        addEntry(pReport->szName, pReport->cbDone, pReport->nNumber != 0);
+    }
+}
+
+void showCount(Report* pReport)
+{
+    vXferDandDUpdateThermometer(s_session.hdlg, LONG(pReport->cbDone / 1024));
+}
+
+void showTaskEnd(bool fStopped)
+{
+    vXferDandDUpdateThermometer(s_session.hdlg, -1);
+    if (fStopped) {
+        vXferDandDDisplayDILText(s_session.hdlg, "Stopped.");
+    }
+    setBusy(false);
+}
+
+// Takes the names of the task.
+void runHostTask(TaskProc pfnTask, HostTask* pTask)
+{
+    pTask->shows = {showDirectory, showLine, showRemoved, showAdded, showCount};
+    setBusy(true);
+    if (!startTask(pfnTask, pTask, sizeof *pTask, showTaskEnd)) {
+        free(pTask->pNames);
+        say("The host is busy.");
+        setBusy(isTaskRunning());
+    }
+}
+
+void runHostTask(TaskProc pfnTask, const char* pszName)
+{
+    HostTask task = {};
+    lstrcpynA(task.szName, pszName, MAX_PATH);
+    runHostTask(pfnTask, &task);
+}
+
+void refreshHost()
+{
+    runHostTask(enterDirectory, "");
 }
 
 // ---- transfers
@@ -89,24 +208,19 @@ void showProgress(DWORD cbDone, DWORD cbAll)
     vXferDandDUpdateThermometer(s_session.hdlg, LONG(cbDone / 1024));
 }
 
-// The user can go to another directory while files arrive.
+// The user can go to another local directory while files arrive.
 bool isTargetShown()
 {
     char szShown[MAX_PATH] = "";
-    if (s_session.fSending) {
-        s_session.pHost->pfnFolder(".", szShown);
-    } else {
-        GetCurrentDirectoryA(MAX_PATH, szShown);
-    }
-    return lstrcmpiA(szShown, s_session.szTarget) == 0;
+    GetCurrentDirectoryA(MAX_PATH, szShown);
+    return s_session.fSending ? s_session.fTargetShown
+                              : lstrcmpiA(szShown, s_session.szTarget) == 0;
 }
 
-void showArrival(const char* pszTarget, DWORD cbSize, const char* pszFailure)
+void showArrival(const char* pszName, DWORD cbSize, const char* pszFailure)
 {
-    const char* pchLast = strrchr(pszTarget, '\\');
-    const char* pszName = pchLast != nullptr ? pchLast + 1 : pszTarget;
     if (pszFailure != nullptr) {
-        say("%s: %s.", pszName, pszFailure);
+        say("%s: %s", pszName, pszFailure);
         return;
     }
     say("%s %s, %lu bytes.", s_session.fSending ? "Sent" : "Received", pszName, cbSize);
@@ -114,7 +228,7 @@ void showArrival(const char* pszTarget, DWORD cbSize, const char* pszFailure)
         return;
     }
     if (s_session.fSending) {
-        nXferDandDAddHostFileName(s_session.hdlg, pszName);
+        addEntry(pszName, cbSize, false);
     } else {
         nXferDandDAddLocalFileName(s_session.hdlg, pszName);
     }
@@ -122,36 +236,36 @@ void showArrival(const char* pszTarget, DWORD cbSize, const char* pszFailure)
 
 void showEnd(bool fStopped)
 {
-    vXferDandDUpdateThermometer(s_session.hdlg, -1);
-    vXferDandDDisplayDILText(s_session.hdlg, fStopped ? "Stopped." : "Done.");
-    setBusy(false);
+    showTaskEnd(fStopped);
+    if (!fStopped) {
+        vXferDandDDisplayDILText(s_session.hdlg, "Done.");
+    }
 }
 
 void transfer(XferFileList list, bool fSend, const char* pszHostDir)
 {
-    char szHostFolder[MAX_PATH];
     char szLocalFolder[MAX_PATH];
     GetCurrentDirectoryA(MAX_PATH, szLocalFolder);
-    s_session.fSending = fSend;
-    if (!s_session.pHost->pfnFolder(pszHostDir != nullptr ? pszHostDir : ".", szHostFolder)) {
-        say("%s isn't a directory of the host.", pszHostDir);
-        XferFileList_vDestroy(list);
-        return;
-    }
+    DWORD dwAsk = fSend ? CONFIRM_HOSTREPLACE : CONFIRM_LOCALREPLACE;
     JobOptions job = {fSend ? "Sending files" : "Receiving files",
-                      fSend ? szLocalFolder : szHostFolder,
-                      fSend ? szHostFolder : szLocalFolder,
+                      szLocalFolder,
+                      pszHostDir,
+                      fSend,
+                      nXferDandDGetFileTypeSelection(s_session.hdlg),
+                      (s_session.dwConfirmFlags & dwAsk) != 0,
                       s_session.hdlg,
                       1,
-                      s_session.options.cbPerSecond,
                       false,
+                      sizeOfHostFile,
                       {showProgress, showArrival, showEnd},
                       s_session.options.szLanguage};
-    lstrcpynA(s_session.szTarget, job.pszToFolder, MAX_PATH);
+    s_session.fSending = fSend;
+    s_session.fTargetShown = pszHostDir == nullptr;
+    lstrcpynA(s_session.szTarget, szLocalFolder, MAX_PATH);
     setBusy(true);
-    if (!startJob(&job, list, fSend ? XFERLIST_LOCAL : XFERLIST_HOST)) {
+    if (!startJob(&job, list)) {
         say("No transfer can be started now.");
-        setBusy(isJobRunning());
+        setBusy(isTaskRunning());
     }
 }
 
@@ -167,101 +281,103 @@ void KRHAULAPI onReceiveFiles(DWORD, DWORD, DWORD, XferFileList list, DWORD)
 
 // ---- host commands
 
-void deleteOnHost(const char* pszName)
+int compareNames(const void* pName1, const void* pName2)
 {
-    if (s_session.pHost->pfnDelete(pszName)) {
-        nXferDandDRemoveHostFileName(s_session.hdlg, pszName);
-        say("Deleted %s on the host.", pszName);
-    } else {
-        say("%s can't be deleted on the host.", pszName);
-    }
+    return lstrcmpA(static_cast<const HostName*>(pName1)->szName,
+                    static_cast<const HostName*>(pName2)->szName);
 }
 
-void deleteMatch(const char* pszName, DWORD, bool fDirectory)
+// The host's files that a name means, in the order of the list: the one that is called so, or those
+// that match it. Gives their number.
+DWORD findMatches(const char* pszName, HostName* pMatches)
 {
-    if (!fDirectory && passesFilter(pszName, s_session.pszPattern)) {
-        deleteOnHost(pszName);
+    DWORD cMatches = 0;
+    if (findEntry(pszName) != nullptr || strpbrk(pszName, "*?") == nullptr) {
+        lstrcpynA(pMatches[cMatches++].szName, pszName, MAX_PATH);
+        return cMatches;
     }
+    for (DWORD n = 0; n < s_session.cEntries; ++n) {
+        const DirEntry* pEntry = &s_session.pEntries[n];
+        if (!pEntry->fDirectory && passesFilter(pEntry->szName, pszName)) {
+            lstrcpynA(pMatches[cMatches++].szName, pEntry->szName, MAX_PATH);
+        }
+    }
+    qsort(pMatches, cMatches, sizeof *pMatches, compareNames);
+    return cMatches;
 }
 
 void KRHAULAPI onDeleteHostFiles(DWORD, DWORD, DWORD, XferFileList list, DWORD)
 {
+    HostTask task = {};
     char szName[MAX_PATH];
-    for (LONG n = 0; n < XferFileList_cGetSize(list); ++n) {
-        XferFileList_lpszGetString(list, n, XFERLIST_HOST, szName, sizeof szName);
-        if (strpbrk(szName, "*?") != nullptr) {
-            s_session.pszPattern = szName;
-            s_session.pHost->pfnList(deleteMatch);
-        } else {
-            deleteOnHost(szName);
+    LONG cNames = XferFileList_cGetSize(list);
+    for (LONG n = 0; n < cNames; ++n) {
+        auto pMore = static_cast<HostName*>(
+            realloc(task.pNames, (task.cNames + s_session.cEntries + 1) * sizeof(HostName)));
+        if (pMore != nullptr) {
+            task.pNames = pMore;
+            XferFileList_lpszGetString(list, n, XFERLIST_HOST, szName, MAX_PATH);
+            task.cNames += findMatches(szName, task.pNames + task.cNames);
         }
     }
     XferFileList_vDestroy(list);
+    task.fAsk = (s_session.dwConfirmFlags & CONFIRM_HOSTDELETE) != 0;
+    runHostTask(deleteFiles, &task);
 }
 
 // The copy belongs to the viewer, which takes it away.
-void viewHostFile(const char* pszName)
+void showCopy(Report* pReport)
 {
-    char szFolder[MAX_PATH];
-    char szFile[MAX_PATH];
-    char szCopy[MAX_PATH];
-    GetTempPathA(MAX_PATH, szFolder);
-    if (!s_session.pHost->pfnFolder(pszName, szFile) ||
-        GetTempFileNameA(szFolder, "krv", 0, szCopy) == 0) {
-        say("%s can't be viewed.", pszName);
-    } else if (CopyFileA(szFile, szCopy, FALSE)) {
-        vXferDandDViewFile(s_session.hdlg, szCopy, pszName, "the host", "KRDEMO", "");
-    } else {
-        DeleteFileA(szCopy);
-        say("%s can't be viewed.", pszName);
-    }
+    vXferDandDViewFile(s_session.hdlg, pReport->szText, pReport->szName, "the host", "KRDEMO", "");
+}
+
+void showNoCopy(Report* pReport)
+{
+    say("%s can't be viewed: %s", pReport->szName, pReport->szText);
 }
 
 void KRHAULAPI onViewHostFiles(DWORD, DWORD, DWORD, XferFileList list, DWORD)
 {
-    char szName[MAX_PATH];
-    for (LONG n = 0; n < XferFileList_cGetSize(list); ++n) {
-        viewHostFile(XferFileList_lpszGetString(list, n, XFERLIST_HOST, szName, sizeof szName));
+    Move move = {};
+    LONG cNames = XferFileList_cGetSize(list);
+    move.pFiles = static_cast<MovedFile*>(calloc(size_t(cNames) + 1, sizeof(MovedFile)));
+    for (LONG n = 0; move.pFiles != nullptr && n < cNames; ++n) {
+        XferFileList_lpszGetString(list, n, XFERLIST_HOST, move.pFiles[n].szHost, MAX_PATH);
+        ++move.cFiles;
     }
     XferFileList_vDestroy(list);
+    move.nType = nXferDandDGetFileTypeSelection(s_session.hdlg);
+    move.shows = {nullptr, showCount, showCopy, showNoCopy};
+    vXferDandDSetThermometer(s_session.hdlg, 0);
+    setBusy(true);
+    if (!startTask(fetchCopies, &move, sizeof move, showTaskEnd)) {
+        free(move.pFiles);
+        setBusy(isTaskRunning());
+    }
 }
 
 void KRHAULAPI onRenameHostFile(DWORD, DWORD, DWORD, const char* pszOldName, const char* pszNewName)
 {
-    if (s_session.pHost->pfnRename(pszOldName, pszNewName)) {
-        nXferDandDRemoveHostFileName(s_session.hdlg, pszOldName);
-        nXferDandDAddHostFileName(s_session.hdlg, pszNewName);
-        say("Renamed %s to %s on the host.", pszOldName, pszNewName);
-    } else {
-        say("%s can't be renamed on the host.", pszOldName);
-    }
+    HostTask task = {};
+    lstrcpynA(task.szName, pszOldName, MAX_PATH);
+    lstrcpynA(task.szNewName, pszNewName, MAX_PATH);
+    task.cbEntry = sizeOfHostFile(pszOldName);
+    runHostTask(renameFile, &task);
 }
 
 void KRHAULAPI onMakeHostDir(DWORD, DWORD, DWORD, const char* pszDir)
 {
-    if (s_session.pHost->pfnMakeDir(pszDir)) {
-        nXferDandDAddHostSubDir(s_session.hdlg, pszDir);
-    } else {
-        say("%s can't be made on the host.", pszDir);
-    }
+    runHostTask(makeDirectory, pszDir);
 }
 
 void KRHAULAPI onChangeHostDir(DWORD, DWORD, DWORD, const char* pszDir, DWORD)
 {
-    if (s_session.pHost->pfnChangeDir(pszDir)) {
-        fillHostPanes();
-    } else {
-        say("%s can't be entered on the host.", pszDir);
-    }
+    runHostTask(enterDirectory, pszDir);
 }
 
 void KRHAULAPI onRemoveHostDir(DWORD, DWORD, DWORD, const char* pszDir, DWORD)
 {
-    if (s_session.pHost->pfnRemoveDir(pszDir)) {
-        nXferDandDRemoveHostSubDir(s_session.hdlg, pszDir);
-    } else {
-        say("%s can't be removed on the host.", pszDir);
-    }
+    runHostTask(removeDirectory, pszDir);
 }
 
 DWORD KRHAULAPI onConfirmFlags(DWORD, DWORD dwFlags, DWORD fSet)
@@ -286,10 +402,12 @@ void KRHAULAPI onViewModeChanged(DWORD, DWORD, DWORD, DWORD nViewMode)
                                  : "Commands of the host: pwd, dir, cd DIRECTORY, check");
 }
 
-void tellDetails(const char* pszName, DWORD cbSize, bool fDirectory)
+void tellEntry(const DirEntry* pEntry)
 {
-    if (strcmp(pszName, s_session.pszDetailName) == 0 && !fDirectory) {
-        say("%-24s%10lu", pszName, cbSize);
+    if (pEntry->fDirectory) {
+        say("%-24s     <DIR>", pEntry->szName);
+    } else {
+        say("%-24s%10lu", pEntry->szName, pEntry->cbSize);
     }
 }
 
@@ -297,32 +415,27 @@ void KRHAULAPI onHostFileDetails(DWORD, DWORD, DWORD, XferFileList list)
 {
     char szName[MAX_PATH];
     for (LONG n = 0; n < XferFileList_cGetSize(list); ++n) {
-        s_session.pszDetailName =
-            XferFileList_lpszGetString(list, n, XFERLIST_HOST, szName, sizeof szName);
-        s_session.pHost->pfnList(tellDetails);
+        const DirEntry* pEntry =
+            findEntry(XferFileList_lpszGetString(list, n, XFERLIST_HOST, szName, sizeof szName));
+        if (pEntry != nullptr) {
+            tellEntry(pEntry);
+        }
     }
     XferFileList_vDestroy(list);
 }
 
 // ---- raw commands
 
-void tellEntry(const char* pszName, DWORD cbSize, bool fDirectory)
-{
-    if (fDirectory) {
-        say("%-24s     <DIR>", pszName);
-    } else {
-        say("%-24s%10lu", pszName, cbSize);
-    }
-}
-
 void commandDir(const char*)
 {
-    s_session.pHost->pfnList(tellEntry);
+    for (DWORD n = 0; n < s_session.cEntries; ++n) {
+        tellEntry(&s_session.pEntries[n]);
+    }
 }
 
 void commandPwd(const char*)
 {
-    say("%s", s_session.pHost->pfnPath());
+    say("%s", s_session.szPath);
 }
 
 void commandCd(const char* pszDir)
@@ -333,11 +446,8 @@ void commandCd(const char* pszDir)
 // Reads all files of the host's directory. Nobody knows beforehand how many bytes that are.
 void commandCheck(const char*)
 {
-    char szFolder[MAX_PATH];
-    if (!isJobRunning() && s_session.pHost->pfnFolder(".", szFolder) && startCheck(szFolder)) {
-        setBusy(true);
-        vXferDandDSetThermometer(s_session.hdlg, 0);
-    }
+    vXferDandDSetThermometer(s_session.hdlg, 0);
+    runHostTask(checkFiles, "");
 }
 
 struct RawCommand {
@@ -368,18 +478,12 @@ void KRHAULAPI onHostCommand(DWORD, DWORD, DWORD, const char* pszCommand)
 
 // ---- what reaches us through no callback
 
-void stop()
-{
-    stopJob();
-    stopCheck();
-}
-
 LRESULT CALLBACK sessionProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
     if (uMessage == WM_COMMAND && LOWORD(wParam) == XFERCMD_REFRESH) {
-        fillHostPanes();
+        refreshHost();
     } else if (uMessage == WM_COMMAND && LOWORD(wParam) == IDABORT) {
-        stop();
+        stopTask();
     } else if (uMessage == WM_CLOSE) {
         closeSession();
         return 0;
@@ -396,26 +500,36 @@ HostCallbacks s_callbacks = {sizeof(HostCallbacks), onSendFiles,      onReceiveF
 
 } // namespace
 
-bool openSession(const DemoOptions* pOptions, const Host* pHost, HWND hwndOwner)
+bool openSession(const DemoOptions* pOptions, HWND hwndOwner)
 {
+    HostAddress folder = {};
+    char szTitle[2 * MAX_PATH] = "Files - Sample caller";
     s_session = {};
     s_session.options = *pOptions;
-    s_session.pHost = pHost;
     s_session.dwConfirmFlags = CONFIRM_ALL;
     lstrcpynA(s_session.szFilter, ALL_FILES, MAX_PATH);
-    if (!SetCurrentDirectoryA(pOptions->szFirst) || !pHost->pfnOpen(pOptions->szSecond)) {
+    lstrcpynA(folder.szServer, pOptions->szSecond, MAX_PATH);
+    folder.cbPerSecond = pOptions->cbPerSecond;
+    if (pOptions->fServer) {
+        snprintf(szTitle, sizeof szTitle, "%s - Sample caller", pOptions->server.szServer);
+    }
+    if (!SetCurrentDirectoryA(pOptions->szFirst)) {
         return false;
     }
-    s_session.hdlg =
-        hdlgXferDandDLangCreate2(s_session.options.szLanguage, "Files - Sample caller", hwndOwner,
-                                 nullptr, 0, &s_callbacks, XFERVIEW_TWOPANE);
+    s_session.hdlg = hdlgXferDandDLangCreate2(s_session.options.szLanguage, szTitle, hwndOwner,
+                                              nullptr, 0, &s_callbacks, XFERVIEW_TWOPANE);
     if (s_session.hdlg == nullptr) {
         return false;
     }
     s_session.pfnProc = reinterpret_cast<WNDPROC>(
         SetWindowLongA(s_session.hdlg, GWL_WNDPROC, reinterpret_cast<LONG>(sessionProc)));
-    say("The host is %s.", pOptions->szSecond);
-    fillHostPanes();
+    if (!openWorker(pOptions->fServer ? &FTP_HOST : &FOLDER_HOST,
+                    pOptions->fServer ? &pOptions->server : &folder, s_session.hdlg)) {
+        closeSession();
+        return false;
+    }
+    say("The host is %s.", pOptions->fServer ? pOptions->server.szServer : pOptions->szSecond);
+    refreshHost();
     return true;
 }
 
@@ -424,25 +538,14 @@ HWND sessionWindow()
     return s_session.hdlg;
 }
 
-void continueSession()
-{
-    CheckState check;
-    continueJob();
-    if (!continueCheck(&check)) {
-        return;
-    }
-    vXferDandDUpdateThermometer(s_session.hdlg, check.fDone ? -1 : LONG(check.cbRead / 1024));
-    if (check.fDone) {
-        say("%lu files, %lu bytes, sum %08lX.", check.cFiles, check.cbRead, check.dwSum);
-        setBusy(false);
-    }
-}
-
 void closeSession()
 {
     HWND hdlg = s_session.hdlg;
-    stop();
-    continueSession();
+    closeWorker();
+    closeJobWindow();
+    free(s_session.pEntries);
+    s_session.pEntries = nullptr;
+    s_session.cEntries = 0;
     s_session.hdlg = nullptr;
     nXferDandDDestroy(hdlg);
 }

@@ -16,6 +16,7 @@ struct StepTable {
 StepTable transferSteps();
 StepTable paneSteps();
 StepTable dialogSteps();
+StepTable serverSteps(); // instead of the others, which know the files of the built-in host
 StepTable windowSteps(); // closes the window at last
 
 #endif
