@@ -28,8 +28,14 @@ target_compile_options(krhaul_product_flags INTERFACE
 # krhaul_import_library(TARGET DEF OUTPUT): an import library from a module definition file
 # whose names are decorated; the library's users see decorated names, the DLL plain ones.
 function(krhaul_import_library target def output)
+    get_filename_component(folder ${output} DIRECTORY)
+    get_filename_component(name ${output} NAME)
+    file(MAKE_DIRECTORY ${folder})
+    # The tool names symbols by the path that it is given: no folder of this machine gets in.
     add_custom_command(OUTPUT ${output}
-        COMMAND ${CMAKE_DLLTOOL} --kill-at --input-def ${def} --output-lib ${output}
+        COMMAND ${CMAKE_DLLTOOL} --kill-at --input-def ${def} --output-lib ${name}
+            --temp-prefix ${target}
+        WORKING_DIRECTORY ${folder}
         DEPENDS ${def} VERBATIM)
     add_custom_target(${target}_file DEPENDS ${output})
     add_library(${target} STATIC IMPORTED GLOBAL)

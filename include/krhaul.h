@@ -235,10 +235,10 @@ int KRHAULAPI fXferValidHCS(const char* pszTemplate, DWORD* pdwPosition);
 /** @name Captions of the button, for vXferStatButtonText()
  *  In the words of the language; these are the English ones. */
 /**@{*/
-#define XFERSTAT_CAPTION_NONE 0 /**< The button is hidden, for good. */
-#define XFERSTAT_CAPTION_STOP 1
-#define XFERSTAT_CAPTION_SKIP 2
-#define XFERSTAT_CAPTION_CLOSE 3
+#define XFERSTAT_CAPTION_NONE 0  /**< The button is hidden, for good. */
+#define XFERSTAT_CAPTION_STOP 1  /**< "Stop". */
+#define XFERSTAT_CAPTION_SKIP 2  /**< "Skip". */
+#define XFERSTAT_CAPTION_CLOSE 3 /**< "Close". */
 /**@}*/
 
 /** Makes a status window in English: hdlgXferStatLangCreate() with the code "EN". */
@@ -338,9 +338,9 @@ INT_PTR CALLBACK fDlgXferStatProc(HWND hdlgStat, UINT uMessage, WPARAM wParam, L
 
 /** @name File types, as the user has selected them */
 /**@{*/
-#define XFERTYPE_TEXT 1
-#define XFERTYPE_BINARY 2
-#define XFERTYPE_AUTOMATIC 3
+#define XFERTYPE_TEXT 1      /**< Files are text. */
+#define XFERTYPE_BINARY 2    /**< Files are moved as they are. */
+#define XFERTYPE_AUTOMATIC 3 /**< The caller finds out for each file. */
 /**@}*/
 
 /** @name Commands that only the caller can carry out */
@@ -378,13 +378,16 @@ typedef struct HostCallbacks {
     /** Delete files: column #XFERLIST_HOST. */
     void(KRHAULAPI* pfnDeleteHostFiles)(DWORD dwCallerData, DWORD dw1, DWORD dw2, XferFileList list,
                                         DWORD dw4);
+    /** Rename a file. */
     void(KRHAULAPI* pfnRenameHostFile)(DWORD dwCallerData, DWORD dw1, DWORD dw2,
                                        const char* pszOldName, const char* pszNewName);
+    /** Make a directory. */
     void(KRHAULAPI* pfnMakeHostDir)(DWORD dwCallerData, DWORD dw1, DWORD dw2, const char* pszDir);
-    /** fFromList is 1 if the name is a row of the host directory list, 0 if it was typed. */
+    /** Change to a directory. fFromList is 1 if the name is a row of the host directory list,
+     *  0 if it was typed. */
     void(KRHAULAPI* pfnChangeHostDir)(DWORD dwCallerData, DWORD dw1, DWORD dw2, const char* pszDir,
                                       DWORD fFromList);
-    /** fFromList as for pfnChangeHostDir. */
+    /** Remove a directory. fFromList as for pfnChangeHostDir. */
     void(KRHAULAPI* pfnRemoveHostDir)(DWORD dwCallerData, DWORD dw1, DWORD dw2, const char* pszDir,
                                       DWORD fFromList);
     /** The only store of the confirmation flags: gives the present flags, and takes new ones
@@ -528,9 +531,13 @@ int KRHAULAPI nXferDandDRemoveHostFileName(HWND hdlgDandD, const char* pszName);
 /** @name Window procedures of the lists
  *  Not meant to be called. */
 /**@{*/
+/** Of the host file list. */
 LRESULT CALLBACK lHFileListProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam);
+/** Of the local file list. */
 LRESULT CALLBACK lLFileListProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam);
+/** Of the host directory list. */
 LRESULT CALLBACK lHDirListProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam);
+/** Of the local directory list. */
 LRESULT CALLBACK lLDirListProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam);
 /**@}*/
 
@@ -567,12 +574,22 @@ int KRHAULAPI fXferDandDConfirmTransfer(HWND hdlgDandD, DWORD fSend, char* pszLo
 void KRHAULAPI vXferDandDViewFile(HWND hdlgDandD, const char* pszFile, const char* pszHostName,
                                   const char* pszText3, const char* pszText4, const char* pszText5);
 
-/** The procedures of the dialogs. Not meant to be called. */
+/**@}*/
+
+/** @name Procedures of the file dialogs
+ *  Not meant to be called. */
+/**@{*/
+/** Of the transfer dialog. */
 INT_PTR CALLBACK fDlgXferDandDTranProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam);
+/** Of the rename dialog. */
 INT_PTR CALLBACK fDlgXferDandDRenProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam);
+/** Of the delete dialog. */
 INT_PTR CALLBACK fDlgXferDandDDelProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam);
+/** Of the "make directory" dialog. */
 INT_PTR CALLBACK fDlgXferDandDMkdirProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam);
+/** Of the "remove directory" dialog. */
 INT_PTR CALLBACK fDlgXferDandDRmdirProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam);
+/** Of the confirmation dialog. */
 INT_PTR CALLBACK fDlgXferDandDConfirmProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam);
 /**@}*/
 

@@ -35,6 +35,9 @@ die() {
     exit 1
 }
 
+# It stands in one place only.
+project_version() { sed -n 's/^project(krhaul VERSION \([0-9.]*\) .*/\1/p' "$TREE/CMakeLists.txt"; }
+
 has_root() { [ -n "${KRHAUL_WINE:-}" ] || [ -d "$WINE_ROOT/usr/lib/wine" ]; }
 has_template() { [ -f "$PREFIX_TEMPLATE/system.reg" ]; }
 is_set_up() { has_root && has_template && [ -f "$PROBE" ]; }

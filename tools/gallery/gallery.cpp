@@ -1,9 +1,10 @@
 // gallery PICTURES FILES CODE...: a picture of each template of these language modules, in its
 // own size, goes into the first folder; the second one is what the transfer window shows. The
-// two windows are those that the library makes, the transfer window in both views; the dialogs
-// are the bare templates.
+// two windows are those that the library makes, the status window with a transfer under way and
+// the transfer window in both views; the dialogs are the bare templates.
 #include "../../examples/krdemo/picture.h"
 #include "../../include/krhaul.h"
+#include "../../resources/ids.h"
 
 #include <contract.h>
 
@@ -13,6 +14,8 @@
 namespace {
 
 constexpr char TITLE[] = "KRHAUL"; // the captions of the two windows are the caller's
+constexpr DWORD CB_FILE = 5000000;
+constexpr DWORD CB_DONE = 2200000;
 
 void handleMessages()
 {
@@ -31,8 +34,23 @@ INT_PTR CALLBACK bareProc(HWND, UINT uMessage, WPARAM, LPARAM)
 HWND makeStatusWindow(const char* pszCode)
 {
     HWND hwnd = hdlgXferStatLangCreate(pszCode, TITLE, 1, nullptr, 0, 0);
-    nXferStatFileInfo(hwnd, "c:\\in\\report.txt", "report.txt", 5000000);
+    SendMessageA(hwnd, WM_SETICON, ICON_SMALL,
+                 LPARAM(LoadIconA(GetModuleHandleA("KRHAUL.DLL"), "FileXferIcon")));
+    nXferStatFileInfo(hwnd, "c:\\in\\report.txt", "report.txt", CB_FILE);
+    nXferStatErrorInfo(hwnd, 0, 0);
+    nXferStatStatusInfo(hwnd, "Block 2148");
     return hwnd;
+}
+
+// The figures and the bar come once a second.
+void showTransfer(HWND hwnd)
+{
+    nXferStatStartTransfer(hwnd);
+    nXferStatCountInfo(hwnd, CB_DONE);
+    while (GetWindowTextLengthA(GetDlgItem(hwnd, IDC_STAT_TIMELEFT)) == 0) {
+        WaitMessage();
+        handleMessages();
+    }
 }
 
 HWND makeTransferWindow(const char* pszCode, DWORD nViewMode)
@@ -49,7 +67,8 @@ HWND makeWindow(HMODULE hModule, const char* pszCode, const std::string& name)
     return CreateDialogParamA(hModule, name.c_str(), nullptr, bareProc, 0);
 }
 
-bool takeWindow(HWND hwnd, const std::string& file)
+// What pfnFill adds is lost when the window is painted anew.
+bool takeWindow(HWND hwnd, const std::string& file, void (*pfnFill)(HWND))
 {
     RECT rc;
     ShowWindow(hwnd, SW_SHOW);
@@ -58,6 +77,10 @@ bool takeWindow(HWND hwnd, const std::string& file)
     RedrawWindow(hwnd, nullptr, nullptr,
                  RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
     handleMessages();
+    if (pfnFill != nullptr)
+        pfnFill(hwnd);
+    // The first window of a program may have come up behind another one.
+    SendMessageA(hwnd, WM_NCACTIVATE, TRUE, 0);
     GetWindowRect(hwnd, &rc);
     const bool fTaken = takePicture(&rc, file.c_str());
     DestroyWindow(hwnd);
@@ -73,10 +96,11 @@ bool takeLanguage(const std::string& folder, const char* pszCode)
     for (int i = 0; fAll && i < g_cLangTemplates; i++) {
         const std::string name = g_langTemplates[i].name;
         HWND hwnd = makeWindow(hModule, pszCode, name);
-        fAll = hwnd && takeWindow(hwnd, start + name + ".bmp");
+        fAll = hwnd &&
+               takeWindow(hwnd, start + name + ".bmp", name == "DLGXFER" ? showTransfer : nullptr);
     }
     fAll = fAll && takeWindow(makeTransferWindow(pszCode, XFERVIEW_COMMANDLINE),
-                              start + "DLGDANDD-commands.bmp");
+                              start + "DLGDANDD-commands.bmp", nullptr);
     if (!fAll)
         printf("%s: the pictures were not made\n", pszCode);
     FreeLibrary(hModule);
