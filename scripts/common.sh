@@ -331,12 +331,13 @@ keep_runtime() {
     flock 7 5>&-
 }
 
-# to_png FROM TO: makes a PNG of a bitmap file.
+# to_png FROM TO: makes a PNG of a bitmap file. Without dates in it, the same picture gives the
+# same file.
 to_png() {
     local tool
     for tool in convert-im6.q16 magick convert; do
         ! command -v "$tool" >/dev/null || break
     done
-    "$tool" "$1" "$2" || die "$2 could not be made from $1 (is ImageMagick installed?)"
+    "$tool" "$1" -strip -define png:exclude-chunks=date,time "$2" || die "$2 could not be made from $1 (is ImageMagick installed?)"
     rm -f "$1"
 }
