@@ -447,9 +447,12 @@ int KRHAULAPI nXferDandDDestroy(HWND hdlgDandD);
 INT_PTR KRHAULAPI nXferDandDDialogBoxParam(HWND hdlgDandD, const char* pszTemplate,
                                            DLGPROC pfnDialog, LPARAM lParam);
 
-/** Starts (not 0) or ends (0) the busy state, in which everything that would start a second
- *  host operation is switched off, and the stop command on. A call with the present flag
- *  changes nothing. In command line mode the end gives the focus to the command line. */
+/** Starts (not 0) or ends (0) the busy state, in which the buttons and menu items that would
+ *  start a second host operation are switched off, presses on the file lists do nothing, and the
+ *  stop command is on. Enter in the host lines and the command line, and double clicks on
+ *  directories, still come through: what can't be done beside the running work is the caller's
+ *  to refuse. A call with the present flag changes nothing. In command line mode the end gives the
+ *  focus to the command line. */
 void KRHAULAPI vXferDandDSetBusyState(HWND hdlgDandD, DWORD fBusy);
 
 /** Selects a file type. Other values than #XFERTYPE_TEXT to #XFERTYPE_AUTOMATIC uncheck the
