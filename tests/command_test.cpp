@@ -253,11 +253,12 @@ TEST_F(Command, NamesOfAnotherDirectoryAreLeftAlone)
 
     SetDlgItemTextA(m_hwnd, IDC_DANDD_LOCALFILTER, "full\\*.*");
     vXferDandDRefreshLocalFiles(m_hwnd);
-    for (UINT idCommand : {IDM_XFER_DELETE, IDM_XFER_TRANSFER}) {
+    for (UINT idCommand : {IDM_XFER_DELETE, IDM_XFER_TRANSFER, IDM_XFER_DETAILS}) {
         selectFiles(IDC_DANDD_LOCALFILES, {"a"});
         command(idCommand);
         EXPECT_TRUE(m_dir.holds("full\\a") && m_dir.holds("a"));
     }
+    EXPECT_EQ(log(), Strings(3, "Cannot access full\\*.*"));
     EXPECT_EQ(recorded(), Strings{});
 }
 
