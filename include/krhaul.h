@@ -361,7 +361,8 @@ INT_PTR CALLBACK fDlgXferStatProc(HWND hdlgStat, UINT uMessage, WPARAM wParam, L
  *  included.
  *
  *  A null slot is asked for nothing: what would lead to it does nothing and records nothing.
- *  Without pfnConfirmFlags the user is asked before each local delete and removal. */
+ *  Without pfnConfirmFlags the user is asked before each local delete and removal of what is
+ *  selected. The view mode changes also without pfnViewModeChanged. */
 typedef struct HostCallbacks {
     /** Size of this table in bytes, as the caller knows it. Slots beyond it count as null.
      *  The creation of a window overwrites it with the size that the library knows. */
@@ -391,8 +392,9 @@ typedef struct HostCallbacks {
     void(KRHAULAPI* pfnRemoveHostDir)(DWORD dwCallerData, DWORD dw1, DWORD dw2, const char* pszDir,
                                       DWORD fFromList);
     /** The only store of the confirmation flags: gives the present flags, and takes new ones
-     *  when fSet is 1. Bit value 2 asks before a local file is deleted, 4 before a local
-     *  directory is removed; 1, 8 and 16 are the caller's own. */
+     *  when fSet is 1. Bit value 2 asks before a selected local file is deleted, 4 before a
+     *  selected local directory is removed; names that are typed into a dialog are never asked
+     *  about. 1, 8 and 16 are the caller's own. */
     DWORD(KRHAULAPI* pfnConfirmFlags)(DWORD dwCallerData, DWORD dwFlags, DWORD fSet);
     /** A raw command of the command line. Optional. */
     void(KRHAULAPI* pfnHostCommand)(DWORD dwCallerData, DWORD dw1, DWORD dw2,
@@ -452,7 +454,7 @@ INT_PTR KRHAULAPI nXferDandDDialogBoxParam(HWND hdlgDandD, const char* pszTempla
  *  stop command is on. Enter in the host lines and the command line, and double clicks on
  *  directories, still come through: what can't be done beside the running work is the caller's
  *  to refuse. A call with the present flag changes nothing. In command line mode the end gives the
- *  focus to the command line. */
+ *  focus to the command line, unless vXferDandDViewFile() was called since the start. */
 void KRHAULAPI vXferDandDSetBusyState(HWND hdlgDandD, DWORD fBusy);
 
 /** Selects a file type. Other values than #XFERTYPE_TEXT to #XFERTYPE_AUTOMATIC uncheck the
@@ -482,8 +484,9 @@ void KRHAULAPI vXferDandDInfoLine(HWND hdlgDandD, const char* pszText);
 LRESULT CALLBACK lInfoLineProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam);
 
 /** @name Local panes
- *  They are filled anew by the window itself whenever it has changed local files or the
- *  current directory of the process, which is the directory that they show. */
+ *  The window itself brings them up to date whenever it has changed local files or the current
+ *  directory of the process, which is the directory that they show. If the caller has changed
+ *  that directory, the next command that acts on what they show fills them anew instead. */
 /**@{*/
 /** Fills the local panes anew. For a caller that has changed local files itself. */
 void KRHAULAPI vXferDandDRefreshLocalFiles(HWND hdlgDandD);

@@ -244,14 +244,21 @@ TEST_F(Command, NamesOfAnotherDirectoryAreLeftAlone)
     EXPECT_TRUE(m_dir.holds("full\\a") && m_dir.holds("a"));
     EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), (Strings{"a", "b"}));
 
+    // Nor is anything received into a directory that isn't shown.
+    selectFiles(IDC_DANDD_HOSTFILES, {"x"});
     _chdir(m_dir.path().c_str());
+    command(IDM_XFER_TRANSFER);
+    EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), (Strings{"a", "b", "c"}));
+    selectFiles(IDC_DANDD_HOSTFILES, {});
+
     SetDlgItemTextA(m_hwnd, IDC_DANDD_LOCALFILTER, "full\\*.*");
     vXferDandDRefreshLocalFiles(m_hwnd);
-    for (UINT idCommand : {IDM_XFER_DELETE, IDM_XFER_TRANSFER}) {
+    for (UINT idCommand : {IDM_XFER_DELETE, IDM_XFER_TRANSFER, IDM_XFER_DETAILS}) {
         selectFiles(IDC_DANDD_LOCALFILES, {"a"});
         command(idCommand);
         EXPECT_TRUE(m_dir.holds("full\\a") && m_dir.holds("a"));
     }
+    EXPECT_EQ(log(), Strings(3, "Cannot access full\\*.*"));
     EXPECT_EQ(recorded(), Strings{});
 }
 

@@ -296,6 +296,15 @@ TEST_F(PathLine, LocalDirectoryRowsAreEntered)
     enter(IDC_DANDD_LOCALDIRS);
     EXPECT_EQ(currentDir(), m_dir.path());
     EXPECT_EQ(recorded(), Strings{"local directory: " + m_dir.path()});
+    // The process has gone elsewhere, where that name means another directory.
+    m_dir.makeDir("Sub\\Gone");
+    selectRow(IDC_DANDD_LOCALDIRS, "Gone");
+    _chdir("Sub");
+    enter(IDC_DANDD_LOCALDIRS);
+    EXPECT_EQ(currentDir(), m_dir.path("sub"));
+    EXPECT_EQ(text(IDC_DANDD_LOCALPATH), m_dir.path("sub"));
+    _chdir(m_dir.path().c_str());
+    vXferDandDRefreshLocalFiles(m_hwnd);
     // One that has gone: the log says so, as far as its format goes, and nothing moves.
     RemoveDirectoryA("Gone");
     selectRow(IDC_DANDD_LOCALDIRS, "Gone");

@@ -41,6 +41,14 @@ const char* directoryOfRow(const XferWindowRecord* pRecord, XferRow* pRow, XferD
     }
 }
 
+// What is sent stands in the shown directory, and what is received lands in it, or in one that
+// a row names from there. The directory of the process can be another one by now.
+bool meansShownDir(XferWindowRecord* pRecord, XferDirection direction)
+{
+    return direction == XFERDIR_SEND ? fXferDandDShowsFilesHere(pRecord)
+                                     : fXferDandDShowsHere(pRecord);
+}
+
 // Received files land in the current directory, so the drop changes it for good.
 bool enterForReceive(XferWindowRecord* pRecord, const char* pszDir)
 {
@@ -106,7 +114,7 @@ int fXferDandDTransferSelection(XferWindowRecord* pRecord, int idSource, XferDir
 {
     const DirectionRow* pRow = &DIRECTIONS[direction];
     *pList = nullptr;
-    if (!fXferDandDIsServed(pRecord, direction)) {
+    if (!fXferDandDIsServed(pRecord, direction) || !meansShownDir(pRecord, direction)) {
         return 0;
     }
     if (pszDir != nullptr && direction == XFERDIR_RECEIVE && !enterForReceive(pRecord, pszDir)) {
@@ -114,9 +122,6 @@ int fXferDandDTransferSelection(XferWindowRecord* pRecord, int idSource, XferDir
     }
     if (pszDir != nullptr && direction == XFERDIR_SEND &&
         !fXferDandDRecordAction(pRecord, KRACTION_HOSTDIR_CHANGED, pszDir)) {
-        return 0;
-    }
-    if (direction == XFERDIR_SEND && !fXferDandDShowsFilesHere(pRecord)) {
         return 0;
     }
     if (SendDlgItemMessageA(pRecord->hwndDialog, idSource, LB_GETSELCOUNT, 0, 0) <= 0) {

@@ -23,7 +23,7 @@ bool fXferDandDShowsFilesHere(XferWindowRecord* pRecord);
 void vXferDandDFillDriveList(HWND hdlgDandD);
 void vXferDandDFillTypeList(HWND hdlgDandD, HMODULE hLanguage);
 
-// Selects the row of a drive, which is 1 for A:. Gives the row, or CB_ERR if it has none.
+// Finds the row of a drive, which is 1 for A:. Gives the row, or CB_ERR if it has none.
 LRESULT nXferDandDFindDriveRow(HWND hdlgDandD, LONG nDrive);
 
 // drawitem.cpp: a row of an owner-drawn list.

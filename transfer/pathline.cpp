@@ -77,6 +77,8 @@ void enterLocalDir(HWND hdlgDandD, const XferWindowRecord* pRecord, const char* 
     vXferDandDReportLocalFailure(hdlgDandD, pRecord, pszDir, CCH_FAILED_FORMAT);
 }
 
+// Only the path of an ancestor is whole. The other rows mean something only from the directory
+// that is shown, and the process can be in another one.
 void activateLocalDirs(HWND hdlgDandD, XferWindowRecord* pRecord)
 {
     XferRow row;
@@ -85,14 +87,18 @@ void activateLocalDirs(HWND hdlgDandD, XferWindowRecord* pRecord)
     }
     switch (row.nKind) {
     case XFERITEM_ROOT:
-        enterRoot(hdlgDandD, pRecord);
+        if (fXferDandDShowsHere(pRecord)) {
+            enterRoot(hdlgDandD, pRecord);
+        }
         break;
     case XFERITEM_ANCESTOR:
         vXferDandDAncestorPath(pRecord, &row, row.szText);
         enterLocalDir(hdlgDandD, pRecord, row.szText);
         break;
     case XFERITEM_CHILD:
-        enterLocalDir(hdlgDandD, pRecord, row.szText);
+        if (fXferDandDShowsHere(pRecord)) {
+            enterLocalDir(hdlgDandD, pRecord, row.szText);
+        }
         break;
     }
 }

@@ -32,7 +32,8 @@ struct XferRow {
 // such row or it has no record.
 bool fXferDandDReadRow(HWND hwndList, LONG nRow, XferRow* pRow);
 
-// Reads the text of a row, cut to the buffer. Gives the LB_ERR of the list, else its length.
+// Reads the text of a row. Gives its length, or LB_ERR with an empty text if there is no such
+// row or the buffer can't hold it whole.
 int nXferDandDRowText(HWND hwndList, LONG nRow, char (&szText)[XFER_NAME_SIZE]);
 
 // Binary search in a list in the order of lstrcmpA. Gives 1 and the row of the name, or 0 and

@@ -265,6 +265,9 @@ void detailLocalFiles(const XferCommand* pCommand)
     char szName[XFER_NAME_SIZE];
     HWND hwndList = GetDlgItem(pCommand->hdlgDandD, IDC_DANDD_LOCALFILES);
     auto cRows = LONG(SendMessageA(hwndList, LB_GETCOUNT, 0, 0));
+    if (!fXferDandDShowsFilesHere(pCommand->pRecord)) {
+        return;
+    }
     for (LONG n = 0; n < cRows; ++n) {
         if (SendMessageA(hwndList, LB_GETSEL, WPARAM(n), 0) > 0 &&
             nXferDandDRowText(hwndList, n, szName) != LB_ERR) {
