@@ -503,8 +503,8 @@ int KRHAULAPI nXferDandDAddLocalFileName(HWND hdlgDandD, const char* pszName);
  *  ".." row, vXferDandDPrintWorkingDir(), then the directories and files in any order; all of
  *  it inside a busy period, whose end makes the columns as wide as the names, and in which the
  *  lists are drawn only when the message loop runs. Names are cut to #XFER_MAX_NAME
- *  characters; null does nothing, unless the call says otherwise. They are texts to this library and never
- *  reach a local file operation. Results are 0 always. */
+ *  characters; null does nothing, unless the call says otherwise. They are texts to this library
+ *  and never reach a local file operation. Results are 0 always. */
 /**@{*/
 #define XFERCLEAR_FILES 1   /**< The host file list. */
 #define XFERCLEAR_SUBDIRS 2 /**< The host directory list, which gets its ".." row anew. */

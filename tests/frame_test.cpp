@@ -89,6 +89,7 @@ TEST_F(Frame, ControlsStartAsTheWindowNeedsThem)
     for (int id : {IDC_DANDD_HOSTPATH, IDC_DANDD_LOCALFILTER, IDC_DANDD_HOSTFILTER}) {
         EXPECT_EQ(SendMessageA(item(id), EM_GETLIMITTEXT, 0, 0), 260);
     }
+    EXPECT_EQ(SendMessageA(item(IDC_DANDD_COMMANDLINE), EM_GETLIMITTEXT, 0, 0), XFER_MAX_NAME);
     EXPECT_EQ(SendMessageA(item(IDC_DANDD_LOCALTYPES), CB_GETCURSEL, 0, 0), 0);
     // The rows of the owner-drawn lists have room for their icons.
     TEXTMETRICA metrics;

@@ -106,6 +106,8 @@ void limitLines(HWND hdlgDandD)
     SendDlgItemMessageA(hdlgDandD, IDC_DANDD_HOSTPATH, EM_SETMODIFY, FALSE, 0);
     SendDlgItemMessageA(hdlgDandD, IDC_DANDD_LOCALFILTER, EM_LIMITTEXT, XFER_NAME_SIZE, 0);
     SendDlgItemMessageA(hdlgDandD, IDC_DANDD_HOSTFILTER, EM_LIMITTEXT, XFER_NAME_SIZE, 0);
+    // Cut when it is read, a command would name another file.
+    SendDlgItemMessageA(hdlgDandD, IDC_DANDD_COMMANDLINE, EM_LIMITTEXT, XFER_MAX_NAME, 0);
 }
 
 void subclassControls(HWND hdlgDandD, XferWindowRecord* pRecord)

@@ -61,7 +61,7 @@ struct XferWindowRecord {
     XferFileList viewTempFiles; // owned; 0 on versions below 4
     LONG fForeignFiles;         // the local file list shows files of another directory
     DWORD fsHeldLists;          // host lists that aren't drawn for the moment
-    HWND hdlgOpen; // the innermost of the file dialogs that are open, or 0
+    HWND hdlgOpen;              // the innermost of the file dialogs that are open, or 0
 };
 
 static_assert(sizeof(HostCallbacks) == 56, "the table of callbacks is 14 words");
