@@ -215,6 +215,10 @@ LRESULT fileListProc(HWND hwnd, const DragSource* pSource, UINT uMessage, WPARAM
     if (pRecord == nullptr || pRecord->*pSource->pOriginal == nullptr) {
         return DefWindowProcA(hwnd, uMessage, wParam, lParam);
     }
+    // Also the second press of a double click, which would change the selection.
+    if (uMessage == WM_LBUTTONDBLCLK && pRecord->fBusy) {
+        return 0;
+    }
     if (uMessage == WM_LBUTTONDOWN) {
         return onPress(hwnd, pRecord, pSource, wParam, lParam);
     }
