@@ -500,7 +500,7 @@ TEST_F(Ftp, OverwritesNothingOfTheHostUnasked)
     writeFile(onServer("old.bin"), "old");
     connectAs("mum");
     send({"new.bin"});
-    EXPECT_TRUE(isLogged("new.bin: The server doesn't answer any more.")) << logged();
+    EXPECT_TRUE(isLogged("new.bin: 425 No way to send it.")) << logged();
     leave();
     connectAs("plain");
     for (WORD vk : {WORD('N'), WORD('Y')}) {

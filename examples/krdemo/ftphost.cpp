@@ -448,18 +448,16 @@ bool exists(HostLink* pLink, const char* pszName, bool* pfThere)
     }
     snprintf(szCommand, sizeof szCommand, "MDTM %s", szWire);
     *pfThere = command(pFtp, szCommand);
-    bool fKnown = *pfThere || answerCode() == 550;
-    if (!fKnown) {
+    int nCode = answerCode();
+    if (!*pfThere && nCode != 550) {
         HINTERNET hFind = FtpFindFirstFileA(pFtp->hConnect, szWire, &find,
                                             INTERNET_FLAG_RELOAD | INTERNET_FLAG_NO_CACHE_WRITE, 0);
         *pfThere = hFind != nullptr && InternetCloseHandle(hFind);
+        nCode = answerCode();
     }
-    if (*pfThere || command(pFtp, "NOOP")) {
-        pFtp->dwUsed = GetTickCount();
-        return true;
-    }
-    disconnect(pFtp);
-    return say(pFtp, LOST);
+    // An empty list is a no, too. The code can be that of an earlier answer.
+    bool fNo = nCode / 100 == 2 || nCode == 450 || nCode == 550;
+    return outcome(pFtp, *pfThere || (fNo && command(pFtp, "NOOP")));
 }
 
 bool openFile(HostLink* pLink, const char* pszName, bool fWrite, int nType)
