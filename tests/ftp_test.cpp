@@ -469,7 +469,9 @@ TEST_F(Ftp, AsksBeforeItOverwrites)
             for (bool fSend : {true, false}) {
                 SCOPED_TRACE(std::string(pszUser) + (fSend ? " sends " : " receives ") +
                              std::to_string(row.dwFlags) + char(row.vk));
+                SetFileAttributesA(m_dir.path("both.bin").c_str(), FILE_ATTRIBUTE_NORMAL);
                 writeFile(m_dir.path("both.bin"), "local");
+                SetFileAttributesA(m_dir.path("both.bin").c_str(), FILE_ATTRIBUTE_READONLY);
                 writeFile(onServer("both.bin"), "host");
                 connectAs(pszUser);
                 callbacks().pfnConfirmFlags(0, row.dwFlags, 1);
@@ -489,6 +491,41 @@ TEST_F(Ftp, AsksBeforeItOverwrites)
             }
         }
     }
+}
+
+TEST_F(Ftp, OverwritesNothingOfTheHostUnasked)
+{
+    writeFile(m_dir.path("new.bin"), "local");
+    writeFile(onServer("new.bin"), "host");
+    writeFile(onServer("old.bin"), "old");
+    connectAs("mum");
+    send({"new.bin"});
+    EXPECT_TRUE(isLogged("new.bin: 425 No way to send it.")) << logged();
+    leave();
+    connectAs("plain");
+    for (WORD vk : {WORD('N'), WORD('Y')}) {
+        EXPECT_EQ(contentsOf(onServer("new.bin")), "host");
+        s_boxes = {{"new.bin is there already on the host", vk}};
+        callbacks().pfnRenameHostFile(0, 0, 0, "old.bin", "new.bin");
+        EXPECT_TRUE(waitIdle());
+    }
+    EXPECT_EQ(filesIn(m_server), (Strings{"new.bin"})) << logged();
+    EXPECT_EQ(contentsOf(onServer("new.bin")), "old");
+}
+
+// A connection that can't go where the window is has begun in another directory.
+TEST_F(Ftp, ReachesNoFilesOfAnotherDirectory)
+{
+    writeFile(onServer("a.bin"), "");
+    const std::string there = m_path + "/a.bin"; // from where a connection begins
+    m_path += "/gone";
+    connectAs("plain");
+    callbacks().pfnConfirmFlags(0, 0, 1);
+    for (int n = 0; n < 2; ++n) {
+        callbacks().pfnRenameHostFile(0, 0, 0, there.c_str(), "moved.bin");
+        EXPECT_TRUE(waitIdle());
+    }
+    EXPECT_EQ(filesIn(m_server), (Strings{"a.bin"})) << logged();
 }
 
 // What goes wrong is told in the log, and nothing stays that isn't whole.

@@ -177,11 +177,14 @@ bool deleteFile(HostLink* pLink, const char* pszName)
     return outcome(pLink, localPath(pLink, pszName, szFile) && DeleteFileA(szFile));
 }
 
-bool exists(HostLink* pLink, const char* pszName)
+bool exists(HostLink* pLink, const char* pszName, bool* pfThere)
 {
     char szFile[MAX_PATH];
-    return localPath(pLink, pszName, szFile) &&
-           GetFileAttributesA(szFile) != INVALID_FILE_ATTRIBUTES;
+    if (!localPath(pLink, pszName, szFile)) {
+        return outcome(pLink, false);
+    }
+    *pfThere = GetFileAttributesA(szFile) != INVALID_FILE_ATTRIBUTES;
+    return true;
 }
 
 bool openFile(HostLink* pLink, const char* pszName, bool fWrite, int)

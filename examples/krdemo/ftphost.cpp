@@ -120,11 +120,25 @@ bool outcome(FtpLink* pFtp, bool fDone)
 bool learnPath(FtpLink* pFtp)
 {
     char szWire[MAX_WIRE];
+    char szPath[MAX_PATH];
     DWORD cch = MAX_WIRE;
     if (!FtpGetCurrentDirectoryA(pFtp->hConnect, szWire, &cch)) {
         return fail(pFtp);
     }
-    return shownName(szWire, &pFtp->fUtf8, pFtp->base.szPath) || say(pFtp, UNNAMEABLE);
+    if (!shownName(szWire, &pFtp->fUtf8, szPath)) {
+        return say(pFtp, UNNAMEABLE);
+    }
+    strcpy(pFtp->base.szPath, szPath);
+    return true;
+}
+
+// A connection that isn't in the directory of its path would reach other files by their names.
+bool leaveUnless(FtpLink* pFtp, bool fThere)
+{
+    if (!fThere) {
+        disconnect(pFtp);
+    }
+    return fThere;
 }
 
 // Goes to where the connection before this one was, or to where the user wants to begin.
@@ -185,7 +199,7 @@ bool connect(FtpLink* pFtp)
     pFtp->hConnect = hConnect;
     pFtp->dwUsed = GetTickCount();
     command(pFtp, "OPTS UTF8 ON");
-    return enterPath(pFtp);
+    return leaveUnless(pFtp, enterPath(pFtp));
 }
 
 // Connects, and makes a name ready for a command.
@@ -230,7 +244,7 @@ bool changeDir(HostLink* pLink, const char* pszDir)
     char szWire[MAX_WIRE];
     return prepare(pLink, pszDir, szWire) &&
            outcome(linkOf(pLink), FtpSetCurrentDirectoryA(linkOf(pLink)->hConnect, szWire)) &&
-           learnPath(linkOf(pLink));
+           leaveUnless(linkOf(pLink), learnPath(linkOf(pLink)));
 }
 
 bool makeDir(HostLink* pLink, const char* pszDir)
@@ -421,7 +435,9 @@ bool deleteFile(HostLink* pLink, const char* pszName)
            outcome(linkOf(pLink), FtpDeleteFileA(linkOf(pLink)->hConnect, szWire));
 }
 
-bool exists(HostLink* pLink, const char* pszName)
+// What the server doesn't answer is no answer, and no file may be overwritten on the strength of
+// it.
+bool exists(HostLink* pLink, const char* pszName, bool* pfThere)
 {
     char szWire[MAX_WIRE];
     char szCommand[MAX_WIRE + 8];
@@ -431,13 +447,17 @@ bool exists(HostLink* pLink, const char* pszName)
         return false;
     }
     snprintf(szCommand, sizeof szCommand, "MDTM %s", szWire);
-    bool fThere = command(pFtp, szCommand);
-    if (fThere || answerCode() == 550) {
-        return fThere;
+    *pfThere = command(pFtp, szCommand);
+    int nCode = answerCode();
+    if (!*pfThere && nCode != 550) {
+        HINTERNET hFind = FtpFindFirstFileA(pFtp->hConnect, szWire, &find,
+                                            INTERNET_FLAG_RELOAD | INTERNET_FLAG_NO_CACHE_WRITE, 0);
+        *pfThere = hFind != nullptr && InternetCloseHandle(hFind);
+        nCode = answerCode();
     }
-    HINTERNET hFind = FtpFindFirstFileA(pFtp->hConnect, szWire, &find,
-                                        INTERNET_FLAG_RELOAD | INTERNET_FLAG_NO_CACHE_WRITE, 0);
-    return hFind != nullptr && InternetCloseHandle(hFind);
+    // An empty list is a no, too. The code can be that of an earlier answer.
+    bool fNo = nCode / 100 == 2 || nCode == 450 || nCode == 550;
+    return outcome(pFtp, *pfThere || (fNo && command(pFtp, "NOOP")));
 }
 
 bool openFile(HostLink* pLink, const char* pszName, bool fWrite, int nType)

@@ -43,7 +43,7 @@ struct Host {
     bool (*pfnRemoveDir)(HostLink* pLink, const char* pszDir);
     bool (*pfnRename)(HostLink* pLink, const char* pszOldName, const char* pszNewName);
     bool (*pfnDelete)(HostLink* pLink, const char* pszName);
-    bool (*pfnExists)(HostLink* pLink, const char* pszName);
+    bool (*pfnExists)(HostLink* pLink, const char* pszName, bool* pfThere);
     // One file at a time is open. It is whole only if pfnCloseFile says so. nType is one of
     // XFERTYPE_TEXT and XFERTYPE_BINARY. 0 bytes read are the end of the file.
     bool (*pfnOpenFile)(HostLink* pLink, const char* pszName, bool fWrite, int nType);

@@ -279,10 +279,12 @@ Outcome sendFile(Moving* pMoving)
         SetLastError(ERROR_FILENAME_EXCED_RANGE);
         return systemFailure(pMoving);
     }
-    bool fAsk = pMoving->pMove->fAskBeforeReplace;
-    Outcome outcome =
-        askToReplace(pMoving, fAsk && pMoving->pHost->pfnExists(pMoving->pLink, pszName), pszName,
-                     " on the host");
+    bool fThere = false;
+    if (pMoving->pMove->fAskBeforeReplace &&
+        !pMoving->pHost->pfnExists(pMoving->pLink, pszName, &fThere)) {
+        return hostFailure(pMoving);
+    }
+    Outcome outcome = askToReplace(pMoving, fThere, pszName, " on the host");
     if (outcome != OUTCOME_DONE) {
         return outcome;
     }

@@ -37,7 +37,8 @@ void setDefaults(DemoOptions* pOptions)
 bool joinPath(char (&szPath)[MAX_PATH], const char* pszFolder, const char* pszName)
 {
     size_t cchFolder = strlen(pszFolder);
-    bool fSlash = cchFolder > 0 && pszFolder[cchFolder - 1] != '\\';
+    // Asked by character: in some code pages one ends in the byte of a backslash.
+    bool fSlash = cchFolder > 0 && *CharPrevA(pszFolder, pszFolder + cchFolder) != '\\';
     szPath[0] = '\0';
     if (cchFolder + strlen(pszName) + 2 > MAX_PATH) {
         return false;

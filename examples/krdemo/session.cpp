@@ -362,6 +362,7 @@ void KRHAULAPI onRenameHostFile(DWORD, DWORD, DWORD, const char* pszOldName, con
     lstrcpynA(task.szName, pszOldName, MAX_PATH);
     lstrcpynA(task.szNewName, pszNewName, MAX_PATH);
     task.cbEntry = sizeOfHostFile(pszOldName);
+    task.fAsk = (s_session.dwConfirmFlags & CONFIRM_HOSTREPLACE) != 0;
     runHostTask(renameFile, &task);
 }
 

@@ -81,6 +81,15 @@ int askToDelete(Worker* pWorker, const char* pszName)
     return ask(pWorker, szQuestion, MB_YESNOCANCEL | MB_ICONQUESTION);
 }
 
+// Many servers rename over a file without a word.
+bool asksToReplace(Worker* pWorker, const char* pszName)
+{
+    char szQuestion[MAX_PATH + 80];
+    snprintf(szQuestion, sizeof szQuestion, "%s is there already on the host. Overwrite it?",
+             pszName);
+    return ask(pWorker, szQuestion, MB_YESNO | MB_ICONQUESTION) == IDYES;
+}
+
 // Gives false if it can't be read to its end.
 bool checkFile(Worker* pWorker, const HostTask* pTask, const char* pszName, DWORD* pcbAll,
                DWORD* pdwSum)
@@ -155,6 +164,14 @@ void removeDirectory(Worker* pWorker, void* pContext)
 void renameFile(Worker* pWorker, void* pContext)
 {
     auto pTask = static_cast<const HostTask*>(pContext);
+    bool fThere = false;
+    if (pTask->fAsk && !hostOf(pWorker)->pfnExists(linkOf(pWorker), pTask->szNewName, &fThere)) {
+        failure(pWorker, pTask, pTask->szNewName);
+        return;
+    }
+    if (fThere && !asksToReplace(pWorker, pTask->szNewName)) {
+        return;
+    }
     if (hostOf(pWorker)->pfnRename(linkOf(pWorker), pTask->szName, pTask->szNewName)) {
         change(pWorker, pTask->shows.pfnRemoved, pTask->szName, 0, false);
         change(pWorker, pTask->shows.pfnAdded, pTask->szNewName, pTask->cbEntry, false);

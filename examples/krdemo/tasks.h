@@ -20,7 +20,7 @@ struct TaskShows {
 struct HostTask {
     char szName[MAX_PATH];
     char szNewName[MAX_PATH];
-    bool fAsk; // before each deletion
+    bool fAsk; // before each deletion, or before a file is renamed over another one
     DWORD cNames;
     HostName* pNames; // freed by the task
     DWORD cbEntry;    // size of the file that is renamed

@@ -63,6 +63,7 @@ bool takeName(const char* pszFile, const char* pszFolder, const char* pszPath, b
         SetLastError(dwError);
         return false;
     }
+    SetFileAttributesA(szAside, FILE_ATTRIBUTE_NORMAL); // it may be read-only
     DeleteFileA(szAside);
     return true;
 }

@@ -364,9 +364,12 @@ void endTask(Worker* pWorker)
     }
 }
 
+// A task that is only tidying up has nothing left to stop: the mark may be that of the next one.
 void stopFromWithin(Worker* pWorker)
 {
-    InterlockedExchange(&pWorker->fStop, TRUE);
+    if (!pWorker->fEnded) {
+        InterlockedExchange(&pWorker->fStop, TRUE);
+    }
 }
 
 Unfinished* unfinishedOf(Worker* pWorker)

@@ -20,7 +20,7 @@ bool isModuleName(const char* pszName)
     constexpr size_t CCH_FIXED = 7;
     constexpr size_t CCH_CODE = 12;
     const size_t cch = strlen(pszName);
-    return cch >= CCH_FIXED && cch <= CCH_FIXED + CCH_CODE && _strnicmp(pszName, "XFR", 3) == 0 &&
+    return cch > CCH_FIXED && cch <= CCH_FIXED + CCH_CODE && _strnicmp(pszName, "XFR", 3) == 0 &&
            _stricmp(pszName + cch - 4, ".DLL") == 0;
 }
 
@@ -37,7 +37,7 @@ Verdict checkFile(const char* pszFile)
     const LangCheckReport report = {printLine, name};
     int cFound = nLangCheckModule(hModule, &report);
     if (!isModuleName(name)) {
-        printLine(name, "the name is not XFR, a code of at most 12 characters and .DLL");
+        printLine(name, "the name is not XFR, a code of 1 to 12 characters and .DLL");
         cFound++;
     }
     printf("%s: %d found\n", name, cFound);
