@@ -14,6 +14,7 @@ namespace {
 // Each thing with the call that gave it.
 std::multimap<const void*, const char*> s_owed;
 bool s_fAll;
+bool s_fObjectsFail;
 int s_nUntilFailure;
 bool s_fForGood;
 bool s_fFailed;
@@ -135,14 +136,17 @@ template <int NUMBER, typename Result, typename... Args> struct Owing {
     static inline const char* s_pszName;
     static Result WINAPI make(Args... args)
     {
-        Result result = s_pfn(args...);
+        Result result = s_fObjectsFail && isToFail() ? nullptr : s_pfn(args...);
         take(result, s_pszName);
         return result;
     }
     template <int ARGUMENT> static Result WINAPI give(Args... args)
     {
-        giveBack(std::get<ARGUMENT>(std::make_tuple(args...)), s_pszName);
-        return s_pfn(args...);
+        const void* p = std::get<ARGUMENT>(std::make_tuple(args...));
+        giveBack(p, s_pszName);
+        Result result = s_pfn(args...);
+        EXPECT_TRUE(p == nullptr || result) << s_pszName;
+        return result;
     }
 };
 
@@ -150,8 +154,7 @@ template <int NUMBER, typename Result, typename... Args> struct Owing {
 
 template <typename Function> void Ledger::replace(const char* pszName, Function* pfnFake)
 {
-    m_replaced.push_back(
-        std::make_unique<ReplacedImport>(GetModuleHandleA("KRHAUL.DLL"), pszName, pfnFake));
+    m_replaced.push_back(std::make_unique<ReplacedImport>(m_hModule, pszName, pfnFake));
 }
 
 template <int NUMBER, typename Result, typename... Args>
@@ -170,11 +173,9 @@ void Ledger::gives(const char* pszName, Result(WINAPI* pfn)(Args...))
     replace(pszName, Owing<NUMBER, Result, Args...>::template give<ARGUMENT>);
 }
 
-Ledger::Ledger(bool fAll)
+Ledger::Ledger(bool fAll) : m_hModule(GetModuleHandleA("KRHAUL.DLL"))
 {
-    s_owed.clear();
-    s_fAll = fAll;
-    failAt(0);
+    begin(fAll);
     replace("GlobalAlloc", owingGlobalAlloc);
     replace("GlobalReAlloc", owingGlobalReAlloc);
     replace("GlobalFree", owingGlobalFree);
@@ -184,6 +185,28 @@ Ledger::Ledger(bool fAll)
     replace("free", owingFree);
     makes<0>("LoadLibraryA", LoadLibraryA);
     gives<1, 0>("FreeLibrary", FreeLibrary);
+    makes<11>("BeginPaint", BeginPaint);
+    replace("EndPaint", owingEndPaint);
+    watchObjects();
+}
+
+Ledger::Ledger(HMODULE hProgram) : m_hModule(hProgram)
+{
+    begin(false);
+    s_fObjectsFail = true;
+    watchObjects();
+}
+
+void Ledger::begin(bool fAll)
+{
+    s_owed.clear();
+    s_fAll = fAll;
+    s_fObjectsFail = false;
+    failAt(0);
+}
+
+void Ledger::watchObjects()
+{
     makes<2>("CreateFontA", CreateFontA);
     makes<3>("CreatePen", CreatePen);
     makes<4>("CreateSolidBrush", CreateSolidBrush);
@@ -193,11 +216,9 @@ Ledger::Ledger(bool fAll)
     makes<8>("CreateDiscardableBitmap", CreateDiscardableBitmap);
     makes<9>("CreateCompatibleDC", CreateCompatibleDC);
     makes<10>("GetDC", GetDC);
-    makes<11>("BeginPaint", BeginPaint);
     gives<12, 0>("DeleteObject", DeleteObject);
     gives<13, 0>("DeleteDC", DeleteDC);
     gives<14, 1>("ReleaseDC", ReleaseDC);
-    replace("EndPaint", owingEndPaint);
 }
 
 Ledger::~Ledger()

@@ -16,6 +16,9 @@ class Ledger {
 public:
     // Without fAll there are windows already: what they give back isn't asked for.
     explicit Ledger(bool fAll = true);
+    // Of a program that holds the library's code: sees the objects and contexts alone, those that
+    // the test makes too. They are what failAt counts.
+    explicit Ledger(HMODULE hProgram);
     ~Ledger();
     Ledger(const Ledger&) = delete;
     Ledger& operator=(const Ledger&) = delete;
@@ -30,11 +33,14 @@ public:
     bool hasFailed() const;
 
 private:
+    void begin(bool fAll);
+    void watchObjects();
     template <typename Function> void replace(const char* pszName, Function* pfnFake);
     template <int NUMBER, typename Result, typename... Args>
     void makes(const char* pszName, Result(WINAPI* pfn)(Args...));
     template <int NUMBER, int ARGUMENT, typename Result, typename... Args>
     void gives(const char* pszName, Result(WINAPI* pfn)(Args...));
+    HMODULE m_hModule;
     std::vector<std::unique_ptr<ReplacedImport>> m_replaced;
 };
 
