@@ -9,11 +9,6 @@
 
 namespace {
 
-HMODULE library()
-{
-    return GetModuleHandleA("KRHAUL.DLL");
-}
-
 std::string textAt(XferFileList list, LONG nRow, LONG nColumn)
 {
     char szText[64] = "untouched";
@@ -76,20 +71,9 @@ TEST_F(FileList, GrowsByItsRules)
     }
 }
 
-// The heap moves a block only when it has to; this one always does.
-HGLOBAL WINAPI movingGlobalReAlloc(HGLOBAL hBlock, SIZE_T cb, UINT uFlags)
-{
-    HGLOBAL hNew = GlobalAlloc(uFlags, cb);
-    memcpy(GlobalLock(hNew), GlobalLock(hBlock), GlobalSize(hBlock));
-    GlobalUnlock(hNew);
-    GlobalUnlock(hBlock);
-    GlobalFree(hBlock);
-    return hNew;
-}
-
 TEST_F(FileList, KeepsItsRowsWhileItGrowsAndMoves)
 {
-    ReplacedImport realloc(library(), "GlobalReAlloc", movingGlobalReAlloc);
+    Ledger ledger(false); // moves it each time
     bool fMoved = false;
     for (LONG n = 0; n < 2000; ++n) {
         XferFileList before = m_list;

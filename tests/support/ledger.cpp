@@ -56,15 +56,6 @@ HGLOBAL WINAPI owingGlobalAlloc(UINT uFlags, SIZE_T cb)
     return h;
 }
 
-HGLOBAL WINAPI owingGlobalReAlloc(HGLOBAL hOld, SIZE_T cb, UINT uFlags)
-{
-    HGLOBAL h = isToFail() ? nullptr : GlobalReAlloc(hOld, cb, uFlags);
-    if (h != nullptr && giveBack(hOld, "GlobalReAlloc")) {
-        take(h, "GlobalReAlloc");
-    }
-    return h;
-}
-
 // Freed blocks stay, filled with this, so that a use after the end shows.
 constexpr BYTE DEAD = 0xDD;
 std::vector<HGLOBAL> s_dead;
@@ -77,6 +68,18 @@ HGLOBAL WINAPI owingGlobalFree(HGLOBAL h)
         s_dead.push_back(h);
     }
     return nullptr;
+}
+
+// The heap moves a block only when it has to; this one always does.
+HGLOBAL WINAPI owingGlobalReAlloc(HGLOBAL hOld, SIZE_T cb, UINT uFlags)
+{
+    HGLOBAL h = owingGlobalAlloc(uFlags, cb);
+    if (h != nullptr) {
+        memcpy(GlobalLock(h), GlobalLock(hOld), std::min(GlobalSize(hOld), cb));
+        GlobalUnlock(h);
+        owingGlobalFree(hOld);
+    }
+    return h;
 }
 
 void burySafely()

@@ -10,8 +10,8 @@
 #include <vector>
 
 // Sees both heaps, modules, and objects and contexts of the screen, as the library uses them
-// while the object lives. Freed blocks of the global heap stay until its end, which tells if one
-// was written to. One at a time.
+// while the object lives. Blocks of the global heap move when they grow, and stay when freed, until
+// the object's end, which tells if one was written to. One at a time.
 class Ledger {
 public:
     // Without fAll there are windows already: what they give back isn't asked for.
