@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -44,18 +45,11 @@ protected:
     }
     void TearDown() override
     {
-        for (const std::string& file : m_files)
-            DeleteFileA(file.c_str());
-        RemoveDirectoryA(m_folder.c_str());
-    }
-    std::string newFile(const std::string& name)
-    {
-        m_files.push_back(m_folder + name);
-        return m_files.back();
+        std::filesystem::remove_all(m_folder);
     }
     std::string copyOf(const std::string& module, const std::string& name)
     {
-        const std::string file = newFile(name);
+        const std::string file = m_folder + name;
         EXPECT_TRUE(CopyFileA(module.c_str(), file.c_str(), FALSE)) << module;
         return file;
     }
@@ -67,7 +61,7 @@ protected:
         for (const std::string& file : files)
             command += " \"" + file + "\"";
         SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
-        const std::string file = newFile("report.txt");
+        const std::string file = m_folder + "report.txt";
         HANDLE hOutput = CreateFileA(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherited,
                                      CREATE_ALWAYS, 0, nullptr);
         const DWORD dwExit = runProgram(command, hOutput);
@@ -78,7 +72,6 @@ protected:
     }
 
     std::string m_folder;
-    std::vector<std::string> m_files;
 };
 
 TEST_F(LanguageModule, AllAreWhole)

@@ -528,28 +528,37 @@ TEST_F(Status, TheCallerGoesOnWhenTheUserClosesTheWindow)
     nXferStatDestroy(hwndNext);
 }
 
-// A caller that destroys the window from inside its last tick, and makes another, which runs at
-// once.
-TEST_F(Status, SurvivesCallsFromInsideItsLastTick)
+// A caller that destroys the window from inside its last tick or its end, and makes another, which
+// runs at once.
+TEST_F(Status, SurvivesCallsFromInsideItsEnd)
 {
     ParentWindow other;
-    for (auto pfnEnd : {nXferStatEndTransfer, nXferStatDestroy}) {
+    const struct {
+        int(KRHAULAPI* pfnEnd)(HWND);
+        UINT uInside;
+    } cases[] = {{nXferStatEndTransfer, WM_TIMER},
+                 {nXferStatDestroy, WM_TIMER},
+                 {nXferStatDestroy, WM_DESTROY}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(&c - cases);
         HWND hwnd = create();
         nXferStatStartTransfer(hwnd);
         HWND hwndInside = nullptr;
         Subclassed ending(hwnd, [&](UINT uMessage, WPARAM, LPARAM) {
-            if (uMessage != WM_TIMER || hwndInside != nullptr) {
+            if (uMessage != c.uInside || hwndInside != nullptr) {
                 return false;
             }
             hwndInside = hwnd;
             EXPECT_EQ(nXferStatDestroy(hwnd), XFER_OK);
             hwndInside = hdlgXferStatCreate("inside", 0, other.hwnd(), 0, 0);
             nXferStatStartTransfer(hwndInside);
-            return true;
+            return uMessage == WM_TIMER;
         });
-        EXPECT_EQ(pfnEnd(hwnd), XFER_OK);
+        EXPECT_EQ(c.pfnEnd(hwnd), XFER_OK);
         EXPECT_FALSE(IsWindow(hwnd));
-        EXPECT_EQ(m_parent.messages(), (std::vector<Message>{{WM_XFERSTAT_CLOSED, 0, 0}}));
+        // By then the first of the two calls has told the parent as well.
+        const size_t cTold = c.uInside == WM_DESTROY ? 2 : 1;
+        EXPECT_EQ(m_parent.messages(), std::vector<Message>(cTold, {WM_XFERSTAT_CLOSED, 0, 0}));
         // The new window knows nothing of it: nobody told its parent, and its timer runs on,
         // so that another start sets none.
         EXPECT_EQ(other.messages(), std::vector<Message>{});
@@ -557,29 +566,10 @@ TEST_F(Status, SurvivesCallsFromInsideItsLastTick)
         const int cBefore = s_cTimersSet;
         EXPECT_EQ(nXferStatStartTransfer(hwndInside), XFER_OK);
         EXPECT_EQ(s_cTimersSet, cBefore);
+        expectWindows(1);
         EXPECT_EQ(nXferStatDestroy(hwndInside), XFER_OK);
         other.messages();
     }
-    expectWindows(0);
-}
-
-// The same from inside its end.
-TEST_F(Status, SurvivesCallsFromInsideItsDestruction)
-{
-    HWND hwnd = create();
-    HWND hwndInside = nullptr;
-    Subclassed ending(hwnd, [&](UINT uMessage, WPARAM, LPARAM) {
-        if (uMessage == WM_DESTROY && hwndInside == nullptr) {
-            hwndInside = hwnd;
-            EXPECT_EQ(nXferStatDestroy(hwnd), XFER_OK);
-            hwndInside = hdlgXferStatCreate("inside", 0, nullptr, 0, 0);
-        }
-        return false;
-    });
-    EXPECT_EQ(nXferStatDestroy(hwnd), XFER_OK);
-    EXPECT_TRUE(IsWindow(hwndInside));
-    expectWindows(1);
-    EXPECT_EQ(nXferStatDestroy(hwndInside), XFER_OK);
 }
 
 TEST_F(Status, HelpAndFocusGoByTheParentOfTheLastWindow)
