@@ -34,10 +34,7 @@ struct Waiting {
 Waiting waiting(HWND hwnd)
 {
     Waiting result = {};
-    HRGN hrgn = CreateRectRgn(0, 0, 0, 0);
-    GetUpdateRgn(hwnd, hrgn, FALSE);
-    GetRgnBox(hrgn, &result.rc);
-    DeleteObject(hrgn);
+    GetUpdateRect(hwnd, &result.rc, FALSE);
     PAINTSTRUCT paint;
     // The background is only asked for here if it has to be erased and nobody could.
     LONG lBrush = SetClassLongA(hwnd, GCL_HBRBACKGROUND, 0);
