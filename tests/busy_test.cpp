@@ -4,6 +4,8 @@
 #include "../toolbar/toolbar.h"
 #include "support/transfer_window.h"
 
+#include <sstream>
+
 namespace {
 
 class Busy : public TransferTest {
@@ -79,75 +81,42 @@ TEST_F(Busy, SwitchesCommandsByItsTable)
 
 TEST_F(Busy, ToolbarHasItsRows)
 {
-    struct ToolRow {
-        LONG iPicture;
-        DWORD idCommand;
-        BYTE fsState, fsStyle;
-    };
-    // Asked for with the standard width, which the toolbar fills in.
-    constexpr ToolRow GAP = {8, IDC_DANDD_TOOLBAR, 4, 1};
-    // As they start in two-pane mode, before the first mode has come.
-    const ToolRow rows[] = {{0, 206, 0, 0},
-                            {1, 219, 0, 0},
-                            {2, 217, 0, 0},
-                            GAP,
-                            {3, 218, 0, 0},
-                            {4, 204, 0, 0},
-                            GAP,
-                            {5, 247, 0, 0},
-                            {6, 246, 0, 0},
-                            GAP,
-                            {7, 242, 16, 6},
-                            {8, 243, 16, 6},
-                            {9, 241, 1, 6},
-                            GAP,
-                            {10, 245, 16, 6},
-                            {11, 244, 1, 6},
-                            GAP,
-                            {12, 228, 0, 0},
-                            GAP,
-                            {13, 256, 4, 0},
-                            GAP,
-                            {14, 205, 4, 0}};
+    // Picture, command, state and style of each, as they start in two-pane mode, before the first
+    // mode has come. Gaps were asked for with the standard width, which the toolbar fills in.
+    const std::string GAP = "8 240 4 1";
+    const std::string rows[] = {
+        "0 206 0 0", "1 219 0 0",  "2 217 0 0",   GAP,          "3 218 0 0",  "4 204 0 0",
+        GAP,         "5 247 0 0",  "6 246 0 0",   GAP,          "7 242 16 6", "8 243 16 6",
+        "9 241 1 6", GAP,          "10 245 16 6", "11 244 1 6", GAP,          "12 228 0 0",
+        GAP,         "13 256 4 0", GAP,           "14 205 4 0"};
     m_hwnd = createOnly(m_parent.hwnd());
     HWND hwndToolbar = item(IDC_DANDD_TOOLBAR);
     ASSERT_EQ(SendMessageA(hwndToolbar, TOOLM_BUTTONCOUNT, 0, 0), LRESULT(ARRAYSIZE(rows)));
     for (UINT n = 0; n < ARRAYSIZE(rows); ++n) {
-        SCOPED_TRACE(n);
         XferToolButton button = {};
         SendMessageA(hwndToolbar, TOOLM_GETBUTTON, n, LPARAM(&button));
-        EXPECT_EQ(button.iPicture, rows[n].iPicture);
-        EXPECT_EQ(button.idCommand, rows[n].idCommand);
-        EXPECT_EQ(button.fsState, rows[n].fsState);
-        EXPECT_EQ(button.fsStyle, rows[n].fsStyle);
+        std::ostringstream text;
+        text << button.iPicture << " " << button.idCommand << " " << int(button.fsState) << " "
+             << int(button.fsStyle);
+        EXPECT_EQ(text.str(), rows[n]) << n;
     }
 }
 
 TEST_F(Busy, ItsEndShowsTypeAndModeChecked)
 {
-    struct Group {
-        UINT idChecked;
-        std::vector<UINT> others;
-    };
-    for (DWORD nMode : {0u, 1u}) {
-        create(nMode);
+    for (UINT idMode : {IDM_XFER_TWOPANE, IDM_XFER_COMMANDLINE}) {
+        create(idMode == IDM_XFER_COMMANDLINE);
         vXferDandDSetBusyState(m_hwnd, 0);
-        const Group groups[] = {
-            {IDM_XFER_TYPEAUTO, {IDM_XFER_TYPETEXT, IDM_XFER_TYPEBINARY}},
-            {UINT(nMode ? IDM_XFER_COMMANDLINE : IDM_XFER_TWOPANE),
-             {UINT(nMode ? IDM_XFER_TWOPANE : IDM_XFER_COMMANDLINE)}},
-        };
-        for (const Group& group : groups) {
-            EXPECT_EQ(buttonState(m_hwnd, group.idChecked), TOOLSTATE_CHECKED | TOOLSTATE_ENABLED);
-            EXPECT_EQ(itemState(m_hwnd, group.idChecked), UINT(MF_CHECKED));
-            for (UINT id : group.others) {
-                EXPECT_EQ(buttonState(m_hwnd, id), TOOLSTATE_ENABLED);
-                EXPECT_EQ(itemState(m_hwnd, id), 0u);
-            }
+        for (UINT id : {IDM_XFER_TYPEAUTO, IDM_XFER_TYPETEXT, IDM_XFER_TYPEBINARY, IDM_XFER_TWOPANE,
+                        IDM_XFER_COMMANDLINE}) {
+            bool fChecked = id == IDM_XFER_TYPEAUTO || id == idMode;
+            EXPECT_EQ(buttonState(m_hwnd, id),
+                      TOOLSTATE_ENABLED | (fChecked ? TOOLSTATE_CHECKED : 0));
+            EXPECT_EQ(itemState(m_hwnd, id), fChecked ? UINT(MF_CHECKED) : 0u);
         }
         vXferDandDSetBusyState(m_hwnd, 1);
         EXPECT_EQ(buttonState(m_hwnd, IDM_XFER_TYPEAUTO), TOOLSTATE_CHECKED);
-        EXPECT_EQ(buttonState(m_hwnd, groups[1].idChecked), TOOLSTATE_CHECKED);
+        EXPECT_EQ(buttonState(m_hwnd, idMode), TOOLSTATE_CHECKED);
         destroy();
     }
 }
@@ -190,11 +159,10 @@ TEST_F(Busy, FileTypeIsTheCheckedButton)
 TEST_F(Busy, ColumnsAreMeasuredOnceAtItsEnd)
 {
     constexpr DWORD ADD = 99; // in place of a flag: a name comes
-    struct Case {
+    const struct {
         std::vector<DWORD> flags; // from idle
         bool fMeasured;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {{1, ADD, 0}, true},          {{1, 0}, false},
         {{1, ADD, 1, 0}, true},    // the same flag again changes nothing
         {{1, ADD, 2, 0}, false},   // another flag begins anew
@@ -206,17 +174,16 @@ TEST_F(Busy, ColumnsAreMeasuredOnceAtItsEnd)
     vXferDandDSetBusyState(m_hwnd, 0);
     std::vector<int> measured;
     auto watch = [&](int id) {
-        return [&measured, id](UINT uMessage, WPARAM, LPARAM) {
+        return Subclassed(item(id), [&measured, id](UINT uMessage, WPARAM, LPARAM) {
             if (uMessage == LB_SETCOLUMNWIDTH) {
                 measured.push_back(id);
             }
             return false;
-        };
+        });
     };
-    Subclassed local(item(IDC_DANDD_LOCALFILES), watch(IDC_DANDD_LOCALFILES));
-    Subclassed host(item(IDC_DANDD_HOSTFILES), watch(IDC_DANDD_HOSTFILES));
+    Subclassed local = watch(IDC_DANDD_LOCALFILES), host = watch(IDC_DANDD_HOSTFILES);
     int nName = 0;
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(&c - cases);
         measured.clear();
         for (DWORD dw : c.flags) {
@@ -226,28 +193,25 @@ TEST_F(Busy, ColumnsAreMeasuredOnceAtItsEnd)
                 vXferDandDSetBusyState(m_hwnd, dw);
             }
         }
-        std::vector<int> expected;
-        if (c.fMeasured) {
-            expected = {IDC_DANDD_LOCALFILES, IDC_DANDD_HOSTFILES};
-        }
-        EXPECT_EQ(measured, expected);
+        EXPECT_EQ(measured, c.fMeasured
+                                ? (std::vector<int>{IDC_DANDD_LOCALFILES, IDC_DANDD_HOSTFILES})
+                                : std::vector<int>());
     }
 }
 
 TEST_F(Busy, CursorAndFocusFollowAtOnce)
 {
-    struct Case {
+    const struct {
         DWORD nMode, fBusy;
         bool fFocus, fChange;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {0, 1, false, false}, {0, 0, false, true}, {0, 1, false, true},
         {1, 1, false, false}, {1, 0, true, true},  {1, 0, false, false},
         {1, 2, false, true},  {1, 1, false, true}, {1, 0, true, true},
     };
     HCURSOR hcurCross = LoadCursorA(nullptr, IDC_CROSS);
     create();
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(&c - cases);
         setMode(c.nMode);
         SetFocus(item(IDC_DANDD_INFOLINE));

@@ -11,25 +11,13 @@
 
 namespace {
 
-struct Box {
-    HWND hwndOwner;
-    std::string text;
-};
-std::vector<Box> s_boxes;
+std::vector<HWND> s_boxOwners; // one for each box
+std::string s_boxText;
 int WINAPI fakeMessageBox(HWND hwndOwner, LPCSTR pszText, LPCSTR, UINT)
 {
-    s_boxes.push_back({hwndOwner, pszText});
+    s_boxOwners.push_back(hwndOwner);
+    s_boxText = pszText;
     return IDOK;
-}
-
-BOOL WINAPI noClassInfo(HINSTANCE, LPCSTR, WNDCLASSA*)
-{
-    return FALSE;
-}
-
-ATOM WINAPI noClass(const WNDCLASSA*)
-{
-    return 0;
 }
 
 // The platform refuses to make the toolbar, so that the dialog fails half made.
@@ -45,11 +33,6 @@ LRESULT CALLBACK refuseToolbar(int nCode, WPARAM wParam, LPARAM lParam)
 
 class Creation : public TransferTest {
 protected:
-    Creation() : m_box(GetModuleHandleA("KRUTILS.DLL"), "MessageBoxA", fakeMessageBox)
-    {
-        s_boxes.clear();
-    }
-
     // Makes a window in vain; fBox tells whether the user has to hear of it.
     void expectFailure(const char* pszLanguage, bool fBox)
     {
@@ -59,12 +42,10 @@ protected:
                   nullptr);
         EXPECT_EQ(hRecord, m_hEnglish);
         EXPECT_EQ(Ledger::owed(), "");
-        EXPECT_EQ(s_boxes.size(), fBox ? 1u : 0u);
-        if (!s_boxes.empty()) {
-            EXPECT_EQ(s_boxes[0].hwndOwner, m_parent.hwnd());
-            EXPECT_EQ(s_boxes[0].text, stringOf(m_hEnglish, IDS_NO_RESOURCES));
-        }
-        s_boxes.clear();
+        EXPECT_EQ(s_boxOwners, std::vector<HWND>(fBox, m_parent.hwnd()));
+        EXPECT_EQ(s_boxText, fBox ? stringOf(m_hEnglish, IDS_NO_RESOURCES) : "");
+        s_boxOwners.clear();
+        s_boxText.clear();
     }
 
     void useAllOfIt()
@@ -94,7 +75,7 @@ protected:
     }
 
 private:
-    ReplacedImport m_box;
+    ReplacedImport m_box{GetModuleHandleA("KRUTILS.DLL"), "MessageBoxA", fakeMessageBox};
 };
 
 TEST_F(Creation, FailuresLeaveNothing)
@@ -111,8 +92,11 @@ TEST_F(Creation, FailuresLeaveNothing)
     expectFailure("BARE", false);
     EXPECT_TRUE(DeleteFileA((folder + szBare).c_str()));
     {
-        ReplacedImport info(krhaul(), "GetClassInfoA", noClassInfo);
-        ReplacedImport reg(krhaul(), "RegisterClassA", noClass);
+        ReplacedImport info(
+            krhaul(), "GetClassInfoA",
+            +[](HINSTANCE, LPCSTR, WNDCLASSA*) WINAPI -> BOOL { return FALSE; });
+        ReplacedImport reg(
+            krhaul(), "RegisterClassA", +[](const WNDCLASSA*) WINAPI -> ATOM { return 0; });
         expectFailure("EN", true);
     }
     HHOOK hhook = SetWindowsHookExA(WH_CBT, refuseToolbar, nullptr, GetCurrentThreadId());
@@ -126,38 +110,25 @@ TEST_F(Creation, FailuresLeaveNothing)
 
 TEST_F(Creation, EveryAllocationCanFail)
 {
-    constexpr int RECORD = 1;
-    constexpr int LIST_OF_TEMP_FILES = 2;
-    constexpr int TOOLBAR = 3;
+    // The record, the list of temporary files and the toolbar: without them there is no window.
+    constexpr int NEEDED = 3;
     int nFailing = 0;
     Ledger ledger;
     do {
         SCOPED_TRACE(testing::Message() << "allocation " << ++nFailing);
         ledger.failAt(nFailing);
-        if (nFailing <= TOOLBAR) {
-            static_assert(RECORD < LIST_OF_TEMP_FILES && LIST_OF_TEMP_FILES < TOOLBAR, "in order");
-            expectFailure("EN", nFailing == RECORD);
+        if (nFailing <= NEEDED) {
+            expectFailure("EN", nFailing == 1);
         } else {
             create();
             useAllOfIt();
-            EXPECT_EQ(s_boxes.size(), 0u);
+            EXPECT_NE(ledger.owed(), "");
+            EXPECT_TRUE(s_boxOwners.empty());
             destroy();
             ASSERT_EQ(ledger.owed(), "");
         }
     } while (ledger.hasFailed());
-    EXPECT_GT(nFailing, TOOLBAR + 5);
-}
-
-TEST_F(Creation, ObjectsAreGivenBack)
-{
-    Ledger ledger;
-    for (int n = 0; n < 2; ++n) {
-        create(DWORD(n));
-        useAllOfIt();
-        EXPECT_NE(ledger.owed(), "");
-        destroy();
-        EXPECT_EQ(ledger.owed(), "");
-    }
+    EXPECT_GT(nFailing, NEEDED + 5);
 }
 
 // The font and the menu that the platform itself makes for a dialog.
@@ -176,22 +147,16 @@ TEST_F(Creation, WhatTheDialogManagerMadeGoesToo)
 TEST_F(Creation, ReadsTheTableByItsSize)
 {
     constexpr DWORD BEHIND_VIEW_MODE = offsetof(HostCallbacks, pfnViewModeChanged) + 4;
-    struct Case {
+    const struct {
         DWORD cbSize;
         bool fHasViewMode;
-    };
-    const Case cases[] = {{0, false},
-                          {3, false},
-                          {20, false},
-                          {BEHIND_VIEW_MODE - 4, false},
-                          {BEHIND_VIEW_MODE, true},
-                          {56, true},
-                          {100, true},
-                          {0xFFFFFFFF, true}};
+    } cases[] = {
+        {0, false}, {3, false},        {BEHIND_VIEW_MODE - 4, false}, {BEHIND_VIEW_MODE, true},
+        {56, true}, {0xFFFFFFFF, true}};
     // The table ends where its page ends: the library must not read on.
     auto pPages = static_cast<BYTE*>(VirtualAlloc(nullptr, 0x2000, MEM_RESERVE, PAGE_NOACCESS));
     VirtualAlloc(pPages, 0x1000, MEM_COMMIT, PAGE_READWRITE);
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.cbSize);
         BYTE* pTable = pPages + 0x1000 - std::max(4u, std::min(unsigned(c.cbSize), 56u)) / 4 * 4;
         memcpy(pTable, &m_caller.callbacks, size_t(pPages + 0x1000 - pTable));
@@ -219,15 +184,13 @@ TEST_F(Creation, OwnerIsAParentThatHasOneItself)
                                    nullptr, nullptr);
     HWND hwndChild = CreateWindowA("STATIC", "", WS_CHILD, 0, 0, 9, 9, m_parent.hwnd(), nullptr,
                                    nullptr, nullptr);
-    struct Case {
+    const struct {
         HWND hwndParent, hwndOwner;
-    };
-    // The platform takes the top-level window of a child.
-    const Case cases[] = {{nullptr, nullptr},
-                          {m_parent.hwnd(), nullptr},
-                          {hwndOwned, hwndOwned},
-                          {hwndChild, m_parent.hwnd()}};
-    for (const Case& c : cases) {
+    } cases[] = {{nullptr, nullptr},
+                 {m_parent.hwnd(), nullptr},
+                 {hwndOwned, hwndOwned},
+                 {hwndChild, m_parent.hwnd()}}; // the platform takes its top-level window
+    for (const auto& c : cases) {
         m_hwnd = createOnly(c.hwndParent);
         EXPECT_EQ(GetWindow(m_hwnd, GW_OWNER), c.hwndOwner);
         EXPECT_EQ(textOf(m_hwnd), "Title");
@@ -237,37 +200,29 @@ TEST_F(Creation, OwnerIsAParentThatHasOneItself)
 
 TEST_F(Creation, TheFirstModeComesWithTheMessageLoop)
 {
-    struct Case {
-        DWORD nAsked, nMode;
-        int idFocus;
-        UINT idChecked, idUnchecked;
-    };
-    const Case cases[] = {
-        {0, 0, IDC_DANDD_LOCALFILTER, IDM_XFER_TWOPANE, IDM_XFER_COMMANDLINE},
-        {1, 1, IDC_DANDD_COMMANDLINE, IDM_XFER_COMMANDLINE, IDM_XFER_TWOPANE},
-        {2, 1, IDC_DANDD_COMMANDLINE, IDM_XFER_COMMANDLINE, IDM_XFER_TWOPANE},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.nAsked);
+    for (DWORD nAsked : {0u, 1u, 2u}) {
+        SCOPED_TRACE(nAsked);
+        const bool fPanes = nAsked == 0;
+        const UINT idChecked = fPanes ? IDM_XFER_TWOPANE : IDM_XFER_COMMANDLINE;
+        const UINT idUnchecked = fPanes ? IDM_XFER_COMMANDLINE : IDM_XFER_TWOPANE;
         m_caller.modes.clear();
-        m_hwnd = createOnly(m_parent.hwnd(), c.nAsked);
+        m_hwnd = createOnly(m_parent.hwnd(), nAsked);
         EXPECT_TRUE(m_caller.modes.empty());
-        EXPECT_EQ(buttonState(m_hwnd, c.idUnchecked), TOOLSTATE_CHECKED) << "at first";
+        EXPECT_EQ(buttonState(m_hwnd, idUnchecked), TOOLSTATE_CHECKED) << "at first";
         MSG msg;
         ASSERT_TRUE(PeekMessageA(&msg, m_hwnd, WM_COMMAND, WM_COMMAND, PM_NOREMOVE));
-        EXPECT_EQ(msg.wParam, c.idChecked);
+        EXPECT_EQ(msg.wParam, idChecked);
         EXPECT_EQ(msg.lParam, 0);
         EXPECT_TRUE(waitUntil([&] { return !m_caller.modes.empty(); }));
         pumpMessages();
-        EXPECT_EQ(m_caller.modes, std::vector<DWORD>{c.nMode});
-        EXPECT_EQ(GetFocus(), item(c.idFocus));
-        EXPECT_EQ(IsWindowVisible(item(IDC_DANDD_LOCALDIRS)) != 0, c.nMode == 0);
-        EXPECT_EQ(SendDlgItemMessageA(m_hwnd, IDC_DANDD_LOCALDIRS, LB_GETCOUNT, 0, 0) > 0,
-                  c.nMode == 0);
-        EXPECT_EQ(buttonState(m_hwnd, c.idChecked) & TOOLSTATE_CHECKED, TOOLSTATE_CHECKED);
-        EXPECT_EQ(buttonState(m_hwnd, c.idUnchecked) & TOOLSTATE_CHECKED, 0);
-        EXPECT_EQ(itemState(m_hwnd, c.idChecked) & MF_CHECKED, UINT(MF_CHECKED));
-        EXPECT_EQ(itemState(m_hwnd, c.idUnchecked) & MF_CHECKED, 0u);
+        EXPECT_EQ(m_caller.modes, std::vector<DWORD>{fPanes ? 0u : 1u});
+        EXPECT_EQ(GetFocus(), item(fPanes ? IDC_DANDD_LOCALFILTER : IDC_DANDD_COMMANDLINE));
+        EXPECT_EQ(IsWindowVisible(item(IDC_DANDD_LOCALDIRS)) != 0, fPanes);
+        EXPECT_EQ(SendDlgItemMessageA(m_hwnd, IDC_DANDD_LOCALDIRS, LB_GETCOUNT, 0, 0) > 0, fPanes);
+        EXPECT_EQ(buttonState(m_hwnd, idChecked) & TOOLSTATE_CHECKED, TOOLSTATE_CHECKED);
+        EXPECT_EQ(buttonState(m_hwnd, idUnchecked) & TOOLSTATE_CHECKED, 0);
+        EXPECT_EQ(itemState(m_hwnd, idChecked) & MF_CHECKED, UINT(MF_CHECKED));
+        EXPECT_EQ(itemState(m_hwnd, idUnchecked) & MF_CHECKED, 0u);
         destroy();
     }
 }
@@ -494,16 +449,14 @@ TEST_F(Creation, OtherWindowsAreLeftAlone)
     destroy();
     create();
     HGLOBAL hBlock = GlobalAlloc(GPTR, 0x4000);
+    auto pRecord = reinterpret_cast<void*>(GetWindowLongA(m_hwnd, DWL_USER));
     HWND dialogs[] = {foreignDialog(nullptr), foreignDialog(reinterpret_cast<void*>(1)),
-                      foreignDialog(hBlock),
-                      foreignDialog(reinterpret_cast<void*>(GetWindowLongA(m_hwnd, DWL_USER)))};
-    std::vector<HWND> windows = {nullptr,
-                                 hwndGone,
-                                 reinterpret_cast<HWND>(0x123456),
-                                 GetDesktopWindow(),
-                                 m_parent.hwnd(),
-                                 item(IDC_DANDD_INFOLINE)};
-    windows.insert(windows.end(), std::begin(dialogs), std::end(dialogs));
+                      foreignDialog(hBlock), foreignDialog(pRecord)};
+    std::vector<HWND> windows(std::begin(dialogs), std::end(dialogs));
+    for (HWND hwnd : {HWND(nullptr), hwndGone, reinterpret_cast<HWND>(0x123456), GetDesktopWindow(),
+                      m_parent.hwnd(), item(IDC_DANDD_INFOLINE)}) {
+        windows.push_back(hwnd);
+    }
     SetFocus(m_parent.hwnd());
     for (HWND hwnd : windows) {
         SCOPED_TRACE(hwnd);
@@ -552,18 +505,9 @@ TEST_F(Creation, WorksOnVersionsBelow4)
     ASSERT_EQ(RegCreateKeyA(HKEY_CURRENT_USER, KEY, &hkey), ERROR_SUCCESS);
     RegSetValueExA(hkey, "Version", 0, REG_SZ, reinterpret_cast<const BYTE*>("nt351"), 6);
     RegCloseKey(hkey);
-    std::string arguments = copy + " --gtest_also_run_disabled_tests --gtest_filter=*OldPlatform";
-    STARTUPINFOA startup = {};
-    PROCESS_INFORMATION process = {};
-    startup.cb = sizeof startup;
-    DWORD dwCode = DWORD(-1);
-    EXPECT_TRUE(CreateProcessA(copy.c_str(), arguments.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                               nullptr, &startup, &process));
-    EXPECT_TRUE(waitUntil([&] { return WaitForSingleObject(process.hProcess, 0) == 0; }));
-    GetExitCodeProcess(process.hProcess, &dwCode);
-    EXPECT_EQ(dwCode, 0u);
-    CloseHandle(process.hProcess);
-    CloseHandle(process.hThread);
+    EXPECT_EQ(
+        runProgram("\"" + copy + "\" --gtest_also_run_disabled_tests --gtest_filter=*OldPlatform"),
+        0u);
     RegDeleteKeyA(HKEY_CURRENT_USER, KEY);
     EXPECT_TRUE(waitUntil([&] { return DeleteFileA(copy.c_str()) != 0; }));
     // The platform of this program has the icon.

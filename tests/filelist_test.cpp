@@ -1,6 +1,6 @@
 // The file list container: growth by its exact rules, cells, and every allocation failing.
 #include "../shared/filelist.h"
-#include "support/imports.h"
+#include "support/ledger.h"
 
 #include <gtest/gtest.h>
 #include <limits.h>
@@ -8,11 +8,6 @@
 #include <string>
 
 namespace {
-
-HMODULE library()
-{
-    return GetModuleHandleA("KRHAUL.DLL");
-}
 
 std::string textAt(XferFileList list, LONG nRow, LONG nColumn)
 {
@@ -44,9 +39,6 @@ TEST_F(FileList, StartsEmptyWithRoomForFour)
     }
     EXPECT_EQ(XferFileList_cGetSize(m_list), 4);
     EXPECT_EQ(m_list, before);
-    EXPECT_EQ(XferFileList_fSetString(m_list, 4, XFERLIST_LOCAL, "x"), 0);
-    EXPECT_EQ(XferFileList_vSetDWord(m_list, 4, XFERLIST_LOCAL, 1), 0);
-    EXPECT_EQ(XferFileList_cGetSize(m_list), 4);
 }
 
 TEST_F(FileList, GrowsByItsRules)
@@ -79,20 +71,9 @@ TEST_F(FileList, GrowsByItsRules)
     }
 }
 
-// The heap moves a block only when it has to; this one always does.
-HGLOBAL WINAPI movingGlobalReAlloc(HGLOBAL hBlock, SIZE_T cb, UINT uFlags)
-{
-    HGLOBAL hNew = GlobalAlloc(uFlags, cb);
-    memcpy(GlobalLock(hNew), GlobalLock(hBlock), GlobalSize(hBlock));
-    GlobalUnlock(hNew);
-    GlobalUnlock(hBlock);
-    GlobalFree(hBlock);
-    return hNew;
-}
-
 TEST_F(FileList, KeepsItsRowsWhileItGrowsAndMoves)
 {
-    ReplacedImport realloc(library(), "GlobalReAlloc", movingGlobalReAlloc);
+    Ledger ledger(false); // moves it each time
     bool fMoved = false;
     for (LONG n = 0; n < 2000; ++n) {
         XferFileList before = m_list;
@@ -184,47 +165,6 @@ TEST_F(FileList, RefusesWhatIsNoCell)
     XferFileList_vDestroy(nullptr);
 }
 
-// A ledger of the library's allocations, in which the n-th one fails.
-int s_nUntilFailure;
-int s_cTexts;
-int s_cBlocks;
-
-bool fails()
-{
-    return s_nUntilFailure > 0 && --s_nUntilFailure == 0;
-}
-
-HGLOBAL WINAPI fakeGlobalAlloc(UINT uFlags, SIZE_T cb)
-{
-    HGLOBAL hBlock = fails() ? nullptr : GlobalAlloc(uFlags, cb);
-    s_cBlocks += hBlock != nullptr;
-    return hBlock;
-}
-
-HGLOBAL WINAPI fakeGlobalReAlloc(HGLOBAL hBlock, SIZE_T cb, UINT uFlags)
-{
-    return fails() ? nullptr : GlobalReAlloc(hBlock, cb, uFlags);
-}
-
-HGLOBAL WINAPI fakeGlobalFree(HGLOBAL hBlock)
-{
-    --s_cBlocks;
-    return GlobalFree(hBlock);
-}
-
-void* fakeMalloc(size_t cb)
-{
-    void* p = fails() ? nullptr : malloc(cb);
-    s_cTexts += p != nullptr;
-    return p;
-}
-
-void fakeFree(void* p)
-{
-    --s_cTexts;
-    free(p);
-}
-
 // Fills a list as a selection does. Gives whether all went well; the list is gone after it.
 bool buildAndDestroy()
 {
@@ -253,42 +193,31 @@ bool buildAndDestroy()
 
 TEST(FileListMemory, EveryAllocationCanFailAndNothingLeaks)
 {
-    ReplacedImport alloc(library(), "GlobalAlloc", fakeGlobalAlloc);
-    ReplacedImport realloc(library(), "GlobalReAlloc", fakeGlobalReAlloc);
-    ReplacedImport free(library(), "GlobalFree", fakeGlobalFree);
-    ReplacedImport mallocText(library(), "malloc", fakeMalloc);
-    ReplacedImport freeText(library(), "free", fakeFree);
+    Ledger ledger;
     constexpr int ALLOCATIONS = 1 + 1 + 1 + 30;
-    for (int n = 1; n <= ALLOCATIONS; ++n) {
+    for (int n = 1; n <= ALLOCATIONS + 1; ++n) {
         SCOPED_TRACE(n);
-        s_nUntilFailure = n;
-        s_cTexts = s_cBlocks = 0;
+        ledger.failAt(n);
         // The second is a text that nobody waits for.
-        EXPECT_EQ(buildAndDestroy(), n == 2);
-        EXPECT_EQ(s_cTexts, 0);
-        EXPECT_EQ(s_cBlocks, 0);
+        EXPECT_EQ(buildAndDestroy(), n == 2 || n > ALLOCATIONS);
+        EXPECT_EQ(ledger.owed(), "");
     }
-    s_nUntilFailure = 0;
-    EXPECT_TRUE(buildAndDestroy());
-    EXPECT_EQ(s_cTexts, 0);
 }
 
 TEST(FileListMemory, AFailedTextLosesTheOldOne)
 {
-    ReplacedImport mallocText(library(), "malloc", fakeMalloc);
-    ReplacedImport freeText(library(), "free", fakeFree);
+    Ledger ledger;
     XferFileList list;
-    s_nUntilFailure = s_cTexts = 0;
     ASSERT_EQ(XferFileList_fCreate(&list), 1);
     EXPECT_EQ(XferFileList_fSetString(list, 0, 0, "old"), 1);
     EXPECT_EQ(XferFileList_fSetString(list, 0, 0, "new"), 1);
-    EXPECT_EQ(s_cTexts, 1);
-    s_nUntilFailure = 1;
+    EXPECT_EQ(ledger.count(), 2u); // the list and one text
+    ledger.failAt(1);
     EXPECT_EQ(XferFileList_fSetString(list, 0, 0, "third"), 0);
     EXPECT_EQ(textAt(list, 0, 0), "");
-    EXPECT_EQ(s_cTexts, 0);
+    EXPECT_EQ(ledger.count(), 1u);
     XferFileList_vDestroy(list);
-    EXPECT_EQ(s_cTexts, 0);
+    EXPECT_EQ(ledger.owed(), "");
 }
 
 } // namespace

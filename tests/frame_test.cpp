@@ -36,40 +36,35 @@ BOOL WINAPI countingDrawIcon(HDC hdc, int x, int y, HICON hicon)
 
 TEST_F(Frame, ProcedureAnswersByItsTable)
 {
-    struct Case {
+    const INT_PTR nIcon = reinterpret_cast<INT_PTR>(windowIcon());
+    const struct {
         UINT uMessage;
         WPARAM wParam;
         INT_PTR nOpen, nIcon;
-    };
-    const INT_PTR nIcon = reinterpret_cast<INT_PTR>(windowIcon());
-    const Case cases[] = {
-        {WM_ERASEBKGND, 0, 0, 1},
-        {WM_PAINT, 0, 0, 1},
-        {WM_QUERYDRAGICON, 0, nIcon, nIcon},
-        {WM_XFER_SHOWHINT, 0, 1, 1},
-        {WM_COMMAND, IDM_XFER_STOP, 0, 0},
-        {WM_COMMAND, 9999, 0, 0},
-        {WM_MENUSELECT, 0, 0, 0},
-        {WM_SHOWWINDOW, 0, 0, 0},
-        {WM_SIZE, SIZE_MINIMIZED, 0, 0},
-        {WM_CLOSE, 0, 0, 0},
-        {WM_GETMINMAXINFO, 0, 0, 0},
-    };
+    } cases[] = {{WM_ERASEBKGND, 0, 0, 1},
+                 {WM_PAINT, 0, 0, 1},
+                 {WM_QUERYDRAGICON, 0, nIcon, nIcon},
+                 {WM_XFER_SHOWHINT, 0, 1, 1},
+                 {WM_COMMAND, IDM_XFER_STOP, 0, 0},
+                 {WM_COMMAND, 9999, 0, 0},
+                 {WM_MENUSELECT, 0, 0, 0},
+                 {WM_SHOWWINDOW, 0, 0, 0},
+                 {WM_SIZE, SIZE_MINIMIZED, 0, 0},
+                 {WM_CLOSE, 0, 0, 0},
+                 {WM_GETMINMAXINFO, 0, 0, 0}};
     ReplacedImport draw(krhaul(), "DrawIcon", countingDrawIcon);
     create();
     EXPECT_NE(nIcon, 0);
     EXPECT_EQ(SendMessageA(m_hwnd, WM_QUERYDRAGICON, 0, 0), nIcon);
     EXPECT_EQ(SendMessageA(m_hwnd, WM_GETICON, ICON_BIG, 0), nIcon);
-    for (const Case& c : cases) {
-        EXPECT_EQ(ask(c.uMessage, c.wParam), c.nOpen) << c.uMessage;
+    for (bool fIcon : {false, true}) {
+        ShowWindow(m_hwnd, fIcon ? SW_MINIMIZE : SW_SHOW);
+        s_cIconsDrawn = 0;
+        for (const auto& c : cases) {
+            EXPECT_EQ(ask(c.uMessage, c.wParam), fIcon ? c.nIcon : c.nOpen) << c.uMessage;
+        }
+        EXPECT_EQ(s_cIconsDrawn, fIcon);
     }
-    EXPECT_EQ(s_cIconsDrawn, 0);
-    ShowWindow(m_hwnd, SW_MINIMIZE);
-    s_cIconsDrawn = 0;
-    for (const Case& c : cases) {
-        EXPECT_EQ(ask(c.uMessage, c.wParam), c.nIcon) << c.uMessage;
-    }
-    EXPECT_EQ(s_cIconsDrawn, 1);
 }
 
 TEST_F(Frame, ControlsStartAsTheWindowNeedsThem)
@@ -104,12 +99,11 @@ TEST_F(Frame, ControlsStartAsTheWindowNeedsThem)
 
 TEST_F(Frame, StaysAnIconWhenItsParentComesBack)
 {
-    struct Case {
+    const struct {
         std::vector<int> shows; // in this order
         WORD wReason;
         bool fIcon;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {{SW_MINIMIZE, SW_RESTORE}, SW_PARENTOPENING, false},
         {{SW_MINIMIZE, SW_MAXIMIZE}, 0, false},
         {{SW_MINIMIZE, SW_MAXIMIZE}, SW_PARENTCLOSING, false},
@@ -117,7 +111,7 @@ TEST_F(Frame, StaysAnIconWhenItsParentComesBack)
         {{SW_MINIMIZE, SW_MAXIMIZE, SW_RESTORE}, SW_PARENTOPENING, false},
     };
     create();
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         for (int nShow : c.shows) {
             ShowWindow(m_hwnd, nShow);
         }
@@ -132,16 +126,15 @@ TEST_F(Frame, StaysAnIconWhenItsParentComesBack)
 TEST_F(Frame, MinimisingLeavesTheControlsAlone)
 {
     create();
-    const RECT rcList = placeOf(m_hwnd, IDC_DANDD_HOSTFILES);
-    const RECT rcToolbar = placeOf(m_hwnd, IDC_DANDD_TOOLBAR);
-    ShowWindow(m_hwnd, SW_MINIMIZE);
-    EXPECT_EQ(placeOf(m_hwnd, IDC_DANDD_HOSTFILES), rcList);
-    EXPECT_EQ(placeOf(m_hwnd, IDC_DANDD_TOOLBAR), rcToolbar);
-    ShowWindow(m_hwnd, SW_MAXIMIZE);
-    EXPECT_GT(placeOf(m_hwnd, IDC_DANDD_HOSTFILES).right, rcList.right);
-    EXPECT_GT(placeOf(m_hwnd, IDC_DANDD_TOOLBAR).right, rcToolbar.right);
-    ShowWindow(m_hwnd, SW_RESTORE);
-    EXPECT_EQ(placeOf(m_hwnd, IDC_DANDD_HOSTFILES), rcList);
+    for (int id : {IDC_DANDD_HOSTFILES, IDC_DANDD_TOOLBAR}) {
+        const RECT rc = placeOf(m_hwnd, id);
+        ShowWindow(m_hwnd, SW_MINIMIZE);
+        EXPECT_EQ(placeOf(m_hwnd, id), rc);
+        ShowWindow(m_hwnd, SW_MAXIMIZE);
+        EXPECT_GT(placeOf(m_hwnd, id).right, rc.right);
+        ShowWindow(m_hwnd, SW_RESTORE);
+        EXPECT_EQ(placeOf(m_hwnd, id), rc);
+    }
 }
 
 TEST_F(Frame, BusyCursorShowsInsideTheFrame)
@@ -231,7 +224,7 @@ TEST_F(Frame, MenuShowsHints)
     }
     DrawnTexts texts;
     std::string shown;
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.idItem << " " << c.uFlags);
         UpdateWindow(m_hwnd);
         EXPECT_EQ(SendMessageA(m_hwnd, WM_MENUSELECT, MAKEWPARAM(c.idItem, c.uFlags),
@@ -247,12 +240,12 @@ TEST_F(Frame, MenuShowsHints)
     DestroyMenu(hmenuOther);
     // Without a hint for what isn't known there is still a word.
     ReplacedImport load(krhaul(), "LoadStringA", forgetfulLoadString);
-    s_missing = {IDM_XFER_RENAME};
-    SendMessageA(m_hwnd, WM_MENUSELECT, MAKEWPARAM(IDM_XFER_RENAME, 0), LPARAM(hmenuFile));
-    EXPECT_EQ(texts.strip(m_hwnd), stringOf(m_hEnglish, IDS_NOT_KNOWN));
-    s_missing = {IDM_XFER_RENAME, IDS_NOT_KNOWN};
-    SendMessageA(m_hwnd, WM_MENUSELECT, MAKEWPARAM(IDM_XFER_RENAME, 0), LPARAM(hmenuFile));
-    EXPECT_EQ(texts.strip(m_hwnd), "Unknown");
+    for (UINT idToo : {0, IDS_NOT_KNOWN}) {
+        s_missing = {IDM_XFER_RENAME, idToo};
+        SendMessageA(m_hwnd, WM_MENUSELECT, MAKEWPARAM(IDM_XFER_RENAME, 0), LPARAM(hmenuFile));
+        EXPECT_EQ(texts.strip(m_hwnd),
+                  idToo == 0 ? stringOf(m_hEnglish, IDS_NOT_KNOWN) : "Unknown");
+    }
 }
 
 TEST_F(Frame, ButtonsShowHints)
@@ -284,17 +277,13 @@ TEST_F(Frame, HelpBelongsToTheParentOrTheWindow)
         command(IDM_XFER_HELPSEARCH);
         const auto calls = help.take();
         ASSERT_EQ(calls.size(), 3u);
-        for (size_t n = 0; n < calls.size(); ++n) {
-            const HelpCalls::Call& call = calls[n];
+        for (const HelpCalls::Call& call : calls) {
             EXPECT_EQ(call.hwndOwner, hwndParent != nullptr ? hwndParent : m_hwnd);
             EXPECT_EQ(call.file, "KRDEMO.HLP");
-            EXPECT_EQ(call.uCommand, n < 2 ? UINT(HELP_CONTEXT) : UINT(HELP_PARTIALKEY));
-            if (n < 2) {
-                EXPECT_EQ(call.data, 812u);
-            } else {
-                EXPECT_STREQ(reinterpret_cast<const char*>(call.data), "");
-            }
+            EXPECT_EQ(call.uCommand, UINT(&call == &calls[2] ? HELP_PARTIALKEY : HELP_CONTEXT));
+            EXPECT_TRUE(&call == &calls[2] || call.data == 812);
         }
+        EXPECT_STREQ(reinterpret_cast<const char*>(calls[2].data), "");
         destroy();
     }
 }
@@ -303,39 +292,32 @@ TEST_F(Frame, ModeCommandsActOnChangesOnly)
 {
     create();
     vXferDandDSetBusyState(m_hwnd, 0);
-    struct Case {
+    const struct {
         DWORD nMode;
         size_t cCalls;
-        int idFocus;
-        int nPanes; // refresh and details, button bit
-    };
-    const Case cases[] = {
-        {1, 1, IDC_DANDD_COMMANDLINE, 0},
-        {1, 0, IDC_DANDD_COMMANDLINE, 0},
-        {0, 1, IDC_DANDD_LOCALFILTER, TOOLSTATE_ENABLED},
-        {0, 0, IDC_DANDD_LOCALFILTER, TOOLSTATE_ENABLED},
-    };
-    for (const Case& c : cases) {
+    } cases[] = {{1, 1}, {1, 0}, {0, 1}, {0, 0}};
+    for (const auto& c : cases) {
+        const bool fPanes = c.nMode == 0;
         // The callback comes before the change can be seen.
         m_caller.modes.clear();
         m_caller.whenModeChanges = [&] {
-            EXPECT_EQ(IsWindowVisible(item(IDC_DANDD_COMMANDLINE)) != 0, c.nMode == 0);
+            EXPECT_EQ(IsWindowVisible(item(IDC_DANDD_COMMANDLINE)) != 0, fPanes);
         };
         SetFocus(m_parent.hwnd());
         std::ofstream("made_now").close();
         setMode(c.nMode);
         EXPECT_EQ(m_caller.modes, std::vector<DWORD>(c.cCalls, c.nMode));
-        EXPECT_EQ(GetFocus(), item(c.idFocus));
-        EXPECT_EQ(IsWindowVisible(item(IDC_DANDD_COMMANDLINE)) != 0, c.nMode == 1);
+        EXPECT_EQ(GetFocus(), item(fPanes ? IDC_DANDD_LOCALFILTER : IDC_DANDD_COMMANDLINE));
+        EXPECT_EQ(IsWindowVisible(item(IDC_DANDD_COMMANDLINE)) != 0, !fPanes);
         for (UINT id : {IDM_XFER_REFRESH, IDM_XFER_DETAILS}) {
-            EXPECT_EQ(buttonState(m_hwnd, id), c.nPanes);
-            EXPECT_EQ(itemState(m_hwnd, id), c.nPanes ? 0u : UINT(MF_GRAYED | MF_DISABLED));
+            EXPECT_EQ(buttonState(m_hwnd, id), fPanes ? TOOLSTATE_ENABLED : 0);
+            EXPECT_EQ(itemState(m_hwnd, id), fPanes ? 0u : UINT(MF_GRAYED | MF_DISABLED));
         }
         LRESULT nFound = SendMessageA(item(IDC_DANDD_LOCALFILES), LB_FINDSTRINGEXACT, WPARAM(-1),
                                       LPARAM("made_now"));
-        EXPECT_EQ(nFound != LB_ERR, c.nMode == 0);
+        EXPECT_EQ(nFound != LB_ERR, fPanes);
         DeleteFileA("made_now");
-        if (c.nMode == 0) {
+        if (fPanes) {
             vXferDandDRefreshLocalFiles(m_hwnd);
         }
     }

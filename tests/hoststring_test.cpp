@@ -61,21 +61,14 @@ const Case CASES[] = {
     {"@ @H", "h", "l", {"h"}, 0, 1},
 };
 
-TEST(HostString, SendsPieceByPiece)
+TEST(HostString, SendsPieceByPieceAndTellsWhatIsInvalid)
 {
     for (const Case& c : CASES) {
         SCOPED_TRACE(c.pszTemplate == nullptr ? "null" : c.pszTemplate);
         Sent sent;
+        DWORD dwPosition = 99;
         EXPECT_EQ(translate(c.pszTemplate, c.pszHost, c.pszLocal, &sent), 0);
         EXPECT_EQ(sent.pieces, c.pieces);
-    }
-}
-
-TEST(HostString, TellsWhereATemplateIsInvalid)
-{
-    for (const Case& c : CASES) {
-        SCOPED_TRACE(c.pszTemplate == nullptr ? "null" : c.pszTemplate);
-        DWORD dwPosition = 99;
         EXPECT_EQ(fXferValidHCS(c.pszTemplate, &dwPosition), c.fValid);
         EXPECT_EQ(dwPosition, c.dwPosition);
         EXPECT_EQ(fXferValidHCS(c.pszTemplate, nullptr), c.fValid);
@@ -122,13 +115,6 @@ TEST(HostString, PausesForASecondAlsoAcrossTheOverflow)
     }
 }
 
-int s_cMeasured;
-int WINAPI countingLength(LPCSTR psz)
-{
-    ++s_cMeasured;
-    return lstrlenA(psz);
-}
-
 TEST(HostString, LongTemplatesMeasureTheNamesOnce)
 {
     std::string name(259, 'n');
@@ -136,11 +122,10 @@ TEST(HostString, LongTemplatesMeasureTheNamesOnce)
     for (int n = 0; n < 50000; ++n) {
         longTemplate += n % 100 == 0 ? "@H" : "xy";
     }
-    ReplacedImport length(GetModuleHandleA("KRHAUL.DLL"), "lstrlenA", countingLength);
+    CountedCalls<decltype(lstrlenA)> lengths(GetModuleHandleA("KRHAUL.DLL"), "lstrlenA");
     Sent sent;
-    s_cMeasured = 0;
     EXPECT_EQ(translate(longTemplate.c_str(), name.c_str(), "l", &sent), 0);
-    EXPECT_EQ(s_cMeasured, 2);
+    EXPECT_EQ(lengths.take(), 2);
     EXPECT_EQ(sent.pieces.size(), 500u + 99000u);
     EXPECT_EQ(sent.pieces[0], name);
     EXPECT_EQ(fXferValidHCS((longTemplate + "@").c_str(), nullptr), 0);

@@ -2,12 +2,14 @@
 // made in a copy of the English module, and has to be reported.
 #include "../resources/ids.h"
 #include "support/pe.h"
+#include "support/windows.h"
 
 #include <contract.h>
 #include <resread.h>
 
 #include <gtest/gtest.h>
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -43,18 +45,11 @@ protected:
     }
     void TearDown() override
     {
-        for (const std::string& file : m_files)
-            DeleteFileA(file.c_str());
-        RemoveDirectoryA(m_folder.c_str());
-    }
-    std::string newFile(const std::string& name)
-    {
-        m_files.push_back(m_folder + name);
-        return m_files.back();
+        std::filesystem::remove_all(m_folder);
     }
     std::string copyOf(const std::string& module, const std::string& name)
     {
-        const std::string file = newFile(name);
+        const std::string file = m_folder + name;
         EXPECT_TRUE(CopyFileA(module.c_str(), file.c_str(), FALSE)) << module;
         return file;
     }
@@ -66,28 +61,17 @@ protected:
         for (const std::string& file : files)
             command += " \"" + file + "\"";
         SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
-        const std::string file = newFile("report.txt");
-        STARTUPINFOA start = {};
-        start.cb = sizeof start;
-        start.dwFlags = STARTF_USESTDHANDLES;
-        start.hStdOutput = CreateFileA(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherited,
-                                       CREATE_ALWAYS, 0, nullptr);
-        PROCESS_INFORMATION process = {};
-        DWORD dwExit = MAXDWORD;
-        EXPECT_TRUE(CreateProcessA(nullptr, &command[0], nullptr, nullptr, TRUE, 0, nullptr,
-                                   nullptr, &start, &process));
-        WaitForSingleObject(process.hProcess, INFINITE);
-        GetExitCodeProcess(process.hProcess, &dwExit);
-        CloseHandle(process.hThread);
-        CloseHandle(process.hProcess);
-        CloseHandle(start.hStdOutput);
+        const std::string file = m_folder + "report.txt";
+        HANDLE hOutput = CreateFileA(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherited,
+                                     CREATE_ALWAYS, 0, nullptr);
+        const DWORD dwExit = runProgram(command, hOutput);
+        CloseHandle(hOutput);
         std::ifstream stream(file);
         *report = "\n" + std::string(std::istreambuf_iterator<char>(stream), {});
         return dwExit;
     }
 
     std::string m_folder;
-    std::vector<std::string> m_files;
 };
 
 TEST_F(LanguageModule, AllAreWhole)
@@ -119,14 +103,13 @@ TEST_F(LanguageModule, AllHoldResourcesAloneAndLoadTwice)
     }
 }
 
-// Changes of a resource's bytes. Each gives false if it didn't find what to change.
-using Change = std::function<bool(Bytes&)>;
+// A change of a resource's bytes. It gives false if it didn't find what to change.
+struct Change {
+    std::function<bool(Bytes&)> run; // none: the resource itself goes
+    UINT idString = 0;               // 0 for a template or the menu
+};
 
-constexpr WORD BUTTON = 0x80;
-constexpr WORD EDIT = 0x81;
-constexpr WORD STATIC = 0x82;
-constexpr WORD LISTBOX = 0x83;
-constexpr WORD COMBOBOX = 0x85;
+constexpr WORD EDIT = 0x81; // a class of controls
 
 // Places in the record of a control, counted from its id.
 constexpr int STYLE_AT = -16;
@@ -137,266 +120,240 @@ constexpr int CY_AT = -2;
 constexpr int ID_AT = 0;
 constexpr int CLASS_AT = 4;
 
+template <typename Value> Value get(const Bytes& bytes, size_t pos)
+{
+    Value value;
+    memcpy(&value, &bytes[pos], sizeof value);
+    return value;
+}
+
 template <typename Value> void put(Bytes& bytes, size_t pos, Value value)
 {
     memcpy(&bytes[pos], &value, sizeof value);
 }
 
-size_t findBytes(const Bytes& bytes, const void* what, size_t cb)
+size_t findText(const Bytes& bytes, const std::wstring& text)
 {
-    const BYTE* first = static_cast<const BYTE*>(what);
-    const auto found = std::search(bytes.begin(), bytes.end(), first, first + cb);
+    const BYTE* first = reinterpret_cast<const BYTE*>(text.data());
+    const auto found =
+        std::search(bytes.begin(), bytes.end(), first, first + text.size() * sizeof(wchar_t));
     return found == bytes.end() ? 0 : static_cast<size_t>(found - bytes.begin());
 }
 
-size_t findControl(const Bytes& bytes, WORD id, WORD wClass)
+// A control's id stands before the number of its class.
+size_t findControl(const Bytes& bytes, WORD id)
 {
-    const WORD pattern[] = {id, 0xFFFF, wClass};
-    return findBytes(bytes, pattern, sizeof pattern);
+    for (size_t pos = 18; pos + 6 <= bytes.size(); pos += sizeof(WORD))
+        if (get<WORD>(bytes, pos) == id && get<WORD>(bytes, pos + 2) == 0xFFFF &&
+            get<WORD>(bytes, pos + 4) >= 0x80 && get<WORD>(bytes, pos + 4) <= 0x85)
+            return pos;
+    return 0;
 }
 
-Change setWord(WORD id, WORD wClass, int offset, WORD value)
+// Puts a value some bytes from a place that is found; 0 is none.
+template <typename Find, typename Value> Change putAt(Find find, int offset, Value value)
 {
-    return [=](Bytes& bytes) {
-        const size_t pos = findControl(bytes, id, wClass);
+    return {[=](Bytes& bytes) {
+        const size_t pos = find(bytes);
         if (pos)
             put(bytes, pos + static_cast<size_t>(offset), value);
         return pos != 0;
-    };
+    }};
 }
 
-Change setStyle(WORD id, WORD wClass, DWORD clear, DWORD set)
+Change setWord(WORD id, int offset, WORD value)
 {
-    return [=](Bytes& bytes) {
-        const size_t pos = findControl(bytes, id, wClass) + static_cast<size_t>(STYLE_AT);
-        if (pos >= bytes.size())
-            return false;
-        DWORD style;
-        memcpy(&style, &bytes[pos], sizeof style);
-        put(bytes, pos, (style & ~clear) | set);
-        return true;
-    };
+    return putAt([=](const Bytes& bytes) { return findControl(bytes, id); }, offset, value);
 }
 
-Change setDword(size_t pos, DWORD value)
+Change setStyle(WORD id, DWORD clear, DWORD set)
 {
-    return [=](Bytes& bytes) {
-        put(bytes, pos, value);
+    return {[=](Bytes& bytes) {
+        const size_t pos = findControl(bytes, id) + static_cast<size_t>(STYLE_AT);
+        if (pos < bytes.size())
+            put(bytes, pos, (get<DWORD>(bytes, pos) & ~clear) | set);
+        return pos < bytes.size();
+    }};
+}
+
+// The first bytes: the style of a template, or what kind of template or menu it is.
+Change setStart(DWORD value)
+{
+    return {[=](Bytes& bytes) {
+        put(bytes, 0, value);
         return true;
-    };
+    }};
 }
 
 // Both texts must be equally long.
 Change setText(std::wstring from, std::wstring to)
 {
-    return [=](Bytes& bytes) {
-        const size_t cb = from.size() * sizeof(wchar_t);
-        const size_t pos = findBytes(bytes, from.c_str(), cb);
-        if (!pos || from.size() != to.size())
-            return false;
-        memcpy(&bytes[pos], to.c_str(), cb);
-        return true;
-    };
-}
-
-Change cutInHalf()
-{
-    return [](Bytes& bytes) {
-        bytes.resize(bytes.size() / 2);
-        return true;
-    };
+    return {[=](Bytes& bytes) {
+        const size_t pos = findText(bytes, from);
+        if (pos && from.size() == to.size())
+            memcpy(&bytes[pos], to.c_str(), to.size() * sizeof(wchar_t));
+        return pos && from.size() == to.size();
+    }};
 }
 
 // The word that stands some bytes before a text. A menu item is its flags, its id and its text;
 // a popup has no id. The size of a font stands before its name.
-constexpr size_t LAST = sizeof(WORD);
-constexpr size_t LAST_BUT_ONE = 2 * sizeof(WORD);
+constexpr int LAST = -2;
+constexpr int LAST_BUT_ONE = -4;
 
-Change setBefore(std::wstring text, size_t before, WORD value)
+Change setBefore(std::wstring text, int before, WORD value)
 {
-    return [=](Bytes& bytes) {
-        const size_t pos = findBytes(bytes, text.c_str(), text.size() * sizeof(wchar_t));
-        if (pos)
-            put(bytes, pos - before, value);
-        return pos != 0;
-    };
+    return putAt([=](const Bytes& bytes) { return findText(bytes, text); }, before, value);
+}
+
+Change cutInHalf()
+{
+    return {[](Bytes& bytes) {
+        bytes.resize(bytes.size() / 2);
+        return true;
+    }};
 }
 
 Change setAll(std::vector<WORD> words)
 {
-    return [=](Bytes& bytes) {
+    return {[=](Bytes& bytes) {
         const BYTE* first = reinterpret_cast<const BYTE*>(words.data());
         bytes.assign(first, first + words.size() * sizeof(WORD));
         return true;
-    };
+    }};
 }
 
-// A block of 16 strings, each with its length before it.
+// In a block of 16 strings, each with its length before it.
 Change setString(UINT id, std::wstring text)
 {
-    return [=](Bytes& bytes) {
-        Bytes made;
+    auto change = [=](Bytes& bytes) {
         size_t pos = 0;
-        for (UINT i = 0; i < 16; i++) {
-            WORD cch;
-            memcpy(&cch, &bytes[pos], sizeof cch);
-            const size_t cb = sizeof cch + cch * sizeof(wchar_t);
-            if (i == id % 16) {
-                const size_t start = made.size();
-                made.resize(start + sizeof cch + text.size() * sizeof(wchar_t));
-                put(made, start, static_cast<WORD>(text.size()));
-                memcpy(&made[start + sizeof cch], text.c_str(), text.size() * sizeof(wchar_t));
-            } else {
-                made.insert(made.end(), &bytes[pos], &bytes[pos] + cb);
-            }
-            pos += cb;
-        }
-        bytes = made;
+        for (UINT i = 0; i < id % 16; i++)
+            pos += sizeof(WORD) + get<WORD>(bytes, pos) * sizeof(wchar_t);
+        const std::wstring made = static_cast<wchar_t>(text.size()) + text;
+        const BYTE* first = reinterpret_cast<const BYTE*>(made.data());
+        const size_t cbOld = sizeof(WORD) + get<WORD>(bytes, pos) * sizeof(wchar_t);
+        const auto at = bytes.begin() + static_cast<std::ptrdiff_t>(pos);
+        bytes.insert(bytes.erase(at, at + static_cast<std::ptrdiff_t>(cbOld)), first,
+                     first + made.size() * sizeof(wchar_t));
         return true;
     };
+    return {change, id};
 }
 
 struct Break {
-    const char* says; // a line that the report must hold
-    const char* name; // of a template, or "MENUDANDD"; null for a string
-    Change change;    // none: the resource itself goes
-    UINT idString;
+    // A line that the report must hold. A change that isn't one of a string belongs to what it
+    // begins with: the menu, or the name of a template; any will do for none.
+    std::string says;
+    Change change;
 };
 
 const Break BREAKS[] = {
     // A copy that is rewritten with nothing changed stays whole; otherwise what follows could be
     // faults of the rewriting.
-    {"0 found", "DLGCOPY", [](Bytes&) { return true; }, 0},
+    {"0 found", {[](Bytes&) { return true; }}},
     // templates as a whole
-    {"DLGVIEW: the template is missing", "DLGVIEW", nullptr, 0},
-    {"DLGCOPY: a DIALOGEX template can't be loaded below version 4", "DLGCOPY",
-     setDword(0, 0xFFFF0001), 0},
-    {"DLGXFER: the template is broken", "DLGXFER", cutInHalf(), 0},
-    {"DLGXFER: needs WS_VISIBLE", "DLGXFER", setDword(0, WS_POPUP | WS_CAPTION | DS_SETFONT), 0},
-    {"DLGVIEW: must not have WS_CHILD", "DLGVIEW", setDword(0, WS_CHILD | DS_SETFONT), 0},
-    {"DLGVIEW: no font", "DLGVIEW", setBefore(L"MS Sans Serif", LAST, 0), 0},
+    {"DLGVIEW: the template is missing", {}},
+    {"DLGCOPY: a DIALOGEX template can't be loaded below version 4", setStart(0xFFFF0001)},
+    {"DLGXFER: the template is broken", cutInHalf()},
+    {"DLGXFER: needs WS_VISIBLE", setStart(WS_POPUP | WS_CAPTION | DS_SETFONT)},
+    {"DLGVIEW: must not have WS_CHILD", setStart(WS_CHILD | DS_SETFONT)},
+    {"DLGVIEW: no font", setBefore(L"MS Sans Serif", LAST, 0)},
     // controls
-    {"DLGMKDIR: control 103 is missing", "DLGMKDIR", setWord(IDC_DIR_NAME, EDIT, ID_AT, 0xFFFF), 0},
-    {"DLGMKDIR: control 99 is unknown", "DLGMKDIR", setWord(IDC_DIR_NAME, EDIT, ID_AT, 99), 0},
-    {"DLGCOPY: control 104 stands twice", "DLGCOPY",
-     setWord(IDC_COPY_TARGET, EDIT, ID_AT, IDC_COPY_SOURCE), 0},
-    {"DLGDANDD: control 223 has the class EDIT instead of LISTBOX", "DLGDANDD",
-     setWord(IDC_DANDD_LOCALFILES, LISTBOX, CLASS_AT, EDIT), 0},
-    {"DLGDANDD: control 223 must not have LBS_SORT", "DLGDANDD",
-     setStyle(IDC_DANDD_LOCALFILES, LISTBOX, 0, LBS_SORT), 0},
-    {"DLGDANDD: control 209 needs LBS_MULTICOLUMN", "DLGDANDD",
-     setStyle(IDC_DANDD_HOSTFILES, LISTBOX, LBS_MULTICOLUMN, 0), 0},
-    {"DLGDANDD: control 208 must not have a multiple style", "DLGDANDD",
-     setStyle(IDC_DANDD_HOSTDIRS, LISTBOX, 0, LBS_EXTENDEDSEL), 0},
-    {"DLGDANDD: control 224 needs LBS_NOTIFY", "DLGDANDD",
-     setStyle(IDC_DANDD_LOCALDIRS, LISTBOX, LBS_NOTIFY, 0), 0},
-    {"DLGDANDD: control 211 needs CBS_HASSTRINGS", "DLGDANDD",
-     setStyle(IDC_DANDD_LOCALDRIVES, COMBOBOX, CBS_HASSTRINGS, 0), 0},
-    {"DLGDANDD: control 201 needs ES_AUTOHSCROLL", "DLGDANDD",
-     setStyle(IDC_DANDD_INFOLINE, EDIT, ES_AUTOHSCROLL, 0), 0},
-    {"DLGXFER: control 201 must not have LBS_HASSTRINGS", "DLGXFER",
-     setStyle(IDC_STAT_PARENT, LISTBOX, 0, LBS_HASSTRINGS), 0},
-    {"DLGXFER: control 201 must not be visible", "DLGXFER",
-     setStyle(IDC_STAT_PARENT, LISTBOX, 0, WS_VISIBLE), 0},
-    {"DLGXFER: control 105 is not visible", "DLGXFER",
-     setStyle(IDC_STAT_STATUS, STATIC, WS_VISIBLE, 0), 0},
-    {"DLGDEL: control 104 is no tab stop", "DLGDEL", setStyle(IDC_DEL_NAME, EDIT, WS_TABSTOP, 0),
-     0},
-    {"DLGDEL: button 1 must be the default button", "DLGDEL",
-     setStyle(IDOK, BUTTON, BS_DEFPUSHBUTTON, 0), 0},
-    {"DLGDEL: button 2 must not be the default button", "DLGDEL",
-     setStyle(IDCANCEL, BUTTON, 0, BS_DEFPUSHBUTTON), 0},
-    {"DLGCONFIRM: control 107 needs BS_AUTOCHECKBOX", "DLGCONFIRM",
-     setStyle(IDC_CONFIRM_LOCALDELETE, BUTTON, BS_AUTOCHECKBOX, BS_CHECKBOX), 0},
+    {"DLGMKDIR: control 103 is missing", setWord(IDC_DIR_NAME, ID_AT, 0xFFFF)},
+    {"DLGMKDIR: control 99 is unknown", setWord(IDC_DIR_NAME, ID_AT, 99)},
+    {"DLGCOPY: control 104 stands twice", setWord(IDC_COPY_TARGET, ID_AT, IDC_COPY_SOURCE)},
+    {"DLGDANDD: control 223 has the class EDIT instead of LISTBOX",
+     setWord(IDC_DANDD_LOCALFILES, CLASS_AT, EDIT)},
+    {"DLGDANDD: control 223 must not have LBS_SORT", setStyle(IDC_DANDD_LOCALFILES, 0, LBS_SORT)},
+    {"DLGDANDD: control 209 needs LBS_MULTICOLUMN",
+     setStyle(IDC_DANDD_HOSTFILES, LBS_MULTICOLUMN, 0)},
+    {"DLGDANDD: control 208 must not have a multiple style",
+     setStyle(IDC_DANDD_HOSTDIRS, 0, LBS_EXTENDEDSEL)},
+    {"DLGDANDD: control 224 needs LBS_NOTIFY", setStyle(IDC_DANDD_LOCALDIRS, LBS_NOTIFY, 0)},
+    {"DLGDANDD: control 211 needs CBS_HASSTRINGS",
+     setStyle(IDC_DANDD_LOCALDRIVES, CBS_HASSTRINGS, 0)},
+    {"DLGDANDD: control 201 needs ES_AUTOHSCROLL", setStyle(IDC_DANDD_INFOLINE, ES_AUTOHSCROLL, 0)},
+    {"DLGXFER: control 201 must not have LBS_HASSTRINGS",
+     setStyle(IDC_STAT_PARENT, 0, LBS_HASSTRINGS)},
+    {"DLGXFER: control 201 must not be visible", setStyle(IDC_STAT_PARENT, 0, WS_VISIBLE)},
+    {"DLGXFER: control 105 is not visible", setStyle(IDC_STAT_STATUS, WS_VISIBLE, 0)},
+    {"DLGDEL: control 104 is no tab stop", setStyle(IDC_DEL_NAME, WS_TABSTOP, 0)},
+    {"DLGDEL: button 1 must be the default button", setStyle(IDOK, BS_DEFPUSHBUTTON, 0)},
+    {"DLGDEL: button 2 must not be the default button", setStyle(IDCANCEL, 0, BS_DEFPUSHBUTTON)},
+    {"DLGCONFIRM: control 107 needs BS_AUTOCHECKBOX",
+     setStyle(IDC_CONFIRM_LOCALDELETE, BS_AUTOCHECKBOX, BS_CHECKBOX)},
     // radio buttons
-    {"DLGCOPY: control 102 needs BS_AUTORADIOBUTTON", "DLGCOPY",
-     setStyle(IDC_COPY_SEND, BUTTON, BS_AUTORADIOBUTTON, BS_RADIOBUTTON), 0},
-    {"DLGCOPY: radio button 102 must begin a group", "DLGCOPY",
-     setStyle(IDC_COPY_SEND, BUTTON, WS_GROUP, 0), 0},
-    {"DLGCOPY: radio button 103 must not begin a group", "DLGCOPY",
-     setStyle(IDC_COPY_RECEIVE, BUTTON, 0, WS_GROUP), 0},
-    {"DLGCOPY: the group of radio button 102 has 2 tab stops", "DLGCOPY",
-     setStyle(IDC_COPY_RECEIVE, BUTTON, 0, WS_TABSTOP), 0},
-    {"DLGVIEW: control 1 behind the radio buttons must begin a group", "DLGVIEW",
-     setStyle(IDOK, BUTTON, WS_GROUP, 0), 0},
+    {"DLGCOPY: control 102 needs BS_AUTORADIOBUTTON",
+     setStyle(IDC_COPY_SEND, BS_AUTORADIOBUTTON, BS_RADIOBUTTON)},
+    {"DLGCOPY: radio button 102 must begin a group", setStyle(IDC_COPY_SEND, WS_GROUP, 0)},
+    {"DLGCOPY: radio button 103 must not begin a group", setStyle(IDC_COPY_RECEIVE, 0, WS_GROUP)},
+    {"DLGCOPY: the group of radio button 102 has 2 tab stops",
+     setStyle(IDC_COPY_RECEIVE, 0, WS_TABSTOP)},
+    {"DLGVIEW: control 1 behind the radio buttons must begin a group", setStyle(IDOK, WS_GROUP, 0)},
     // mnemonics
-    {"DLGVIEW: mnemonic H stands twice", "DLGVIEW", setText(L"H&ost", L"&Host"), 0},
-    {"DLGDANDD: mnemonic E stands twice", "DLGDANDD", setText(L"&Drive", L"Driv&e"), 0},
-    {"DLGVIEW: button 104 has no mnemonic", "DLGVIEW", setText(L"&Help", L"Help&"), 0},
-    {"DLGVIEW: control 103 has no label with a mnemonic before it", "DLGVIEW",
-     setText(L"&File", L" File"), 0},
-    {"DLGXFER: mnemonic H of string 1505 stands twice", nullptr,
-     setString(IDS_STAT_BUTTON2, L"&Hop"), IDS_STAT_BUTTON2},
+    {"DLGVIEW: mnemonic H stands twice", setText(L"H&ost", L"&Host")},
+    {"DLGDANDD: mnemonic E stands twice", setText(L"&Drive", L"Driv&e")},
+    {"DLGVIEW: button 104 has no mnemonic", setText(L"&Help", L"Help&")},
+    {"DLGVIEW: control 103 has no label with a mnemonic before it", setText(L"&File", L" File")},
+    {"DLGXFER: mnemonic H of string 1505 stands twice", setString(IDS_STAT_BUTTON2, L"&Hop")},
     // letters that the code page lacks
-    {"DLGVIEW: \"?ocation\" has letters that code page 1252 lacks", "DLGVIEW",
-     setText(L"Location", L"\x05D0ocation"), 0},
-    {"menu: \"Det&ail?\" has letters that code page 1252 lacks", "MENUDANDD",
-     setText(L"Det&ails", L"Det&ail\x05D0"), 0},
-    {"string 1500: \"?\" has letters that code page 1252 lacks", nullptr,
-     setString(IDS_STAT_LABEL, L"\x05D0"), IDS_STAT_LABEL},
+    {"DLGVIEW: \"?ocation\" has letters that code page 1252 lacks",
+     setText(L"Location", L"\x05D0ocation")},
+    {"menu: \"Det&ail?\" has letters that code page 1252 lacks",
+     setText(L"Det&ails", L"Det&ail\x05D0")},
+    {"string 1500: \"?\" has letters that code page 1252 lacks",
+     setString(IDS_STAT_LABEL, L"\x05D0")},
     // looks
-    {"DLGCOPY: \"Cancel\" doesn't fit its control", "DLGCOPY", setWord(IDCANCEL, BUTTON, CX_AT, 20),
-     0},
-    {"DLGXFER: \"Saved under this name:\" doesn't fit control 115", nullptr,
-     setString(IDS_STAT_LABEL, L"Saved under this name:"), IDS_STAT_LABEL},
-    {"DLGXFER: \"1193:02:47\" doesn't fit control 110", "DLGXFER",
-     setWord(IDC_STAT_ELAPSED, STATIC, CX_AT, 20), 0},
-    {"DLGDANDD: \"mmmmmmmmmmmmmmmmmmmmmmmm\" doesn't fit control 213", nullptr,
-     setString(IDS_TYPE1_NAME, std::wstring(24, L'm')), IDS_TYPE1_NAME},
-    {"DLGCOPY: controls 1 and 2 overlap", "DLGCOPY", setWord(IDCANCEL, BUTTON, Y_AT, 15), 0},
-    {"DLGCOPY: control 2 lies outside the dialog", "DLGCOPY", setWord(IDCANCEL, BUTTON, X_AT, 190),
-     0},
-    {"DLGDANDD: control 201 lies on the message strip", "DLGDANDD",
-     setWord(IDC_DANDD_INFOLINE, EDIT, CY_AT, 44), 0},
-    {"string 247 doesn't fit the message strip", nullptr,
-     setString(IDM_XFER_DETAILS, std::wstring(70, L'm')), IDM_XFER_DETAILS},
+    {"DLGCOPY: \"Cancel\" doesn't fit its control", setWord(IDCANCEL, CX_AT, 20)},
+    {"DLGXFER: \"Saved under this name:\" doesn't fit control 115",
+     setString(IDS_STAT_LABEL, L"Saved under this name:")},
+    {"DLGXFER: \"1193:02:47\" doesn't fit control 110", setWord(IDC_STAT_ELAPSED, CX_AT, 20)},
+    {"DLGDANDD: \"mmmmmmmmmmmmmmmmmmmmmmmm\" doesn't fit control 213",
+     setString(IDS_TYPE1_NAME, std::wstring(24, L'm'))},
+    {"DLGCOPY: controls 1 and 2 overlap", setWord(IDCANCEL, Y_AT, 15)},
+    {"DLGCOPY: control 2 lies outside the dialog", setWord(IDCANCEL, X_AT, 190)},
+    {"DLGDANDD: control 201 lies on the message strip", setWord(IDC_DANDD_INFOLINE, CY_AT, 44)},
+    {"string 247 doesn't fit the message strip",
+     setString(IDM_XFER_DETAILS, std::wstring(70, L'm'))},
     // the menu
-    {"menu: missing", "MENUDANDD", nullptr, 0},
-    {"menu: a MENUEX menu can't be loaded below version 4", "MENUDANDD", setDword(0, 1), 0},
-    {"menu: broken", "MENUDANDD", cutInHalf(), 0},
-    {"menu: command 251 is missing", "MENUDANDD", setBefore(L"Select &All", LAST, IDM_XFER_COPY),
-     0},
-    {"menu: command 249 stands twice", "MENUDANDD", setBefore(L"Select &All", LAST, IDM_XFER_COPY),
-     0},
-    {"menu: command 253 is unknown", "MENUDANDD", setBefore(L"Select &All", LAST, 253), 0},
-    {"menu: command 249 is not in popup 1", "MENUDANDD",
-     setBefore(L"&Transfer", LAST, IDM_XFER_COPY), 0},
-    {"menu: command 256 must start enabled", "MENUDANDD",
-     setBefore(L"&Stop", LAST_BUT_ONE, MF_GRAYED | MF_END), 0},
-    {"menu: command 206 must start grey", "MENUDANDD", setBefore(L"&Transfer", LAST_BUT_ONE, 0), 0},
-    {"menu: 4 popups instead of 5", "MENUDANDD", setBefore(L"&Options", LAST, MF_POPUP | MF_END),
-     0},
-    {"menu: the bar holds command 206", "MENUDANDD",
-     setAll({0, 0, MF_END, IDM_XFER_TRANSFER, 'T', 0}), 0},
-    {"menu: popup 0 holds a popup, which has no hint", "MENUDANDD",
+    {"menu: missing", {}},
+    {"menu: a MENUEX menu can't be loaded below version 4", setStart(1)},
+    {"menu: broken", cutInHalf()},
+    {"menu: command 251 is missing", setBefore(L"Select &All", LAST, IDM_XFER_COPY)},
+    {"menu: command 249 stands twice", setBefore(L"Select &All", LAST, IDM_XFER_COPY)},
+    {"menu: command 253 is unknown", setBefore(L"Select &All", LAST, 253)},
+    {"menu: command 249 is not in popup 1", setBefore(L"&Transfer", LAST, IDM_XFER_COPY)},
+    {"menu: command 256 must start enabled", setBefore(L"&Stop", LAST_BUT_ONE, MF_GRAYED | MF_END)},
+    {"menu: command 206 must start grey", setBefore(L"&Transfer", LAST_BUT_ONE, 0)},
+    {"menu: 4 popups instead of 5", setBefore(L"&Options", LAST, MF_POPUP | MF_END)},
+    {"menu: the bar holds command 206", setAll({0, 0, MF_END, IDM_XFER_TRANSFER, 'T', 0})},
+    {"menu: popup 0 holds a popup, which has no hint",
      setAll({0, 0, MF_POPUP | MF_END, 'F', 0, MF_POPUP | MF_END, 'G', 0, MF_END, IDM_XFER_TRANSFER,
-             'T', 0}),
-     0},
-    {"menu popup 0: mnemonic T stands twice", "MENUDANDD", setText(L"Det&ails", L"De&tails"), 0},
-    {"menu popup 1: \" Copy\" has no mnemonic", "MENUDANDD", setText(L"&Copy", L" Copy"), 0},
-    {"menu bar: mnemonic F stands twice", "MENUDANDD", setText(L"&Edit", L"&Fdit"), 0},
+             'T', 0})},
+    {"menu popup 0: mnemonic T stands twice", setText(L"Det&ails", L"De&tails")},
+    {"menu popup 1: \" Copy\" has no mnemonic", setText(L"&Copy", L" Copy")},
+    {"menu bar: mnemonic F stands twice", setText(L"&Edit", L"&Fdit")},
     // strings
-    {"string 1556 is missing", nullptr, setString(IDS_SELECTION_SUM, L""), IDS_SELECTION_SUM},
-    {"string 256 is missing", nullptr, setString(IDM_XFER_STOP, L""), IDM_XFER_STOP},
-    {"string 3104 is missing", nullptr, setString(IDS_POPUP5_HINT, L""), IDS_POPUP5_HINT},
-    {"string 1504 has more than 9 characters", nullptr, setString(IDS_STAT_BUTTON1, L"&123456789"),
-     IDS_STAT_BUTTON1},
-    {"string 1507 has more than 19 characters", nullptr,
-     setString(IDS_LOCAL_FAILED, L"123456789012345678%s"), IDS_LOCAL_FAILED},
-    {"string 428 has the placeholders \"n\" instead of \"s\"", nullptr,
-     setString(IDS_DELETE_TEXT, L"Delete %d?"), IDS_DELETE_TEXT},
-    {"string 1556 has the placeholders \"n\" instead of \"nn\"", nullptr,
-     setString(IDS_SELECTION_SUM, L"%lu files, 100%% of them"), IDS_SELECTION_SUM},
-    {"string 1562 has the placeholders \"?\" instead of \"n\"", nullptr,
-     setString(IDS_THERMO_COUNT, L"%hu"), IDS_THERMO_COUNT},
-    {"string 205 has the placeholders \"s\" instead of \"\"", nullptr,
-     setString(IDM_XFER_HELP, L"Help on %s"), IDM_XFER_HELP},
-    {"string 1531 is not a mask of at most 8 and 3 characters", nullptr,
-     setString(IDS_TYPE2_MASK, L"*.html"), IDS_TYPE2_MASK},
-    {"string 1529 is not a mask of at most 8 and 3 characters", nullptr,
-     setString(IDS_TYPE1_MASK, L"*.c;*.h"), IDS_TYPE1_MASK},
-    {"string 1505 has no mnemonic", nullptr, setString(IDS_STAT_BUTTON2, L"Skip"),
-     IDS_STAT_BUTTON2},
+    {"string 1556 is missing", setString(IDS_SELECTION_SUM, L"")},
+    {"string 256 is missing", setString(IDM_XFER_STOP, L"")},
+    {"string 3104 is missing", setString(IDS_POPUP5_HINT, L"")},
+    {"string 1504 has more than 9 characters", setString(IDS_STAT_BUTTON1, L"&123456789")},
+    {"string 1507 has more than 19 characters",
+     setString(IDS_LOCAL_FAILED, L"123456789012345678%s")},
+    {"string 428 has the placeholders \"n\" instead of \"s\"",
+     setString(IDS_DELETE_TEXT, L"Delete %d?")},
+    {"string 1556 has the placeholders \"n\" instead of \"nn\"",
+     setString(IDS_SELECTION_SUM, L"%lu files, 100%% of them")},
+    {"string 1562 has the placeholders \"?\" instead of \"n\"",
+     setString(IDS_THERMO_COUNT, L"%hu")},
+    {"string 205 has the placeholders \"s\" instead of \"\"",
+     setString(IDM_XFER_HELP, L"Help on %s")},
+    {"string 1531 is not a mask of at most 8 and 3 characters",
+     setString(IDS_TYPE2_MASK, L"*.html")},
+    {"string 1529 is not a mask of at most 8 and 3 characters",
+     setString(IDS_TYPE1_MASK, L"*.c;*.h")},
+    {"string 1505 has no mnemonic", setString(IDS_STAT_BUTTON2, L"Skip")},
 };
 
 // The directory of resources has the name behind its length. A last letter that is one higher
@@ -428,15 +385,18 @@ Bytes resource(HMODULE hModule, const char* type, const char* name)
 // Changes one resource of the file, or takes it out. It still is as in the module.
 bool breakFile(HMODULE hModule, const std::string& file, const Break& broken)
 {
-    if (!broken.change)
-        return renameInFile(file, broken.name);
-    const bool fMenu = broken.name && broken.name == std::string("MENUDANDD");
-    const char* type = broken.idString ? RT_STRING : fMenu ? RT_MENU : RT_DIALOG;
-    const char* name = broken.idString ? MAKEINTRESOURCEA(broken.idString / 16 + 1) : broken.name;
+    const auto& [run, idString] = broken.change;
+    const bool fMenu = broken.says.compare(0, 4, "menu") == 0;
+    const bool fDialog = broken.says.compare(0, 3, "DLG") == 0;
+    const std::string owner = fMenu     ? "MENUDANDD"
+                              : fDialog ? broken.says.substr(0, broken.says.find(':'))
+                                        : "DLGCOPY";
+    if (!run)
+        return renameInFile(file, owner);
+    const char* type = idString ? RT_STRING : fMenu ? RT_MENU : RT_DIALOG;
+    const char* name = idString ? MAKEINTRESOURCEA(idString / 16 + 1) : owner.c_str();
     Bytes bytes = resource(hModule, type, name);
-    if (!broken.change(bytes))
-        return false;
-    HANDLE hUpdate = BeginUpdateResourceA(file.c_str(), FALSE);
+    HANDLE hUpdate = run(bytes) ? BeginUpdateResourceA(file.c_str(), FALSE) : nullptr;
     return hUpdate &&
            UpdateResourceA(hUpdate, type, name, LANGUAGE_EN, bytes.data(),
                            static_cast<DWORD>(bytes.size())) &&

@@ -14,6 +14,8 @@ DWORD WINAPI fakeTickCount()
 
 constexpr COLORREF RED = RGB(255, 0, 0);
 
+using IsRight = std::function<bool(LONG x, LONG y, COLORREF clr)>;
+
 // Where the strip has to be, from the client area and the height of its font.
 struct Geometry {
     RECT rcStrip, rcText, rcThermo, rcBar;
@@ -50,11 +52,19 @@ protected:
         return g;
     }
 
-    Picture painted() const
+    // Paints the window and looks at pixels of it.
+    void expectPixels(const RECT& rc, const IsRight& isRight) const
     {
         InvalidateRect(m_hwnd, nullptr, FALSE);
         UpdateWindow(m_hwnd);
-        return Picture(m_hwnd);
+        const Picture picture(m_hwnd);
+        int cWrong = 0;
+        for (LONG y = rc.top; y < rc.bottom; ++y) {
+            for (LONG x = rc.left; x < rc.right; ++x) {
+                cWrong += !isRight(x, y, picture.at(x, y));
+            }
+        }
+        EXPECT_EQ(cWrong, 0) << rc;
     }
 
     void setThermometer(LONG nTotal, LONG nPosition) const
@@ -81,48 +91,34 @@ private:
     ReplacedImport m_clock;
 };
 
-// The pixels of a box: each line with its last point left out, the highlight over the shadow.
-void expectBox(const Picture& picture, const RECT& rc)
+// The colour that the strip has at a place where boxes stand: each of their lines with its last
+// point left out, the highlight over the shadow.
+COLORREF stripColor(const std::vector<RECT>& boxes, LONG x, LONG y)
 {
-    const COLORREF clrShadow = GetSysColor(COLOR_BTNSHADOW);
-    const COLORREF clrHighlight = GetSysColor(COLOR_BTNHIGHLIGHT);
-    int cWrong = 0;
-    for (LONG x = rc.left; x <= rc.right; ++x) {
-        cWrong += picture.at(x, rc.top) != (x < rc.right ? clrShadow : clrHighlight);
-        cWrong += picture.at(x, rc.bottom) != (x > rc.left ? clrHighlight : clrShadow);
+    for (const RECT& rc : boxes) {
+        if (x < rc.left || x > rc.right || y < rc.top || y > rc.bottom) {
+            continue;
+        }
+        if (x == rc.right || (y == rc.bottom && x > rc.left)) {
+            return GetSysColor(COLOR_BTNHIGHLIGHT);
+        }
+        if (x == rc.left || y == rc.top) {
+            return GetSysColor(COLOR_BTNSHADOW);
+        }
     }
-    for (LONG y = rc.top + 1; y < rc.bottom; ++y) {
-        cWrong += picture.at(rc.left, y) != clrShadow;
-        cWrong += picture.at(rc.right, y) != clrHighlight;
-    }
-    EXPECT_EQ(cWrong, 0) << rc;
+    return GetSysColor(COLOR_BTNFACE);
 }
 
 TEST_F(Strip, PaintsItsBoxesWhereTheyBelong)
 {
-    const COLORREF clrFace = GetSysColor(COLOR_BTNFACE);
     create();
     for (LONG cx : {640, 641, 642, 300}) {
         SCOPED_TRACE(cx);
         setClientSize(cx, 400);
         const Geometry g = geometry();
-        const Picture picture = painted();
-        expectBox(picture, g.rcText);
-        expectBox(picture, g.rcThermo);
-        // All the rest of the strip is background.
-        int cWrong = 0;
-        for (LONG y = g.rcStrip.top; y < g.rcStrip.bottom; ++y) {
-            for (LONG x = 0; x < cx; ++x) {
-                bool fOnBox = false;
-                for (const RECT* prc : {&g.rcText, &g.rcThermo}) {
-                    fOnBox |=
-                        x >= prc->left && x <= prc->right && y >= prc->top && y <= prc->bottom &&
-                        (x == prc->left || x == prc->right || y == prc->top || y == prc->bottom);
-                }
-                cWrong += !fOnBox && picture.at(x, y) != clrFace;
-            }
-        }
-        EXPECT_EQ(cWrong, 0);
+        expectPixels(g.rcStrip, [&](LONG x, LONG y, COLORREF clr) {
+            return clr == stripColor({g.rcText, g.rcThermo}, x, y);
+        });
     }
 }
 
@@ -164,23 +160,21 @@ TEST_F(Strip, FillsTheBarInProportion)
     create();
     const LONG cx = geometry().rcBar.right - geometry().rcBar.left;
     ASSERT_GT(cx, 50);
-    std::vector<Case> cases = {
-        {100, 0, 0},
-        {100, 100, -1},
-        {100, 101, -1},
-        {100, INT_MAX, -1},
-        {100, -2, 0},
-        {100, INT_MIN, 0},
-        {1, 1, -1},
-        {INT_MAX, INT_MAX, -1},
-        {INT_MAX, INT_MAX - 1, cx - 1},
-        {INT_MAX, INT_MAX / 2, (cx - 1) / 2},
-        {-100, 50, 0},
-        {-1, INT_MIN, -1},
-        {INT_MIN, INT_MIN, -1},
-        {0, 50, 0},
-        {100, -1, 0},
-    };
+    std::vector<Case> cases = {{100, 0, 0},
+                               {100, 100, -1},
+                               {100, 101, -1},
+                               {100, INT_MAX, -1},
+                               {100, -2, 0},
+                               {100, INT_MIN, 0},
+                               {1, 1, -1},
+                               {INT_MAX, INT_MAX, -1},
+                               {INT_MAX, INT_MAX - 1, cx - 1},
+                               {INT_MAX, INT_MAX / 2, (cx - 1) / 2},
+                               {-100, 50, 0},
+                               {-1, INT_MIN, -1},
+                               {INT_MIN, INT_MIN, -1},
+                               {0, 50, 0},
+                               {100, -1, 0}};
     for (LONG n = 0; n < 40; ++n) {
         LONG nTotal = 1000003 + n * 7919;
         LONG nPosition = nTotal / 40 * n + n;
@@ -189,17 +183,13 @@ TEST_F(Strip, FillsTheBarInProportion)
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::Message() << c.nPosition << " of " << c.nTotal);
         setThermometer(c.nTotal, c.nPosition);
-        const Picture picture = painted();
         const RECT rc = geometry().rcBar;
         const LONG xEdge = rc.left + (c.cxFill == -1 ? cx : c.cxFill);
-        int cWrong = 0;
-        for (LONG y = rc.top - 3; y < rc.bottom + 3; ++y) {
-            for (LONG x = 0; x < picture.cx; ++x) {
-                bool fRed = x >= rc.left && x < xEdge && y >= rc.top && y < rc.bottom;
-                cWrong += (picture.at(x, y) == RED) != fRed;
-            }
-        }
-        EXPECT_EQ(cWrong, 0);
+        expectPixels({0, rc.top - 3, geometry().rcStrip.right, rc.bottom + 3},
+                     [&](LONG x, LONG y, COLORREF clr) {
+                         bool fRed = x >= rc.left && x < xEdge && y >= rc.top && y < rc.bottom;
+                         return (clr == RED) == fRed;
+                     });
     }
 }
 
@@ -209,7 +199,6 @@ TEST_F(Strip, DrawsNothingWhereThereIsNoRoom)
     // Without a frame nothing keeps the window from becoming this narrow.
     SetMenu(m_hwnd, nullptr);
     SetWindowLongA(m_hwnd, GWL_STYLE, LONG(WS_POPUP | WS_VISIBLE));
-    const COLORREF clrFace = GetSysColor(COLOR_BTNFACE);
     DrawnTexts texts;
     bool fSeen = false;
     for (LONG cx : {80, 75, 74, 73, 72, 71, 70, 66, 48, 24, 9, 3, 2, 1, 0}) {
@@ -223,17 +212,12 @@ TEST_F(Strip, DrawsNothingWhereThereIsNoRoom)
         for (LONG nTotal : {0, 100}) {
             setThermometer(nTotal, 50);
             EXPECT_LE(texts.of(m_hwnd).size(), 1u);
-            const Picture picture = painted();
-            int cWrong = 0;
-            for (LONG x = std::max(g.rcText.right + 1, 0L); x < cx; ++x) {
-                for (LONG y = g.rcStrip.top; y < g.rcStrip.bottom; ++y) {
-                    cWrong += picture.at(x, y) != clrFace;
-                }
-            }
-            EXPECT_EQ(cWrong, 0);
-            if (g.rcText.right > g.rcText.left && g.rcText.right < cx) {
-                expectBox(picture, g.rcText);
-            }
+            // The box of the text is there as far as it has room.
+            const bool fBox = g.rcText.right > g.rcText.left && g.rcText.right < cx;
+            const LONG xFirst = fBox ? 0 : std::max(g.rcText.right + 1, 0L);
+            expectPixels(
+                {xFirst, g.rcStrip.top, cx, g.rcStrip.bottom},
+                [&](LONG x, LONG y, COLORREF clr) { return clr == stripColor({g.rcText}, x, y); });
         }
     }
     EXPECT_TRUE(fSeen);

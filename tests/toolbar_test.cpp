@@ -34,10 +34,7 @@ struct Waiting {
 Waiting waiting(HWND hwnd)
 {
     Waiting result = {};
-    HRGN hrgn = CreateRectRgn(0, 0, 0, 0);
-    GetUpdateRgn(hwnd, hrgn, FALSE);
-    GetRgnBox(hrgn, &result.rc);
-    DeleteObject(hrgn);
+    GetUpdateRect(hwnd, &result.rc, FALSE);
     PAINTSTRUCT paint;
     // The background is only asked for here if it has to be erased and nobody could.
     LONG lBrush = SetClassLongA(hwnd, GCL_HBRBACKGROUND, 0);
@@ -76,12 +73,9 @@ TEST(ToolbarClass, IsRegisteredOnce)
     ASSERT_EQ(fXferToolbarRegister(self()), 1);
     ASSERT_TRUE(GetClassInfoA(self(), "KRTOOLBR", &wndclass));
     EXPECT_EQ(wndclass.style, UINT(CS_GLOBALCLASS | CS_DBLCLKS));
-    EXPECT_EQ(wndclass.cbClsExtra, 0);
     EXPECT_EQ(wndclass.cbWndExtra, 4);
     EXPECT_EQ(wndclass.hbrBackground, reinterpret_cast<HBRUSH>(16));
     EXPECT_EQ(wndclass.hCursor, LoadCursorA(nullptr, IDC_ARROW));
-    EXPECT_EQ(wndclass.hIcon, nullptr);
-    EXPECT_EQ(wndclass.lpszMenuName, nullptr);
     EXPECT_EQ(fXferToolbarRegister(self()), 1);
     UnregisterClassA("KRTOOLBR", self());
     ReplacedImport refuse(
@@ -367,37 +361,33 @@ void run(const TestToolbar& toolbar, const char* pszSteps)
 TEST(ToolbarPress, TellsTheParentStepByStep)
 {
     const struct {
-        const char *pszWhat, *pszSteps, *pszHeard, *pszAfter;
+        const char *pszWhat, *pszSteps, *pszHeard;
+        const char* pszAfter = MOUSE_STATES;
     } table[] = {
         {"held", "down 20", "hint 10 press 10", "6 0 4 4 5 4 4"},
-        {"click", "down 20 up 20", CLICKED, MOUSE_STATES},
+        {"click", "down 20 up 20", CLICKED},
         {"a command of 32 bits", "down 66 up 66",
-         "hint 65548 press 12 hint 0 release 12 command 65548", MOUSE_STATES},
-        {"off", "down 20 move 300 move 66", "hint 10 press 10", MOUSE_STATES},
-        {"off, release", "down 20 move 66 up 66", "hint 10 press 10 hint 0 release 10",
-         MOUSE_STATES},
+         "hint 65548 press 12 hint 0 release 12 command 65548"},
+        {"off", "down 20 move 300 move 66", "hint 10 press 10"},
+        {"off, release", "down 20 move 66 up 66", "hint 10 press 10 hint 0 release 10"},
         {"off, back, release", "down 20 move 20 move 80 move 20 move 20 up 20",
-         "hint 10 press 10 hint 10 hint 0 release 10 command 10", MOUSE_STATES},
-        {"release off without a move", "down 20 up 300", "hint 10 press 10 hint 0 release 10",
-         MOUSE_STATES},
-        {"negative places", "down 20 move -5 up -5", "hint 10 press 10 hint 0 release 10",
-         MOUSE_STATES},
-        {"disabled", "down 43 move 20 move 43 up 43", "hint 11 press 11 hint 0 release 11",
-         MOUSE_STATES},
-        {"gap", "down 80 move 20 up 20", "hint 0", MOUSE_STATES},
-        {"left edge", "down 7 up 20", "hint 0", MOUSE_STATES},
-        {"nothing held", "move 20 up 20", "hint 0", MOUSE_STATES},
-        {"the one of a group", "down 97 up 97", "hint 13 press 13 hint 0 release 13", MOUSE_STATES},
+         "hint 10 press 10 hint 10 hint 0 release 10 command 10"},
+        {"release off without a move", "down 20 up 300", "hint 10 press 10 hint 0 release 10"},
+        {"negative places", "down 20 move -5 up -5", "hint 10 press 10 hint 0 release 10"},
+        {"disabled", "down 43 move 20 move 43 up 43", "hint 11 press 11 hint 0 release 11"},
+        {"gap", "down 80 move 20 up 20", "hint 0"},
+        {"left edge", "down 7 up 20", "hint 0"},
+        {"nothing held", "move 20 up 20", "hint 0"},
+        {"the one of a group", "down 97 up 97", "hint 13 press 13 hint 0 release 13"},
         {"another of a group", "down 120 up 120", "hint 14 press 14 hint 0 release 14 command 14",
          "4 0 4 4 4 5 4"},
         {"check", "down 143 up 143", "hint 15 press 15 hint 0 release 15 command 15",
          "4 0 4 4 5 4 5"},
         {"check twice", "down 143 up 143 down 143 up 143",
          "hint 15 press 15 hint 0 release 15 command 15 "
-         "hint 15 press 15 hint 0 release 15 command 15",
-         MOUSE_STATES},
+         "hint 15 press 15 hint 0 release 15 command 15"},
         {"double click", "down 20 up 20 double 20 up 20",
-         "hint 10 press 10 hint 0 release 10 command 10 hint 0", MOUSE_STATES},
+         "hint 10 press 10 hint 0 release 10 command 10 hint 0"},
         {"a lost release", "down 20 down 66", "hint 10 press 10 hint 65548 press 12",
          "4 0 6 4 5 4 4"},
     };
@@ -572,6 +562,16 @@ void* reallocGuarded(void* pBlock, size_t cb)
     return pNew;
 }
 
+// Runs something in the n-th notification from now.
+void inNotification(TestToolbar& toolbar, int nAt, const std::function<void()>& act)
+{
+    toolbar.m_onHear = [nAt, act]() mutable {
+        if (--nAt == 0) {
+            act();
+        }
+    };
+}
+
 TEST(ToolbarPress, SurvivesAnythingInsideANotification)
 {
     ReplacedImport frees(self(), "free", freeGuarded);
@@ -582,47 +582,35 @@ TEST(ToolbarPress, SurvivesAnythingInsideANotification)
         for (int nAt = 1; nAt <= 6; ++nAt) {
             SCOPED_TRACE(testing::Message() << event.pszWhat << " in notification " << nAt);
             TestToolbar toolbar(MOUSE_ROWS);
-            int nUntil = nAt;
-            toolbar.m_onHear = [&] {
-                if (--nUntil == 0) {
-                    event.pfnRun(toolbar);
-                }
-            };
+            inNotification(toolbar, nAt, [&] { event.pfnRun(toolbar); });
             run(toolbar, STEPS);
             ReleaseCapture();
             toolbar.m_onHear = nullptr;
             expectUsable(toolbar);
         }
     }
-    const char* const heard[] = {"hint 10",
-                                 "hint 10 press 10",
-                                 "hint 10 press 10 hint 10",
-                                 "hint 10 press 10 hint 10 hint 0",
-                                 "hint 10 press 10 hint 10 hint 0 release 10",
-                                 "hint 10 press 10 hint 10 hint 0 release 10 command 10"};
-    for (int n = 0; n < 12; ++n) {
-        TestToolbar toolbar(MOUSE_ROWS);
-        int nUntil = n / 2 + 1;
-        toolbar.m_onHear = [&] {
-            if (--nUntil == 0) {
-                DestroyWindow(n % 2 == 0 ? toolbar.parent() : toolbar.hwnd());
-            }
-        };
-        run(toolbar, STEPS);
-        EXPECT_FALSE(IsWindow(toolbar.hwnd()));
-        EXPECT_EQ(toolbar.heard(), heard[n / 2]); // nothing is sent after the end
+    // Destroyed in each, it sends nothing after its end.
+    std::string heard;
+    int nAt = 0;
+    for (const char* pszMore :
+         {"hint 10", " press 10", " hint 10", " hint 0", " release 10", " command 10"}) {
+        ++nAt;
+        heard += pszMore;
+        for (bool fParent : {true, false}) {
+            TestToolbar toolbar(MOUSE_ROWS);
+            inNotification(toolbar, nAt,
+                           [&] { DestroyWindow(fParent ? toolbar.parent() : toolbar.hwnd()); });
+            run(toolbar, STEPS);
+            EXPECT_FALSE(IsWindow(toolbar.hwnd()));
+            EXPECT_EQ(toolbar.heard(), heard);
+        }
     }
 }
 
 TEST(ToolbarPress, BegunAnewInsideTheReleaseIsAPressOfItsOwn)
 {
     TestToolbar toolbar(MOUSE_ROWS);
-    int nUntil = 4;
-    toolbar.m_onHear = [&] {
-        if (--nUntil == 0) {
-            run(toolbar, "down 66");
-        }
-    };
+    inNotification(toolbar, 4, [&] { run(toolbar, "down 66"); });
     run(toolbar, "down 20 up 20");
     EXPECT_EQ(toolbar.heard(), "hint 10 press 10 hint 0 release 10 hint 65548 press 12");
     EXPECT_EQ(toolbar.states(), "4 0 6 4 5 4 4");
@@ -664,35 +652,18 @@ TEST(ToolbarMouse, ARealOneWorksTheButtons)
     expectUsable(toolbar);
 }
 
-int s_nUntilFailure;
-decltype(&malloc) s_pfnMalloc;
-decltype(&realloc) s_pfnRealloc;
-
-void* failingMalloc(size_t cb)
-{
-    return --s_nUntilFailure == 0 ? nullptr : s_pfnMalloc(cb);
-}
-
-void* failingRealloc(void* pBlock, size_t cb)
-{
-    return --s_nUntilFailure == 0 ? nullptr : s_pfnRealloc(pBlock, cb);
-}
-
 TEST(ToolbarMemory, WithoutItNothingChanges)
 {
     TestToolbar toolbar(MOUSE_ROWS);
     const XferToolButton button = {0, 50, ENABLED, 0};
     const XferToolPictures pictures = {self(), 240};
-    ReplacedImport mallocs(self(), "malloc", failingMalloc);
-    ReplacedImport reallocs(self(), "realloc", failingRealloc);
-    s_pfnMalloc = mallocs.original<decltype(&malloc)>();
-    s_pfnRealloc = reallocs.original<decltype(&realloc)>();
     run(toolbar, "down 20");
     auto failing = [&](UINT uMessage, WPARAM wParam, const void* pParam) {
-        s_nUntilFailure = 1;
-        LRESULT lResult = toolbar.send(uMessage, wParam, pParam);
-        EXPECT_LT(s_nUntilFailure, 1);
-        return lResult;
+        ReplacedImport mallocs(
+            self(), "malloc", +[](size_t) -> void* { return nullptr; });
+        ReplacedImport reallocs(
+            self(), "realloc", +[](void*, size_t) -> void* { return nullptr; });
+        return toolbar.send(uMessage, wParam, pParam);
     };
     EXPECT_EQ(failing(TOOLM_INSERTBUTTON, 0, &button), 0);
     EXPECT_EQ(failing(TOOLM_ADDBUTTONS, 1, &button), 0);

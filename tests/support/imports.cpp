@@ -1,14 +1,10 @@
 #include "imports.h"
+#include "pe.h"
 
 #include <gtest/gtest.h>
 #include <string.h>
 
 namespace {
-
-template <typename T> T* at(HMODULE hModule, DWORD dwOffset)
-{
-    return reinterpret_cast<T*>(reinterpret_cast<BYTE*>(hModule) + dwOffset);
-}
 
 bool isWanted(HMODULE hModule, const ReplacedImport::Import& wanted, DWORD dwName)
 {
@@ -16,22 +12,19 @@ bool isWanted(HMODULE hModule, const ReplacedImport::Import& wanted, DWORD dwNam
         return IMAGE_SNAP_BY_ORDINAL32(dwName) && IMAGE_ORDINAL32(dwName) == wanted.wOrdinal;
     }
     return !IMAGE_SNAP_BY_ORDINAL32(dwName) &&
-           strcmp(at<IMAGE_IMPORT_BY_NAME>(hModule, dwName)->Name, wanted.pszName) == 0;
+           strcmp(atImage<IMAGE_IMPORT_BY_NAME>(hModule, dwName)->Name, wanted.pszName) == 0;
 }
 
 void** findSlot(HMODULE hModule, const ReplacedImport::Import& wanted)
 {
-    auto pDos = at<IMAGE_DOS_HEADER>(hModule, 0);
-    auto pNt = at<IMAGE_NT_HEADERS32>(hModule, DWORD(pDos->e_lfanew));
-    auto& dir = pNt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-    auto pImport = at<IMAGE_IMPORT_DESCRIPTOR>(hModule, dir.VirtualAddress);
+    auto pImport = directoryOf<IMAGE_IMPORT_DESCRIPTOR>(hModule, IMAGE_DIRECTORY_ENTRY_IMPORT);
     for (; pImport->Name != 0; ++pImport) {
         if (wanted.pszFrom != nullptr &&
-            lstrcmpiA(at<char>(hModule, pImport->Name), wanted.pszFrom) != 0) {
+            lstrcmpiA(atImage<char>(hModule, pImport->Name), wanted.pszFrom) != 0) {
             continue;
         }
-        auto pNames = at<IMAGE_THUNK_DATA32>(hModule, pImport->OriginalFirstThunk);
-        auto ppSlots = at<void*>(hModule, pImport->FirstThunk);
+        auto pNames = atImage<IMAGE_THUNK_DATA32>(hModule, pImport->OriginalFirstThunk);
+        auto ppSlots = const_cast<void**>(atImage<void*>(hModule, pImport->FirstThunk));
         for (int n = 0; pNames[n].u1.AddressOfData != 0; ++n) {
             if (isWanted(hModule, wanted, pNames[n].u1.AddressOfData)) {
                 return &ppSlots[n];

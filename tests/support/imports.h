@@ -5,6 +5,8 @@
 
 #include <windows.h>
 
+#include <utility>
+
 class ReplacedImport {
 public:
     // The fake needs the calling convention and arguments of the original. An import that
@@ -39,6 +41,32 @@ private:
     ReplacedImport(HMODULE hModule, const Import& wanted, void* pFake);
     void** m_ppSlot;
     void* m_pOriginal;
+};
+
+// Counts what a module calls of one import, which goes on as ever.
+template <typename Function> class CountedCalls;
+template <typename Result, typename... Args> class CountedCalls<Result WINAPI(Args...)> {
+public:
+    CountedCalls(HMODULE hModule, const char* pszName) : m_import(hModule, pszName, pass)
+    {
+        s_pfn = m_import.template original<Result(WINAPI*)(Args...)>();
+        s_c = 0;
+    }
+    // The calls since the last question.
+    int take() const
+    {
+        return std::exchange(s_c, 0);
+    }
+
+private:
+    static Result WINAPI pass(Args... args)
+    {
+        ++s_c;
+        return s_pfn(args...);
+    }
+    static inline Result(WINAPI* s_pfn)(Args...);
+    static inline int s_c;
+    ReplacedImport m_import;
 };
 
 #endif

@@ -14,6 +14,7 @@ namespace {
 // Each thing with the call that gave it.
 std::multimap<const void*, const char*> s_owed;
 bool s_fAll;
+bool s_fObjectsFail;
 int s_nUntilFailure;
 bool s_fForGood;
 bool s_fFailed;
@@ -55,15 +56,6 @@ HGLOBAL WINAPI owingGlobalAlloc(UINT uFlags, SIZE_T cb)
     return h;
 }
 
-HGLOBAL WINAPI owingGlobalReAlloc(HGLOBAL hOld, SIZE_T cb, UINT uFlags)
-{
-    HGLOBAL h = isToFail() ? nullptr : GlobalReAlloc(hOld, cb, uFlags);
-    if (h != nullptr && giveBack(hOld, "GlobalReAlloc")) {
-        take(h, "GlobalReAlloc");
-    }
-    return h;
-}
-
 // Freed blocks stay, filled with this, so that a use after the end shows.
 constexpr BYTE DEAD = 0xDD;
 std::vector<HGLOBAL> s_dead;
@@ -76,6 +68,18 @@ HGLOBAL WINAPI owingGlobalFree(HGLOBAL h)
         s_dead.push_back(h);
     }
     return nullptr;
+}
+
+// The heap moves a block only when it has to; this one always does.
+HGLOBAL WINAPI owingGlobalReAlloc(HGLOBAL hOld, SIZE_T cb, UINT uFlags)
+{
+    HGLOBAL h = owingGlobalAlloc(uFlags, cb);
+    if (h != nullptr) {
+        memcpy(GlobalLock(h), GlobalLock(hOld), std::min(GlobalSize(hOld), cb));
+        GlobalUnlock(h);
+        owingGlobalFree(hOld);
+    }
+    return h;
 }
 
 void burySafely()
@@ -135,14 +139,17 @@ template <int NUMBER, typename Result, typename... Args> struct Owing {
     static inline const char* s_pszName;
     static Result WINAPI make(Args... args)
     {
-        Result result = s_pfn(args...);
+        Result result = s_fObjectsFail && isToFail() ? nullptr : s_pfn(args...);
         take(result, s_pszName);
         return result;
     }
     template <int ARGUMENT> static Result WINAPI give(Args... args)
     {
-        giveBack(std::get<ARGUMENT>(std::make_tuple(args...)), s_pszName);
-        return s_pfn(args...);
+        const void* p = std::get<ARGUMENT>(std::make_tuple(args...));
+        giveBack(p, s_pszName);
+        Result result = s_pfn(args...);
+        EXPECT_TRUE(p == nullptr || result) << s_pszName;
+        return result;
     }
 };
 
@@ -150,8 +157,7 @@ template <int NUMBER, typename Result, typename... Args> struct Owing {
 
 template <typename Function> void Ledger::replace(const char* pszName, Function* pfnFake)
 {
-    m_replaced.push_back(
-        std::make_unique<ReplacedImport>(GetModuleHandleA("KRHAUL.DLL"), pszName, pfnFake));
+    m_replaced.push_back(std::make_unique<ReplacedImport>(m_hModule, pszName, pfnFake));
 }
 
 template <int NUMBER, typename Result, typename... Args>
@@ -170,11 +176,9 @@ void Ledger::gives(const char* pszName, Result(WINAPI* pfn)(Args...))
     replace(pszName, Owing<NUMBER, Result, Args...>::template give<ARGUMENT>);
 }
 
-Ledger::Ledger(bool fAll)
+Ledger::Ledger(bool fAll) : m_hModule(GetModuleHandleA("KRHAUL.DLL"))
 {
-    s_owed.clear();
-    s_fAll = fAll;
-    failAt(0);
+    begin(fAll);
     replace("GlobalAlloc", owingGlobalAlloc);
     replace("GlobalReAlloc", owingGlobalReAlloc);
     replace("GlobalFree", owingGlobalFree);
@@ -184,6 +188,28 @@ Ledger::Ledger(bool fAll)
     replace("free", owingFree);
     makes<0>("LoadLibraryA", LoadLibraryA);
     gives<1, 0>("FreeLibrary", FreeLibrary);
+    makes<11>("BeginPaint", BeginPaint);
+    replace("EndPaint", owingEndPaint);
+    watchObjects();
+}
+
+Ledger::Ledger(HMODULE hProgram) : m_hModule(hProgram)
+{
+    begin(false);
+    s_fObjectsFail = true;
+    watchObjects();
+}
+
+void Ledger::begin(bool fAll)
+{
+    s_owed.clear();
+    s_fAll = fAll;
+    s_fObjectsFail = false;
+    failAt(0);
+}
+
+void Ledger::watchObjects()
+{
     makes<2>("CreateFontA", CreateFontA);
     makes<3>("CreatePen", CreatePen);
     makes<4>("CreateSolidBrush", CreateSolidBrush);
@@ -193,11 +219,9 @@ Ledger::Ledger(bool fAll)
     makes<8>("CreateDiscardableBitmap", CreateDiscardableBitmap);
     makes<9>("CreateCompatibleDC", CreateCompatibleDC);
     makes<10>("GetDC", GetDC);
-    makes<11>("BeginPaint", BeginPaint);
     gives<12, 0>("DeleteObject", DeleteObject);
     gives<13, 0>("DeleteDC", DeleteDC);
     gives<14, 1>("ReleaseDC", ReleaseDC);
-    replace("EndPaint", owingEndPaint);
 }
 
 Ledger::~Ledger()

@@ -10,12 +10,15 @@
 #include <vector>
 
 // Sees both heaps, modules, and objects and contexts of the screen, as the library uses them
-// while the object lives. Freed blocks of the global heap stay until its end, which tells if one
-// was written to. One at a time.
+// while the object lives. Blocks of the global heap move when they grow, and stay when freed, until
+// the object's end, which tells if one was written to. One at a time.
 class Ledger {
 public:
     // Without fAll there are windows already: what they give back isn't asked for.
     explicit Ledger(bool fAll = true);
+    // Of a program that holds the library's code: sees the objects and contexts alone, those that
+    // the test makes too. They are what failAt counts.
+    explicit Ledger(HMODULE hProgram);
     ~Ledger();
     Ledger(const Ledger&) = delete;
     Ledger& operator=(const Ledger&) = delete;
@@ -30,11 +33,14 @@ public:
     bool hasFailed() const;
 
 private:
+    void begin(bool fAll);
+    void watchObjects();
     template <typename Function> void replace(const char* pszName, Function* pfnFake);
     template <int NUMBER, typename Result, typename... Args>
     void makes(const char* pszName, Result(WINAPI* pfn)(Args...));
     template <int NUMBER, int ARGUMENT, typename Result, typename... Args>
     void gives(const char* pszName, Result(WINAPI* pfn)(Args...));
+    HMODULE m_hModule;
     std::vector<std::unique_ptr<ReplacedImport>> m_replaced;
 };
 

@@ -1,63 +1,33 @@
 #include "pe.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
-#include <vector>
 
 namespace {
 
-struct Image {
-    std::vector<char> bytes;
-    const IMAGE_NT_HEADERS32* pNt;
-
-    template <typename T> const T* atFile(DWORD dwOffset) const
-    {
-        return reinterpret_cast<const T*>(bytes.data() + dwOffset);
-    }
-
-    template <typename T> const T* at(DWORD dwAddress) const
-    {
-        auto pSection = IMAGE_FIRST_SECTION(pNt);
-        for (int n = 0; n < pNt->FileHeader.NumberOfSections; ++n, ++pSection) {
-            if (dwAddress >= pSection->VirtualAddress &&
-                dwAddress < pSection->VirtualAddress + pSection->SizeOfRawData) {
-                return atFile<T>(dwAddress - pSection->VirtualAddress + pSection->PointerToRawData);
-            }
-        }
-        return nullptr;
-    }
-
-    DWORD directory(int n) const
-    {
-        return pNt->OptionalHeader.DataDirectory[n].VirtualAddress;
-    }
-};
-
-void readExports(const Image& image, PeFile& pe)
+void readExports(const void* pImage, PeFile& pe)
 {
-    auto pExports = image.at<IMAGE_EXPORT_DIRECTORY>(image.directory(IMAGE_DIRECTORY_ENTRY_EXPORT));
+    auto pExports = directoryOf<IMAGE_EXPORT_DIRECTORY>(pImage, IMAGE_DIRECTORY_ENTRY_EXPORT);
     if (pExports == nullptr) {
         return;
     }
-    auto pNames = image.at<DWORD>(pExports->AddressOfNames);
-    auto pOrdinals = image.at<WORD>(pExports->AddressOfNameOrdinals);
+    auto pNames = atImage<DWORD>(pImage, pExports->AddressOfNames);
+    auto pOrdinals = atImage<WORD>(pImage, pExports->AddressOfNameOrdinals);
     for (DWORD n = 0; n < pExports->NumberOfNames; ++n) {
-        pe.exports[image.at<char>(pNames[n])] = pOrdinals[n] + pExports->Base;
+        pe.exports[atImage<char>(pImage, pNames[n])] = pOrdinals[n] + pExports->Base;
     }
 }
 
-void readImports(const Image& image, PeFile& pe)
+void readImports(const void* pImage, PeFile& pe)
 {
-    auto pImport = image.at<IMAGE_IMPORT_DESCRIPTOR>(image.directory(IMAGE_DIRECTORY_ENTRY_IMPORT));
+    auto pImport = directoryOf<IMAGE_IMPORT_DESCRIPTOR>(pImage, IMAGE_DIRECTORY_ENTRY_IMPORT);
     for (; pImport != nullptr && pImport->Name != 0; ++pImport) {
-        std::string module = image.at<char>(pImport->Name);
+        std::string module = atImage<char>(pImage, pImport->Name);
         std::transform(module.begin(), module.end(), module.begin(), ::toupper);
-        auto pThunk = image.at<DWORD>(pImport->OriginalFirstThunk);
+        auto pThunk = atImage<DWORD>(pImage, pImport->OriginalFirstThunk);
         for (; *pThunk != 0; ++pThunk) {
             bool fOrdinal = IMAGE_SNAP_BY_ORDINAL32(*pThunk);
             pe.imports[module].insert(fOrdinal ? "#" + std::to_string(IMAGE_ORDINAL32(*pThunk))
-                                               : image.at<char>(*pThunk + sizeof(WORD)));
+                                               : atImage<char>(pImage, *pThunk + sizeof(WORD)));
         }
     }
 }
@@ -67,21 +37,24 @@ void readImports(const Image& image, PeFile& pe)
 PeFile readPe(const std::string& file)
 {
     PeFile pe;
-    std::ifstream stream(file, std::ios::binary);
-    Image image = {{std::istreambuf_iterator<char>(stream), {}}, nullptr};
-    if (image.bytes.size() < sizeof(IMAGE_DOS_HEADER)) {
-        return pe;
+    HANDLE hFile = CreateFileA(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                               0, nullptr);
+    HANDLE hMapping = CreateFileMappingA(hFile, nullptr, PAGE_READONLY | SEC_IMAGE, 0, 0, nullptr);
+    const void* pImage = MapViewOfFile(hMapping, FILE_MAP_READ, 0, 0, 0);
+    if (pImage != nullptr) {
+        const IMAGE_NT_HEADERS32* pNt = ntHeaders(pImage);
+        pe.wMachine = pNt->FileHeader.Machine;
+        pe.wMagic = pNt->OptionalHeader.Magic;
+        pe.dwEntryPoint = pNt->OptionalHeader.AddressOfEntryPoint;
+        for (int n = 0; n < pNt->FileHeader.NumberOfSections; ++n) {
+            auto name = reinterpret_cast<const char*>(IMAGE_FIRST_SECTION(pNt)[n].Name);
+            pe.sections.insert(std::string(name, strnlen(name, IMAGE_SIZEOF_SHORT_NAME)));
+        }
+        readExports(pImage, pe);
+        readImports(pImage, pe);
+        UnmapViewOfFile(pImage);
     }
-    image.pNt =
-        image.atFile<IMAGE_NT_HEADERS32>(DWORD(image.atFile<IMAGE_DOS_HEADER>(0)->e_lfanew));
-    pe.wMachine = image.pNt->FileHeader.Machine;
-    pe.wMagic = image.pNt->OptionalHeader.Magic;
-    pe.dwEntryPoint = image.pNt->OptionalHeader.AddressOfEntryPoint;
-    for (int n = 0; n < image.pNt->FileHeader.NumberOfSections; ++n) {
-        auto name = reinterpret_cast<const char*>(IMAGE_FIRST_SECTION(image.pNt)[n].Name);
-        pe.sections.insert(std::string(name, strnlen(name, IMAGE_SIZEOF_SHORT_NAME)));
-    }
-    readExports(image, pe);
-    readImports(image, pe);
+    CloseHandle(hMapping);
+    CloseHandle(hFile);
     return pe;
 }

@@ -10,27 +10,57 @@ Picture::Picture(HWND hwnd)
     ClientToScreen(hwnd, &pt);
     cx = rc.right;
     cy = rc.bottom;
+    HDC hdc = GetWindowDC(hwnd);
+    read(hdc, pt.x - rcWindow.left, pt.y - rcWindow.top);
+    ReleaseDC(hwnd, hdc);
+}
+
+Picture::Picture(HBITMAP hbm)
+{
+    BITMAP bitmap;
+    GetObjectA(hbm, sizeof bitmap, &bitmap);
+    cx = bitmap.bmWidth;
+    cy = bitmap.bmHeight;
+    HDC hdc = CreateCompatibleDC(nullptr);
+    HGDIOBJ hbmOld = SelectObject(hdc, hbm);
+    read(hdc, 0, 0);
+    SelectObject(hdc, hbmOld);
+    DeleteDC(hdc);
+}
+
+Picture::Picture(LONG cxAll, LONG cyAll, COLORREF clr)
+    : cx(cxAll), cy(cyAll), m_pixels(size_t(cxAll * cyAll), clr)
+{
+}
+
+void Picture::read(HDC hdc, LONG xFrom, LONG yFrom)
+{
     BITMAPINFO info = {};
     info.bmiHeader = {sizeof info.bmiHeader, cx, -cy, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
     void* pBits = nullptr;
-    HDC hdcWindow = GetWindowDC(hwnd);
-    HDC hdc = CreateCompatibleDC(hdcWindow);
+    HDC hdcCopy = CreateCompatibleDC(hdc);
     HBITMAP hbm = CreateDIBSection(hdc, &info, DIB_RGB_COLORS, &pBits, nullptr, 0);
-    HGDIOBJ hbmOld = SelectObject(hdc, hbm);
-    BitBlt(hdc, 0, 0, cx, cy, hdcWindow, pt.x - rcWindow.left, pt.y - rcWindow.top, SRCCOPY);
+    HGDIOBJ hbmOld = SelectObject(hdcCopy, hbm);
+    BitBlt(hdcCopy, 0, 0, cx, cy, hdc, xFrom, yFrom, SRCCOPY);
     GdiFlush();
     auto pPixels = static_cast<const DWORD*>(pBits);
     m_pixels.assign(pPixels, pPixels + cx * cy);
-    SelectObject(hdc, hbmOld);
+    for (COLORREF& clr : m_pixels) {
+        clr = RGB(clr >> 16 & 0xFF, clr >> 8 & 0xFF, clr & 0xFF);
+    }
+    SelectObject(hdcCopy, hbmOld);
     DeleteObject(hbm);
-    DeleteDC(hdc);
-    ReleaseDC(hwnd, hdcWindow);
+    DeleteDC(hdcCopy);
 }
 
 COLORREF Picture::at(LONG x, LONG y) const
 {
-    DWORD dw = x < 0 || y < 0 || x >= cx || y >= cy ? 0 : m_pixels[size_t(y * cx + x)];
-    return RGB(dw >> 16 & 0xFF, dw >> 8 & 0xFF, dw & 0xFF);
+    return x < 0 || y < 0 || x >= cx || y >= cy ? 0 : m_pixels[size_t(y * cx + x)];
+}
+
+void Picture::set(LONG x, LONG y, COLORREF clr)
+{
+    m_pixels[size_t(y * cx + x)] = clr;
 }
 
 std::string Picture::difference(const Picture& other) const

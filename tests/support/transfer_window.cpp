@@ -100,16 +100,12 @@ void TransferTest::setMode(DWORD nViewMode) const
 
 void TransferTest::setClientSize(LONG cx, LONG cy) const
 {
-    RECT rcWindow;
-    RECT rcClient;
-    GetWindowRect(m_hwnd, &rcWindow);
-    GetClientRect(m_hwnd, &rcClient);
-    SetWindowPos(m_hwnd, nullptr, 0, 0, rcWindow.right - rcWindow.left - rcClient.right + cx,
-                 rcWindow.bottom - rcWindow.top - rcClient.bottom + cy, SWP_NOMOVE | SWP_NOZORDER);
-    // In a narrow window the menu breaks into two lines.
-    GetClientRect(m_hwnd, &rcClient);
-    if (rcClient.right != cx || rcClient.bottom != cy) {
+    // Twice, as in a narrow window the menu breaks into two lines.
+    for (int n = 0; n < 2; ++n) {
+        RECT rcWindow;
+        RECT rcClient;
         GetWindowRect(m_hwnd, &rcWindow);
+        GetClientRect(m_hwnd, &rcClient);
         SetWindowPos(m_hwnd, nullptr, 0, 0, rcWindow.right - rcWindow.left - rcClient.right + cx,
                      rcWindow.bottom - rcWindow.top - rcClient.bottom + cy,
                      SWP_NOMOVE | SWP_NOZORDER);

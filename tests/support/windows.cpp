@@ -66,6 +66,27 @@ std::string stringOf(HMODULE hModule, UINT id)
     return szText;
 }
 
+DWORD runProgram(std::string command, HANDLE hOutput)
+{
+    STARTUPINFOA start = {};
+    start.cb = sizeof start;
+    start.dwFlags = hOutput != nullptr ? STARTF_USESTDHANDLES : 0;
+    start.hStdOutput = hOutput;
+    PROCESS_INFORMATION process = {};
+    DWORD dwExit = MAXDWORD;
+    if (CreateProcessA(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start,
+                       &process)) {
+        while (MsgWaitForMultipleObjects(1, &process.hProcess, FALSE, INFINITE, QS_ALLINPUT) !=
+               WAIT_OBJECT_0) {
+            pumpMessages();
+        }
+        GetExitCodeProcess(process.hProcess, &dwExit);
+        CloseHandle(process.hThread);
+        CloseHandle(process.hProcess);
+    }
+    return dwExit;
+}
+
 std::ostream& operator<<(std::ostream& stream, const Message& message)
 {
     return stream << std::hex << "{0x" << message.uMessage << ", " << std::dec << message.wParam

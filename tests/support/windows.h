@@ -20,6 +20,10 @@ std::string textOf(HWND hwndDialog, int idControl);
 // A string of a module; empty if it has none.
 std::string stringOf(HMODULE hModule, UINT id);
 
+// Runs a program, which writes into the given file, to its end. Gives its exit code; messages are
+// handled meanwhile.
+DWORD runProgram(std::string command, HANDLE hOutput = nullptr);
+
 struct Message {
     UINT uMessage;
     WPARAM wParam;
