@@ -166,15 +166,8 @@ POINT moved(POINT pt, int dx, int dy)
 class Drag : public PaneWindow {
 protected:
     Drag()
-        : m_pos(library(), "GetCursorPos", fakeGetCursorPos),
-          m_set(library(), "SetCursor", fakeSetCursor),
-          m_keys(library(), "GetAsyncKeyState", fakeGetAsyncKeyState),
-          m_load(library(), "LoadCursorA", fakeLoadCursor),
-          m_destroy(library(), "DestroyCursor", fakeDestroyCursor),
-          m_release(library(), "ReleaseCapture", fakeReleaseCapture),
-          m_call(library(), "CallWindowProcA", fakeCallWindowProc)
     {
-        m_dir.makeDir("child");
+        m_dir.makeDirs({"child"});
         for (const char* psz : {"a", "b", "c"}) {
             m_dir.makeFile(psz, 10);
         }
@@ -194,8 +187,7 @@ protected:
         s_cDrags = 0;
         s_pass.pt = -1;
         s_passedOn.clear();
-        recorded();
-        requests();
+        heard();
     }
 
     // The window's thread must be asked for points before the user begins.
@@ -266,30 +258,31 @@ protected:
         {LoadCursorA(nullptr, MAKEINTRESOURCEA(32512)), "arrow"}};
 
 private:
-    ReplacedImport m_pos, m_set, m_keys, m_load, m_destroy, m_release, m_call;
-};
-
-struct Move {
-    int dx, dy;
-    bool fDrags;
+    ReplacedImport m_pos{library(), "GetCursorPos", fakeGetCursorPos};
+    ReplacedImport m_set{library(), "SetCursor", fakeSetCursor};
+    ReplacedImport m_keys{library(), "GetAsyncKeyState", fakeGetAsyncKeyState};
+    ReplacedImport m_load{library(), "LoadCursorA", fakeLoadCursor};
+    ReplacedImport m_destroy{library(), "DestroyCursor", fakeDestroyCursor};
+    ReplacedImport m_release{library(), "ReleaseCapture", fakeReleaseCapture};
+    ReplacedImport m_call{library(), "CallWindowProcA", fakeCallWindowProc};
 };
 
 TEST_F(Drag, BeginsTwoPixelsFromThePress)
 {
-    for (const Move& move :
-         {Move{0, 0, false}, Move{1, 0, false}, Move{-1, 1, false}, Move{-1, -1, false},
-          Move{2, 0, true}, Move{0, -2, true}, Move{-2, 1, true}}) {
+    const struct {
+        int dx, dy;
+        bool fDrags;
+    } moves[] = {{0, 0, false}, {1, 0, false}, {-1, -1, false},
+                 {2, 0, true},  {0, -2, true}, {-2, 1, true}};
+    for (const auto& move : moves) {
         SCOPED_TRACE(testing::Message() << move.dx << ", " << move.dy);
         POINT pt = pointOf(IDC_DANDD_LOCALFILES, "b");
         start();
         play([&] {
             movePointer(pt);
             takeHold();
-            if (move.fDrags) {
-                hover(moved(pt, move.dx, move.dy));
-            } else {
-                movePointer(moved(pt, move.dx, move.dy));
-            }
+            const POINT ptTo = moved(pt, move.dx, move.dy);
+            move.fDrags ? void(hover(ptTo)) : movePointer(ptTo);
             letGo(MOUSE_LEFT);
         });
         EXPECT_EQ(s_cDrags, move.fDrags ? 1 : 0);
@@ -315,8 +308,7 @@ TEST_F(Drag, CursorTellsWhatADropWouldDo)
                                      OUTSIDE,
                                      emptyPart(IDC_DANDD_LOCALFILES)};
     EXPECT_EQ(drag(path), split("arrow arrow arrow single not single not not not single"));
-    EXPECT_EQ(requests(), Strings{"receive y"});
-    EXPECT_EQ(recorded(), Strings{"received: y"});
+    EXPECT_EQ(heard(), "receive y|received: y");
     EXPECT_EQ(s_hwndCapture, m_hwnd);
     EXPECT_EQ(GetCapture(), nullptr);
     // Two of the library's own are loaded and released, the system's arrow stays.
@@ -334,8 +326,7 @@ TEST_F(Drag, SeveralRowsGoInTheOrderOfTheList)
 {
     selectFiles(IDC_DANDD_LOCALFILES, {"c", "a"});
     drag({pointOf(IDC_DANDD_LOCALFILES, "c"), emptyPart(IDC_DANDD_HOSTFILES)});
-    EXPECT_EQ(requests(), Strings{"send a c"});
-    EXPECT_EQ(recorded(), (Strings{"sent: a", "sent: c"}));
+    EXPECT_EQ(heard(), "send a c|sent: a|sent: c");
     EXPECT_EQ(selected(IDC_DANDD_LOCALFILES), (Strings{"a", "c"}));
 }
 
@@ -363,65 +354,57 @@ TEST_F(Drag, AClickInASelectionIsReplayedAtItsEnd)
     EXPECT_EQ(requests(), Strings{});
 }
 
-struct Drop {
-    std::string row, request, recordedDir, dir;
-};
-
 TEST_F(Drag, ADropOnALocalDirectoryEntersIt)
 {
     const std::string parent = m_dir.path().substr(0, m_dir.path().rfind('\\'));
-    const std::string own = m_dir.path().substr(parent.size() + 1);
-    const Drop drops[] = {
-        {"c:\\", "receive x", "local directory: \\", "c:\\"},
-        {parent.substr(parent.rfind('\\') + 1), "receive x", "local directory: " + parent, parent},
-        {own, "receive x", "", m_dir.path()},
-        {"child", "receive x", "local directory: child", m_dir.path("child")},
+    const struct {
+        std::string row, heard, dir;
+    } drops[] = {
+        {"c:\\", "receive x|local directory: \\|received: x", "c:\\"},
+        {parent.substr(parent.rfind('\\') + 1),
+         "receive x|local directory: " + parent + "|received: x", parent},
+        {m_dir.path().substr(parent.size() + 1), "receive x|received: x", m_dir.path()},
+        {"child", "receive x|local directory: child|received: x", m_dir.path("child")},
     };
     // Room for the whole chain.
     MoveWindow(item(IDC_DANDD_LOCALDIRS), 10, 60, 280, 170, TRUE);
-    for (const Drop& drop : drops) {
-        SCOPED_TRACE(drop.row);
-        _chdir(m_dir.path().c_str());
-        vXferDandDRefreshLocalFiles(m_hwnd);
+    for (const auto& drop : drops) {
+        goHome();
         drag({pointOf(IDC_DANDD_HOSTFILES, "x"), pointOf(IDC_DANDD_LOCALDIRS, drop.row)});
-        Strings lines = drop.recordedDir.empty() ? Strings{} : Strings{drop.recordedDir};
-        lines.push_back("received: x");
-        EXPECT_EQ(requests(), Strings{drop.request});
-        EXPECT_EQ(recorded(), lines);
+        EXPECT_EQ(heard(), drop.heard);
         EXPECT_EQ(currentDir(), drop.dir);
         EXPECT_EQ(text(IDC_DANDD_LOCALPATH), drop.dir);
     }
     // Nothing selected: only the directory changes. Below the rows nothing happens.
-    _chdir(m_dir.path().c_str());
-    vXferDandDRefreshLocalFiles(m_hwnd);
+    goHome();
     feedHost({});
     POINT from = emptyPart(IDC_DANDD_HOSTFILES);
     drag({from, moved(from, -2, 0), emptyPart(IDC_DANDD_LOCALDIRS)});
-    EXPECT_EQ(recorded(), Strings{});
+    EXPECT_EQ(heard(), "");
     drag({from, moved(from, -2, 0), pointOf(IDC_DANDD_LOCALDIRS, "child")});
-    EXPECT_EQ(recorded(), Strings{"local directory: child"});
-    EXPECT_EQ(requests(), Strings{});
+    EXPECT_EQ(heard(), "local directory: child");
 }
 
-TEST_F(Drag, ADropOnAHostDirectoryNamesIt)
+TEST_F(Drag, ADropGoesWhereItFalls)
 {
-    const Drop drops[] = {
-        {"..", "send a > ..", "host directory: ..", ""},
-        {"work", "send a", "", ""},
-        {"two", "send a > two", "host directory: two", ""},
+    const POINT from = pointOf(IDC_DANDD_LOCALFILES, "a");
+    const struct {
+        POINT to;
+        const char* pszHeard;
+    } drops[] = {
+        {pointOf(IDC_DANDD_HOSTDIRS, ".."), "send a > ..|host directory: ..|sent: a"},
+        {pointOf(IDC_DANDD_HOSTDIRS, "work"), "send a|sent: a"},
+        {pointOf(IDC_DANDD_HOSTDIRS, "two"), "send a > two|host directory: two|sent: a"},
+        {emptyPart(IDC_DANDD_HOSTDIRS), ""},
+        {pointOf(IDC_DANDD_LOCALFILES, "c"), ""},
+        {pointOf(IDC_DANDD_LOCALDIRS, "child"), ""},
+        {at(IDC_DANDD_INFOLINE, 5, 5), ""},
     };
-    for (const Drop& drop : drops) {
-        drag({pointOf(IDC_DANDD_LOCALFILES, "a"), pointOf(IDC_DANDD_HOSTDIRS, drop.row)});
-        Strings lines = drop.recordedDir.empty() ? Strings{} : Strings{drop.recordedDir};
-        lines.push_back("sent: a");
-        EXPECT_EQ(requests(), Strings{drop.request});
-        EXPECT_EQ(recorded(), lines);
+    for (const auto& drop : drops) {
+        SCOPED_TRACE(&drop - drops);
+        drag({from, drop.to});
+        EXPECT_EQ(heard(), drop.pszHeard);
     }
-    drag({pointOf(IDC_DANDD_LOCALFILES, "a"), emptyPart(IDC_DANDD_HOSTDIRS)});
-    drag({pointOf(IDC_DANDD_LOCALFILES, "a"), pointOf(IDC_DANDD_LOCALFILES, "c")});
-    drag({pointOf(IDC_DANDD_LOCALFILES, "a"), pointOf(IDC_DANDD_LOCALDIRS, "child")});
-    drag({pointOf(IDC_DANDD_LOCALFILES, "a"), at(IDC_DANDD_INFOLINE, 5, 5)});
-    EXPECT_EQ(requests(), Strings{});
     EXPECT_EQ(selected(IDC_DANDD_LOCALFILES), Strings{"a"});
 }
 
@@ -431,24 +414,20 @@ TEST_F(Drag, TheMarkFollowsThePointer)
     const POINT one = pointOf(IDC_DANDD_HOSTDIRS, "one");
     const POINT two = pointOf(IDC_DANDD_HOSTDIRS, "two");
     const POINT none = emptyPart(IDC_DANDD_HOSTDIRS);
-    struct Path {
+    const struct {
         std::vector<POINT> points;
-        const char* pszRequest;
+        Strings requests;
+    } paths[] = {
+        {{from, one, two}, {"send a > two"}},
+        {{from, one, OUTSIDE}, {}},
+        {{from, one, OUTSIDE, one}, {"send a > one"}},
+        {{from, one, OUTSIDE, none}, {}},
+        {{from, two, none}, {"send a > two"}},
+        {{from, one, emptyPart(IDC_DANDD_HOSTFILES)}, {"send a"}},
     };
-    const Path paths[] = {
-        {{from, one, two}, "send a > two"},
-        {{from, one, OUTSIDE}, ""},
-        {{from, one, OUTSIDE, two}, "send a > two"},
-        {{from, one, OUTSIDE, one}, "send a > one"},
-        {{from, one, OUTSIDE, none}, ""},
-        {{from, two, none}, "send a > two"},
-        {{from, one, emptyPart(IDC_DANDD_HOSTFILES)}, "send a"},
-        {{from, none}, ""},
-    };
-    for (const Path& path : paths) {
+    for (const auto& path : paths) {
         drag(path.points);
-        EXPECT_EQ(requests(), *path.pszRequest == '\0' ? Strings{} : Strings{path.pszRequest})
-            << &path - paths;
+        EXPECT_EQ(requests(), path.requests) << &path - paths;
     }
 }
 
@@ -528,15 +507,13 @@ TEST_F(Drag, BusyStateSwallowsThePress)
 
 TEST_F(Drag, WhatAFailedDropSaysStays)
 {
-    const std::string said = stringOf(GetModuleHandleA("XFREN.DLL"), IDS_DROP_FAILED);
     RemoveDirectoryA("child");
     for (bool fSeveral : {false, true}) {
         vXferDandDDisplayDILText(m_hwnd, "before");
         selectFiles(IDC_DANDD_HOSTFILES, fSeveral ? Strings{"x", "y"} : Strings{});
         drag({pointOf(IDC_DANDD_HOSTFILES, "x"), pointOf(IDC_DANDD_LOCALDIRS, "child")});
-        EXPECT_EQ(stripText(), said);
-        EXPECT_EQ(requests(), Strings{});
-        EXPECT_EQ(recorded(), Strings{});
+        EXPECT_EQ(stripText(), english(IDS_DROP_FAILED));
+        EXPECT_EQ(heard(), "");
         EXPECT_EQ(selected(IDC_DANDD_HOSTFILES), fSeveral ? (Strings{"x", "y"}) : Strings{"x"});
         EXPECT_EQ(currentDir(), m_dir.path());
     }
@@ -562,11 +539,10 @@ LRESULT CALLBACK tellingListProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM
 
 TEST_F(Drag, WhatAFailedDropSaysOutlivesTheListsNotification)
 {
-    auto pRecord = reinterpret_cast<XferWindowRecord*>(GetWindowLongA(m_hwnd, DWL_USER));
-    pRecord->pfnOrigHostFileList = tellingListProc;
+    record()->pfnOrigHostFileList = tellingListProc;
     RemoveDirectoryA("child");
     drag({pointOf(IDC_DANDD_HOSTFILES, "x"), pointOf(IDC_DANDD_LOCALDIRS, "child")});
-    EXPECT_EQ(stripText(), stringOf(GetModuleHandleA("XFREN.DLL"), IDS_DROP_FAILED));
+    EXPECT_EQ(stripText(), english(IDS_DROP_FAILED));
 }
 
 TEST_F(Drag, AWindowThatWasUsedLeavesNothingBehind)
@@ -616,10 +592,9 @@ LRESULT CALLBACK endingListProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM 
 
 TEST_F(Drag, AReplayedPressMayEndTheWindow)
 {
-    auto pRecord = reinterpret_cast<XferWindowRecord*>(GetWindowLongA(m_hwnd, DWL_USER));
     selectFiles(IDC_DANDD_LOCALFILES, {"a", "b"});
     POINT pt = pointOf(IDC_DANDD_LOCALFILES, "a");
-    pRecord->pfnOrigLocalFileList = endingListProc;
+    record()->pfnOrigLocalFileList = endingListProc;
     drag({pt, pt});
     EXPECT_FALSE(IsWindow(m_hwnd));
     EXPECT_EQ(s_passedOn.size(), 1u);

@@ -107,10 +107,8 @@ BOOL WINAPI countingDelete(HGDIOBJ hObject)
 class DrawItem : public PaneWindow {
 protected:
     DrawItem()
-        : m_create(library(), "CreateSolidBrush", countingCreateBrush),
-          m_delete(library(), "DeleteObject", countingDelete)
     {
-        m_dir.makeDir("child");
+        m_dir.makeDirs({"child"});
         open();
         feedHost({});
     }
@@ -120,16 +118,9 @@ protected:
     {
         Canvas canvas;
         HDC hdc = canvas.hdc();
-        bool fCombo = idControl == IDC_DANDD_LOCALDRIVES;
-        DRAWITEMSTRUCT draw = {UINT(fCombo ? ODT_COMBOBOX : ODT_LISTBOX),
-                               UINT(idControl),
-                               UINT(nRow),
-                               uAction,
-                               uState,
-                               item(idControl),
-                               hdc,
-                               ROW,
-                               0};
+        UINT uType = idControl == IDC_DANDD_LOCALDRIVES ? ODT_COMBOBOX : ODT_LISTBOX;
+        DRAWITEMSTRUCT draw = {
+            uType, UINT(idControl), UINT(nRow), uAction, uState, item(idControl), hdc, ROW, 0};
         HGDIOBJ hbrBefore = GetCurrentObject(hdc, OBJ_BRUSH);
         COLORREF clrBefore = GetBkColor(hdc);
         s_cBrushes = 0;
@@ -141,7 +132,8 @@ protected:
     }
 
 private:
-    ReplacedImport m_create, m_delete;
+    ReplacedImport m_create{library(), "CreateSolidBrush", countingCreateBrush};
+    ReplacedImport m_delete{library(), "DeleteObject", countingDelete};
 };
 
 struct State {
@@ -151,14 +143,12 @@ struct State {
 };
 constexpr UINT SELECTED_FOCUS = ODS_SELECTED | ODS_FOCUS;
 const State STATES[] = {
-    {0, 0, NOTHING, false},
     {0, SELECTED_FOCUS, NOTHING, false},
     {ODA_DRAWENTIRE, 0, PLAIN, false},
     {ODA_DRAWENTIRE, ODS_SELECTED, HIGHLIGHT, false},
     {ODA_DRAWENTIRE, ODS_FOCUS, PLAIN, true},
     {ODA_DRAWENTIRE, SELECTED_FOCUS, HIGHLIGHT, true},
     {ODA_DRAWENTIRE, ODS_GRAYED | ODS_DISABLED, PLAIN, false},
-    {ODA_SELECT, 0, PLAIN, false},
     {ODA_SELECT, ODS_FOCUS, PLAIN, false},
     {ODA_SELECT, SELECTED_FOCUS, HIGHLIGHT, false},
     // A selected row loses its highlight with the focus of its list.
@@ -184,14 +174,13 @@ TEST_F(DrawItem, ActionAndStateGiveColoursAndFocus)
 
 TEST_F(DrawItem, EachRowHasItsPictureAtItsLevel)
 {
-    struct Row {
+    const auto nDeepest = int(split(m_dir.path(), '\\').size());
+    const struct {
         int idControl;
         LONG nRow;
         const char* pszIcon;
         int nIndent;
-    };
-    const auto nDeepest = int(split(m_dir.path(), '\\').size());
-    const Row all[] = {
+    } all[] = {
         {IDC_DANDD_LOCALDIRS, 0, "OpenFolder", 0},
         {IDC_DANDD_LOCALDIRS, 1, "OpenFolder", 1},
         {IDC_DANDD_LOCALDIRS, nDeepest - 1, "SelectedFolder", nDeepest - 1},
@@ -201,7 +190,7 @@ TEST_F(DrawItem, EachRowHasItsPictureAtItsLevel)
         {IDC_DANDD_HOSTDIRS, 3, "ClosedFolder", 2},
         {IDC_DANDD_LOCALDRIVES, LONG(tell(IDC_DANDD_LOCALDRIVES, CB_GETCURSEL)), "FixedDrive", 0},
     };
-    for (const Row& row : all) {
+    for (const auto& row : all) {
         std::string name = rows(row.idControl)[size_t(row.nRow)];
         EXPECT_TRUE(drawn(row.idControl, row.nRow, ODA_DRAWENTIRE, 0) ==
                     expected({PLAIN, row.pszIcon, row.nIndent, name, false}))
@@ -212,8 +201,7 @@ TEST_F(DrawItem, EachRowHasItsPictureAtItsLevel)
 TEST_F(DrawItem, NamesAreShownAsTheyAre)
 {
     for (const std::string& name :
-         {std::string("a&b && c"), std::string("%s\ttab"), std::string(""), std::string(259, 'w'),
-          std::string(259, 'W')}) {
+         Strings{"a&b && c", "%s\ttab", "", std::string(259, 'w'), std::string(259, 'W')}) {
         nXferDandDClearHostFileInfo(m_hwnd, XFERCLEAR_SUBDIRS);
         nXferDandDAddHostSubDir(m_hwnd, name.c_str());
         EXPECT_TRUE(drawn(IDC_DANDD_HOSTDIRS, 2, ODA_DRAWENTIRE, ODS_SELECTED) ==
@@ -236,7 +224,7 @@ TEST_F(DrawItem, AListWithoutACurrentRow)
         tell(IDC_DANDD_LOCALDRIVES, CB_FINDSTRING, WPARAM(-1), LPARAM("c:")))];
     EXPECT_TRUE(drawn(IDC_DANDD_LOCALDRIVES, -1, ODA_DRAWENTIRE, ODS_FOCUS) ==
                 expected({PLAIN, "FixedDrive", 0, drive, true}));
-    reinterpret_cast<XferWindowRecord*>(GetWindowLongA(m_hwnd, DWL_USER))->nLocalDrive = 2;
+    record()->nLocalDrive = 2;
     EXPECT_TRUE(drawn(IDC_DANDD_LOCALDRIVES, -1, ODA_DRAWENTIRE, 0) ==
                 expected({PLAIN, nullptr, 0, "", false}));
 }

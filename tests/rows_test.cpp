@@ -79,7 +79,7 @@ char* fakeGetCwd(char* pszBuffer, int cch)
 
 class Rows : public PaneWindow {
 protected:
-    Rows() : m_files(library(), matches), m_cwd(library(), "_getcwd", fakeGetCwd)
+    Rows()
     {
         s_currentDir = "C:\\Work";
         open();
@@ -112,10 +112,10 @@ protected:
         return cRecords;
     }
 
-    FoundFiles m_files;
+    FoundFiles m_files{library(), matches};
 
 private:
-    ReplacedImport m_cwd;
+    ReplacedImport m_cwd{library(), "_getcwd", fakeGetCwd};
 };
 
 TEST_F(Rows, FileNamesStandInOrderAndOnce)
@@ -306,11 +306,6 @@ TEST_F(Rows, ColumnsAreAsWideAsTheWidestName)
     EXPECT_TRUE(fExact);
 }
 
-struct Mask {
-    const char* pszText;
-    size_t cSearches; // one where directories and files come out of the same
-};
-
 TEST_F(Rows, RefreshGivesTheRowsOfThePlainWay)
 {
     const DWORD kinds[] = {FILE_ATTRIBUTE_ARCHIVE, FILE_ATTRIBUTE_DIRECTORY, FILE_ATTRIBUTE_ARCHIVE,
@@ -324,8 +319,11 @@ TEST_F(Rows, RefreshGivesTheRowsOfThePlainWay)
         m_files.entries.push_back({".dot", dw});
         m_files.entries.push_back({"." + std::string(dw == FILE_ATTRIBUTE_DIRECTORY, '.'), dw});
     }
-    const Mask masks[] = {{"*.*", 1}, {"*", 1}, {"*.TXT", 2}, {"a*", 2}, {"coop", 2}, {"none", 2}};
-    for (const Mask& mask : masks) {
+    const struct {
+        const char* pszText;
+        size_t cSearches; // one where directories and files come out of the same
+    } masks[] = {{"*.*", 1}, {"*", 1}, {"*.TXT", 2}, {"a*", 2}, {"coop", 2}, {"none", 2}};
+    for (const auto& mask : masks) {
         Strings files, dirs;
         for (const FoundFiles::Entry& found : m_files.entries) {
             bool fDir = (found.dwAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
@@ -403,16 +401,11 @@ TEST_F(Rows, RefreshFollowsTheLocaleOfTheThread)
 TEST_F(Rows, EmptyFilterLineFollowsTheFileType)
 {
     m_files.entries = {{"a.txt"}, {"a.bin"}};
-    struct Type {
-        WPARAM nRow;
-        const char* pszRows;
-    };
-    for (const Type& type :
-         {Type{1, "a.txt"}, Type{WPARAM(-1), "a.bin a.txt"}, Type{0, "a.bin a.txt"}}) {
-        tell(IDC_DANDD_LOCALTYPES, CB_SETCURSEL, type.nRow);
-        SetDlgItemTextA(m_hwnd, IDC_DANDD_LOCALFILTER, "");
+    for (int nRow : {1, -1, 0}) {
+        tell(IDC_DANDD_LOCALTYPES, CB_SETCURSEL, WPARAM(nRow));
+        type(IDC_DANDD_LOCALFILTER, "");
         refresh();
-        EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), split(type.pszRows));
+        EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), split(nRow == 1 ? "a.txt" : "a.bin a.txt"));
         EXPECT_EQ(text(IDC_DANDD_LOCALFILTER), "");
     }
     type(IDC_DANDD_LOCALFILTER, std::string(300, 'f'));
@@ -503,16 +496,12 @@ class RealFiles : public PaneWindow {};
 
 TEST_F(RealFiles, AreListedAsTheFileSystemHasThem)
 {
-    for (const char* psz : {"b.TXT", "A.txt", "a1.txt", "a10.txt", ".dot.txt", "c.bin"}) {
-        m_dir.makeFile(psz);
-    }
     const std::string longest = std::string(196, 'l') + ".txt";
-    m_dir.makeFile(longest);
-    m_dir.makeFile("hid.txt");
+    m_dir.makeDirs({"Sub.txt", ".hidden"});
+    m_dir.makeFiles({"b.TXT", "A.txt", "a1.txt", "a10.txt", ".dot.txt", "c.bin", longest, "hid.txt",
+                     "Sub.txt\\inner.txt"});
     SetFileAttributesA("hid.txt", FILE_ATTRIBUTE_HIDDEN);
     SetFileAttributesA("c.bin", FILE_ATTRIBUTE_READONLY);
-    m_dir.makeDir("Sub.txt");
-    m_dir.makeDir(".hidden");
     open();
     Strings files = {"A.txt", "a1.txt", "a10.txt", "b.TXT", longest};
     // Some file systems take names with a dot in front for hidden.
@@ -530,7 +519,6 @@ TEST_F(RealFiles, AreListedAsTheFileSystemHasThem)
     EXPECT_EQ(dirs.back(), "Sub.txt");
     EXPECT_EQ(text(IDC_DANDD_LOCALPATH), m_dir.path());
     // A path on which Enter wasn't pressed lists its own files.
-    m_dir.makeFile("Sub.txt\\inner.txt");
     type(IDC_DANDD_LOCALFILTER, "Sub.txt\\*.txt");
     vXferDandDRefreshLocalFiles(m_hwnd);
     EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), Strings{"inner.txt"});
