@@ -633,10 +633,9 @@ TEST_F(Command, DetailsOfSeveralFilesStandInTheirOrder)
     selectFiles(IDC_DANDD_LOCALFILES, {"a", "b", "c"});
     DeleteFileA("b");
     command(IDM_XFER_DETAILS);
-    Strings entries = log();
-    ASSERT_EQ(entries.size(), 2u);
-    EXPECT_EQ(entries[0].substr(0, 20), "a                 10");
-    EXPECT_EQ(entries[1].substr(0, 20), "c                  0");
+    ASSERT_EQ(log().size(), 2u);
+    EXPECT_EQ(log()[0].substr(0, 20), "a                 10");
+    EXPECT_EQ(log()[1].substr(0, 20), "c                  0");
 }
 
 // The save dialog, and what the user does in it.

@@ -34,9 +34,7 @@ DWORD WINAPI oldVersion()
 HKEY makeKey(const char* pszKey)
 {
     HKEY hKey = nullptr;
-    EXPECT_EQ(RegCreateKeyExA(HKEY_LOCAL_MACHINE, pszKey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
-                              &hKey, nullptr),
-              ERROR_SUCCESS);
+    EXPECT_EQ(RegCreateKeyA(HKEY_LOCAL_MACHINE, pszKey, &hKey), ERROR_SUCCESS);
     return hKey;
 }
 
@@ -59,6 +57,7 @@ protected:
         GetTempPathA(sizeof szPath, szPath);
         m_temp = szPath;
         controlFile();
+        s_results.clear();
     }
     ~Viewer() override
     {
