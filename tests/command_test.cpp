@@ -417,10 +417,10 @@ TEST_F(Command, NoListIsLeftBehind)
     EXPECT_EQ(ledger.owed(), "");
 
     // Nobody takes the lists.
-    auto pfnMode = m_callbacks.pfnViewModeChanged;
-    m_callbacks = {};
-    m_callbacks.cbSize = sizeof m_callbacks;
-    m_callbacks.pfnViewModeChanged = pfnMode;
+    HostCallbacks none = {};
+    none.cbSize = sizeof none;
+    none.pfnViewModeChanged = m_callbacks.pfnViewModeChanged;
+    m_callbacks = none;
     openFilled();
     cBefore = ledger.count();
     for (const Selection& selection : SELECTIONS) {
@@ -443,20 +443,14 @@ TEST_F(Command, NoListIsLeftBehind)
 
 // KRUTILS isn't ours: what it is told can end the window. Each step records something.
 std::function<void()> s_inRecord;
-int s_cRecorded;
 
-void noteRecord()
-{
-    ++s_cRecorded;
-    s_inRecord();
-}
 void WINAPI fakeRecordAction(HWND, int, const char*)
 {
-    noteRecord();
+    s_inRecord();
 }
 void WINAPI fakeRecordCommand(HWND, const char*)
 {
-    noteRecord();
+    s_inRecord();
 }
 
 struct Recorder {
@@ -487,8 +481,11 @@ TEST_F(Command, ARecordedActionMayEndTheWindow)
         SCOPED_TRACE(testing::Message() << recorder.idList << " " << recorder.idCommand);
         bool fTyped = recorder.idList == IDC_DANDD_COMMANDLINE;
         openFilled(fTyped ? XFERVIEW_COMMANDLINE : XFERVIEW_TWOPANE);
-        s_cRecorded = 0;
-        s_inRecord = [this] { close(); };
+        int cRecorded = 0;
+        s_inRecord = [&] {
+            ++cRecorded;
+            close();
+        };
         if (fTyped) {
             type(recorder.idList, recorder.pszRow);
         } else if (recorder.idList == IDC_DANDD_LOCALDIRS ||
@@ -504,7 +501,7 @@ TEST_F(Command, ARecordedActionMayEndTheWindow)
         } else {
             enter(recorder.idList);
         }
-        EXPECT_EQ(s_cRecorded, 1);
+        EXPECT_EQ(cRecorded, 1);
         EXPECT_EQ(m_hwnd, nullptr);
         EXPECT_EQ(heard(), recorder.pszAsked);
         EXPECT_EQ(ledger.owed(), "");
@@ -524,9 +521,8 @@ TEST_F(Command, AWindowThatWasUsedLeavesNothingBehind)
     };
     fill();
     const size_t cBefore = ledger.count();
-    bool fFailed = true;
     int n = 0;
-    while (fFailed && !HasFailure()) {
+    for (bool fFailed = true; fFailed && !HasFailure();) {
         m_dir.makeFile("c");
         ledger.failAt(++n);
         fill();

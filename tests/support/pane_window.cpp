@@ -74,8 +74,8 @@ TempDir::TempDir()
 TempDir::~TempDir()
 {
     EXPECT_EQ(_chdir(m_before.c_str()), 0);
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(m_path)) {
-        SetFileAttributesA(entry.path().string().c_str(), FILE_ATTRIBUTE_NORMAL);
+    for (const std::string& name : names()) {
+        SetFileAttributesA(path(name).c_str(), FILE_ATTRIBUTE_NORMAL);
     }
     std::filesystem::remove_all(m_path);
 }
@@ -108,6 +108,16 @@ void TempDir::enter() const
 bool TempDir::holds(const std::string& name) const
 {
     return GetFileAttributesA(path(name).c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+Strings TempDir::names() const
+{
+    Strings names;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(m_path)) {
+        names.push_back(entry.path().string().substr(m_path.size() + 1));
+    }
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
 namespace {

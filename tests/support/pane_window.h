@@ -43,6 +43,8 @@ public:
     void makeDirs(const Strings& names) const;
     void enter() const;
     bool holds(const std::string& name) const;
+    // All that is in it and below, in order.
+    Strings names() const;
 
 private:
     std::string m_path, m_before;
