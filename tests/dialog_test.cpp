@@ -1,6 +1,5 @@
 // The file dialogs, worked as a user does, and what becomes of them when their window goes.
 #include "../resources/ids.h"
-#include "../transfer/record.h"
 #include "support/imports.h"
 #include "support/input.h"
 #include "support/ledger.h"

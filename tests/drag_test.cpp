@@ -8,7 +8,6 @@
 #include "support/pane_window.h"
 
 #include <atomic>
-#include <direct.h>
 #include <map>
 #include <thread>
 

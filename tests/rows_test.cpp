@@ -7,7 +7,6 @@
 #include "support/pane_window.h"
 
 #include <algorithm>
-#include <direct.h>
 #include <stdio.h>
 
 namespace {
