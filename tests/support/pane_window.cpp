@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <direct.h>
-#include <stdio.h>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <utility>
 
 HMODULE library()
@@ -49,30 +51,11 @@ std::string currentDir()
     return lower(szDir);
 }
 
-namespace {
-
-void removeTree(const std::string& dir)
+std::string contentsOf(const std::string& path)
 {
-    WIN32_FIND_DATAA find;
-    HANDLE hFind = FindFirstFileA((dir + "\\*").c_str(), &find);
-    for (BOOL fMore = hFind != INVALID_HANDLE_VALUE; fMore; fMore = FindNextFileA(hFind, &find)) {
-        std::string name = find.cFileName;
-        std::string path = dir + "\\" + name;
-        if (name == "." || name == "..") {
-            continue;
-        }
-        SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
-        if ((find.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
-            removeTree(path);
-        } else {
-            DeleteFileA(path.c_str());
-        }
-    }
-    FindClose(hFind);
-    RemoveDirectoryA(dir.c_str());
+    std::ifstream file(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), {});
 }
-
-} // namespace
 
 TempDir::TempDir()
 {
@@ -85,32 +68,56 @@ TempDir::TempDir()
         m_path = lower(szTemp) + "kr" + std::to_string(s_nMade++);
     } while (!CreateDirectoryA(m_path.c_str(), nullptr) && GetLastError() == ERROR_ALREADY_EXISTS &&
              s_nMade < 100000);
-    EXPECT_EQ(_chdir(m_path.c_str()), 0) << m_path;
+    enter();
 }
 
 TempDir::~TempDir()
 {
     EXPECT_EQ(_chdir(m_before.c_str()), 0);
-    removeTree(m_path);
+    for (const std::string& name : names()) {
+        SetFileAttributesA(path(name).c_str(), FILE_ATTRIBUTE_NORMAL);
+    }
+    std::filesystem::remove_all(m_path);
 }
 
 void TempDir::makeFile(const std::string& name, size_t cb) const
 {
-    FILE* pFile = fopen(path(name).c_str(), "wb");
-    ASSERT_NE(pFile, nullptr) << name;
-    std::string bytes(cb, 'x');
-    fwrite(bytes.data(), 1, cb, pFile);
-    fclose(pFile);
+    std::ofstream file(path(name), std::ios::binary);
+    EXPECT_TRUE(file << std::string(cb, 'x')) << name;
 }
 
-void TempDir::makeDir(const std::string& name) const
+void TempDir::makeFiles(const Strings& names) const
 {
-    EXPECT_TRUE(CreateDirectoryA(path(name).c_str(), nullptr)) << name;
+    for (const std::string& name : names) {
+        makeFile(name);
+    }
+}
+
+void TempDir::makeDirs(const Strings& names) const
+{
+    for (const std::string& name : names) {
+        EXPECT_TRUE(CreateDirectoryA(path(name).c_str(), nullptr)) << name;
+    }
+}
+
+void TempDir::enter() const
+{
+    EXPECT_EQ(_chdir(m_path.c_str()), 0) << m_path;
 }
 
 bool TempDir::holds(const std::string& name) const
 {
     return GetFileAttributesA(path(name).c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+Strings TempDir::names() const
+{
+    Strings names;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(m_path)) {
+        names.push_back(entry.path().string().substr(m_path.size() + 1));
+    }
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
 namespace {
@@ -132,9 +139,19 @@ std::string take(XferFileList list, LONG nColumn)
     return names;
 }
 
+constexpr char RECEIVE[] = "receive";
+constexpr char REMOVE[] = "delete";
+constexpr char DETAILS[] = "details";
+constexpr char VIEW[] = "view";
+constexpr char MAKE_DIR[] = "mkdir ";
+constexpr char CHANGE_DIR[] = "chdir ";
+constexpr char REMOVE_DIR[] = "rmdir ";
+constexpr char COMMAND[] = "command ";
+constexpr char FILTER[] = "filter ";
+
 } // namespace
 
-// The functions of the table.
+// The functions of the table; those with the same arguments differ in the name of the request.
 struct PaneWindow::Caller {
     static void ask(DWORD dw, const std::string& request)
     {
@@ -145,29 +162,23 @@ struct PaneWindow::Caller {
         ask(dw, "send" + take(list, XFERLIST_LOCAL) +
                     (pszDir == nullptr ? "" : " > " + std::string(pszDir)));
     }
-    static void KRHAULAPI receive(DWORD dw, DWORD, DWORD, XferFileList list, DWORD)
+    template <const char* NAME, typename... Args>
+    static void KRHAULAPI files(DWORD dw, DWORD, DWORD, XferFileList list, Args...)
     {
-        ask(dw, "receive" + take(list, XFERLIST_HOST));
-    }
-    static void KRHAULAPI remove(DWORD dw, DWORD, DWORD, XferFileList list, DWORD)
-    {
-        ask(dw, "delete" + take(list, XFERLIST_HOST));
+        ask(dw, NAME + take(list, XFERLIST_HOST));
     }
     static void KRHAULAPI rename(DWORD dw, DWORD, DWORD, const char* pszOld, const char* pszNew)
     {
         ask(dw, "rename " + std::string(pszOld) + " " + pszNew);
     }
-    static void KRHAULAPI makeDir(DWORD dw, DWORD, DWORD, const char* pszDir)
+    template <const char* NAME> static void KRHAULAPI text(DWORD dw, DWORD, DWORD, const char* psz)
     {
-        ask(dw, "mkdir " + std::string(pszDir));
+        ask(dw, NAME + std::string(psz));
     }
-    static void KRHAULAPI changeDir(DWORD dw, DWORD, DWORD, const char* pszDir, DWORD fFromList)
+    template <const char* NAME>
+    static void KRHAULAPI dir(DWORD dw, DWORD, DWORD, const char* pszDir, DWORD fFromList)
     {
-        ask(dw, "chdir " + std::string(pszDir) + " " + std::to_string(fFromList));
-    }
-    static void KRHAULAPI removeDir(DWORD dw, DWORD, DWORD, const char* pszDir, DWORD fFromList)
-    {
-        ask(dw, "rmdir " + std::string(pszDir) + " " + std::to_string(fFromList));
+        ask(dw, NAME + std::string(pszDir) + " " + std::to_string(fFromList));
     }
     static DWORD KRHAULAPI confirm(DWORD dw, DWORD dwFlags, DWORD fSet)
     {
@@ -175,33 +186,20 @@ struct PaneWindow::Caller {
         ask(dw, fSet != 0 ? "flags " + std::to_string(dwFlags) : "flags");
         return reinterpret_cast<PaneWindow*>(dw)->m_dwConfirm;
     }
-    static void KRHAULAPI hostCommand(DWORD dw, DWORD, DWORD, const char* pszCommand)
-    {
-        ask(dw, "command " + std::string(pszCommand));
-    }
-    static void KRHAULAPI filter(DWORD dw, DWORD, DWORD, const char* pszFilter)
-    {
-        ask(dw, "filter " + std::string(pszFilter));
-    }
     static void KRHAULAPI mode(DWORD dw, DWORD, DWORD, DWORD nMode)
     {
         reinterpret_cast<PaneWindow*>(dw)->m_requests.push_back("mode " + std::to_string(nMode));
     }
-    static void KRHAULAPI details(DWORD dw, DWORD, DWORD, XferFileList list)
-    {
-        ask(dw, "details" + take(list, XFERLIST_HOST));
-    }
-    static void KRHAULAPI view(DWORD dw, DWORD, DWORD, XferFileList list, DWORD)
-    {
-        ask(dw, "view" + take(list, XFERLIST_HOST));
-    }
 };
 
 PaneWindow::PaneWindow()
-    : m_callbacks{sizeof(HostCallbacks), Caller::send,        Caller::receive,   Caller::remove,
-                  Caller::rename,        Caller::makeDir,     Caller::changeDir, Caller::removeDir,
-                  Caller::confirm,       Caller::hostCommand, Caller::filter,    Caller::mode,
-                  Caller::details,       Caller::view}
+    : m_callbacks{sizeof(HostCallbacks),   Caller::send,
+                  Caller::files<RECEIVE>,  Caller::files<REMOVE>,
+                  Caller::rename,          Caller::text<MAKE_DIR>,
+                  Caller::dir<CHANGE_DIR>, Caller::dir<REMOVE_DIR>,
+                  Caller::confirm,         Caller::text<COMMAND>,
+                  Caller::text<FILTER>,    Caller::mode,
+                  Caller::files<DETAILS>,  Caller::files<VIEW>}
 {
 }
 
@@ -225,8 +223,7 @@ void PaneWindow::open(DWORD nViewMode)
     ASSERT_NE(m_hwnd, nullptr);
     EXPECT_TRUE(waitUntil([this] { return !m_requests.empty(); }));
     vXferDandDSetBusyState(m_hwnd, 0);
-    requests();
-    recorded();
+    heard();
 }
 
 void PaneWindow::close()
@@ -286,6 +283,13 @@ void PaneWindow::selectFiles(int idFileList, const Strings& names) const
     }
 }
 
+void PaneWindow::selectOnly(int idFileList, const Strings& names) const
+{
+    selectFiles(IDC_DANDD_LOCALFILES, {});
+    selectFiles(IDC_DANDD_HOSTFILES, {});
+    selectFiles(idFileList, names);
+}
+
 Strings PaneWindow::selected(int idFileList) const
 {
     Strings all = rows(idFileList);
@@ -305,6 +309,12 @@ LONG PaneWindow::columnWidth(int idFileList) const
     return rc.right - rc.left;
 }
 
+void PaneWindow::goHome() const
+{
+    m_dir.enter();
+    vXferDandDRefreshLocalFiles(m_hwnd);
+}
+
 void PaneWindow::feedHost(const Strings& files) const
 {
     vXferDandDSetBusyState(m_hwnd, 1);
@@ -320,7 +330,12 @@ void PaneWindow::feedHost(const Strings& files) const
 
 std::string PaneWindow::stripText() const
 {
-    return reinterpret_cast<XferWindowRecord*>(GetWindowLongA(m_hwnd, DWL_USER))->szStripText;
+    return record()->szStripText;
+}
+
+std::string PaneWindow::english(UINT id)
+{
+    return stringOf(GetModuleHandleA("XFREN.DLL"), id);
 }
 
 Strings PaneWindow::log() const
@@ -339,4 +354,15 @@ Strings PaneWindow::log() const
 Strings PaneWindow::requests()
 {
     return std::exchange(m_requests, {});
+}
+
+std::string PaneWindow::heard()
+{
+    std::string all;
+    for (const Strings& lines : {requests(), recorded()}) {
+        for (const std::string& line : lines) {
+            all += (all.empty() ? "" : "|") + line;
+        }
+    }
+    return all;
 }

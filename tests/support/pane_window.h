@@ -39,14 +39,23 @@ public:
         return m_path + "\\" + name;
     }
     void makeFile(const std::string& name, size_t cb = 0) const;
-    void makeDir(const std::string& name) const;
+    void makeFiles(const Strings& names) const;
+    void makeDirs(const Strings& names) const;
+    void enter() const;
     bool holds(const std::string& name) const;
+    // All that is in it and below, in order.
+    Strings names() const;
 
 private:
     std::string m_path, m_before;
 };
 
 std::string currentDir();
+
+// The bytes of a file; empty also if there is none.
+std::string contentsOf(const std::string& path);
+
+struct XferWindowRecord;
 
 class PaneWindow : public testing::Test {
 protected:
@@ -62,6 +71,10 @@ protected:
         ShowWindow(m_hwnd, SW_HIDE);
     }
 
+    XferWindowRecord* record() const
+    {
+        return reinterpret_cast<XferWindowRecord*>(GetWindowLongA(m_hwnd, DWL_USER));
+    }
     HWND item(int idControl) const
     {
         return GetDlgItem(m_hwnd, idControl);
@@ -90,20 +103,29 @@ protected:
     void selectRow(int idDirList, const std::string& text) const;
     // In a file list, with no notification.
     void selectFiles(int idFileList, const Strings& names) const;
+    // The same, with nothing selected in the other list.
+    void selectOnly(int idFileList, const Strings& names) const;
     Strings selected(int idFileList) const;
     LONG columnWidth(int idFileList) const;
+
+    // Makes the test's directory current and fills the panes with it.
+    void goHome() const;
 
     // The usual host side: "..", the working directory "/work", "one" and "two", and files.
     void feedHost(const Strings& files) const;
 
     // The text of the message strip, which shows nowhere else.
     std::string stripText() const;
+    // A string of the window's language.
+    static std::string english(UINT id);
     // Entries of the log, oldest first.
     Strings log() const;
 
     // What the caller has been asked since the last call: the name of the request and what
     // came with it. Names of a list stand in the order of its rows.
     Strings requests();
+    // The requests and behind them what KRUTILS has recorded, with "|" between them.
+    std::string heard();
 
     TempDir m_dir;
     ParentWindow m_parent;
