@@ -231,7 +231,7 @@ TEST_F(Command, NamesOfAnotherDirectoryAreLeftAlone)
     EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), (Strings{"a", "b", "c"}));
     selectFiles(IDC_DANDD_HOSTFILES, {});
 
-    type(IDC_DANDD_LOCALFILTER, "full\*.*");
+    type(IDC_DANDD_LOCALFILTER, "full\\*.*");
     goHome();
     for (UINT idCommand : {IDM_XFER_DELETE, IDM_XFER_TRANSFER, IDM_XFER_DETAILS}) {
         selectFiles(IDC_DANDD_LOCALFILES, {"a"});
