@@ -657,7 +657,7 @@ TEST_F(Ftp, StopsWhileTheServerKeepsSilent)
 TEST_F(Ftp, StopsASendingInItsMiddle)
 {
     writeFile(m_dir.path("f.bin"), someBytes(20 << 20));
-    connectAs("plain");
+    connectAs("slow");
     begin(IDC_DANDD_LOCALFILES, {"f.bin"});
     EXPECT_TRUE(waitUntil([this] { return !filesIn(m_server).empty(); }));
     SendMessageA(jobWindow(), WM_COMMAND, XFERSTAT_BUTTON, 0);

@@ -284,7 +284,7 @@ TEST_F(PathLine, LocalDirectoryRowsAreEntered)
     EXPECT_EQ(currentDir(), m_dir.path());
     EXPECT_EQ(recorded(), Strings{"local directory: " + m_dir.path()});
     // The process has gone elsewhere, where that name means another directory.
-    m_dir.makeDir("Sub\\Gone");
+    m_dir.makeDirs({"Sub\\Gone"});
     selectRow(IDC_DANDD_LOCALDIRS, "Gone");
     _chdir("Sub");
     enter(IDC_DANDD_LOCALDIRS);
