@@ -48,7 +48,7 @@ void accept(const XferDialog* pDialog)
     vXferDandDEndDialog(pDialog);
 }
 
-INT_PTR onCommand(const XferDialog* pDialog, int id)
+INT_PTR onCommand(const XferDialog* pDialog, int id, WORD)
 {
     switch (id) {
     case IDOK:
@@ -57,13 +57,13 @@ INT_PTR onCommand(const XferDialog* pDialog, int id)
     case IDCANCEL:
         vXferDandDEndDialog(pDialog);
         return 1;
-    case IDC_CONFIRM_HELP:
-        vXferDandDDialogHelp(pDialog, XFERHELP_CONFIRM);
-        return 1;
     default:
         return 0;
     }
 }
+
+constexpr XferDialogKind CONFIRM = {XFERHELP_CONFIRM, IDC_CONFIRM_HELP, initDialog, onCommand,
+                                    nullptr};
 
 } // namespace
 
@@ -77,21 +77,5 @@ DWORD dwXferDandDConfirmFlags(const XferWindowRecord* pRecord)
 
 INT_PTR CALLBACK fDlgXferDandDConfirmProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
-    XferDialog dialog;
-    if (uMessage == WM_INITDIALOG) {
-        initDialog(hdlg, lParam);
-        return 1;
-    }
-    if (!fXferDandDDialogOf(hdlg, &dialog)) {
-        return 0;
-    }
-    switch (uMessage) {
-    case WM_COMMAND:
-        return onCommand(&dialog, LOWORD(wParam));
-    case WM_XFER_HELP:
-        vXferDandDDialogHelp(&dialog, XFERHELP_CONFIRM);
-        return 1;
-    default:
-        return 0;
-    }
+    return nXferDandDDialogMessage(&CONFIRM, hdlg, uMessage, wParam, lParam);
 }

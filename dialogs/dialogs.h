@@ -55,6 +55,19 @@ bool fXferDandDDialogFailed(const XferDialog* pDialog, DWORD dwError);
 
 void vXferDandDDialogHelp(const XferDialog* pDialog, XferHelpContext context);
 
+// What differs between the dialogs in the messages that they handle.
+struct XferDialogKind {
+    XferHelpContext context;
+    int idHelp;
+    void (*pfnInit)(HWND hdlg, LPARAM lParam);
+    // Gives 1 for a control that the dialog knows, else 0.
+    INT_PTR (*pfnCommand)(const XferDialog* pDialog, int id, WORD nNotification);
+    int (*pfnFocus)(); // the control that the timer gives the focus to; null without a timer
+};
+
+INT_PTR nXferDandDDialogMessage(const XferDialogKind* pKind, HWND hdlg, UINT uMessage,
+                                WPARAM wParam, LPARAM lParam);
+
 // The names as the user sees them are the names that are used: an edit takes no more
 // characters than its name holds.
 void vXferDandDLimitName(HWND hdlg, int idEdit);
@@ -65,7 +78,6 @@ void vXferDandDEnableOk(HWND hdlg, bool fEnable);
 
 // Some dialogs move the focus only once they run.
 void vXferDandDStartFocusTimer(HWND hdlg);
-void vXferDandDFocusByTimer(HWND hdlg, int idControl);
 
 // Typed names mean what stands in the current directory of the process. Gives whether that is
 // still the one in the local panes; if it isn't, they are filled anew, and the user may look

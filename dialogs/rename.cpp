@@ -98,7 +98,7 @@ void cancel(const XferDialog* pDialog)
     vXferDandDEndDialog(pDialog);
 }
 
-INT_PTR onCommand(const XferDialog* pDialog, int id)
+INT_PTR onCommand(const XferDialog* pDialog, int id, WORD)
 {
     switch (id) {
     case IDOK:
@@ -110,36 +110,22 @@ INT_PTR onCommand(const XferDialog* pDialog, int id)
     case IDC_RENAME_NEWNAME:
         newNameChanged(pDialog);
         return 1;
-    case IDC_RENAME_HELP:
-        vXferDandDDialogHelp(pDialog, XFERHELP_RENAME);
-        return 1;
     default:
         return 0;
     }
 }
 
+int focusControl()
+{
+    return IDC_RENAME_NEWNAME;
+}
+
+constexpr XferDialogKind RENAME = {XFERHELP_RENAME, IDC_RENAME_HELP, initDialog, onCommand,
+                                   focusControl};
+
 } // namespace
 
 INT_PTR CALLBACK fDlgXferDandDRenProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
-    XferDialog dialog;
-    if (uMessage == WM_INITDIALOG) {
-        initDialog(hdlg, lParam);
-        return 1;
-    }
-    if (!fXferDandDDialogOf(hdlg, &dialog)) {
-        return 0;
-    }
-    switch (uMessage) {
-    case WM_TIMER:
-        vXferDandDFocusByTimer(hdlg, IDC_RENAME_NEWNAME);
-        return 1;
-    case WM_COMMAND:
-        return onCommand(&dialog, LOWORD(wParam));
-    case WM_XFER_HELP:
-        vXferDandDDialogHelp(&dialog, XFERHELP_RENAME);
-        return 1;
-    default:
-        return 0;
-    }
+    return nXferDandDDialogMessage(&RENAME, hdlg, uMessage, wParam, lParam);
 }

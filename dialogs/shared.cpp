@@ -20,7 +20,50 @@ LONG halfOfRest(LONG nParent, LONG nDialog)
     return nParent > nDialog ? (nParent - nDialog) / 2 : 0;
 }
 
+void focusByTimer(HWND hdlg, int idControl)
+{
+    KillTimer(hdlg, FOCUS_TIMER);
+    SetFocus(GetDlgItem(hdlg, idControl));
+}
+
+INT_PTR onCommand(const XferDialogKind* pKind, const XferDialog* pDialog, WPARAM wParam)
+{
+    if (LOWORD(wParam) == pKind->idHelp) {
+        vXferDandDDialogHelp(pDialog, pKind->context);
+        return 1;
+    }
+    return pKind->pfnCommand(pDialog, LOWORD(wParam), HIWORD(wParam));
+}
+
 } // namespace
+
+INT_PTR nXferDandDDialogMessage(const XferDialogKind* pKind, HWND hdlg, UINT uMessage,
+                                WPARAM wParam, LPARAM lParam)
+{
+    XferDialog dialog;
+    if (uMessage == WM_INITDIALOG) {
+        pKind->pfnInit(hdlg, lParam);
+        return 1;
+    }
+    if (!fXferDandDDialogOf(hdlg, &dialog)) {
+        return 0;
+    }
+    switch (uMessage) {
+    case WM_TIMER:
+        if (pKind->pfnFocus == nullptr) {
+            return 0;
+        }
+        focusByTimer(hdlg, pKind->pfnFocus());
+        return 1;
+    case WM_COMMAND:
+        return onCommand(pKind, &dialog, wParam);
+    case WM_XFER_HELP:
+        vXferDandDDialogHelp(&dialog, pKind->context);
+        return 1;
+    default:
+        return 0;
+    }
+}
 
 void vXferDandDCenterDialog(HWND hdlg)
 {
@@ -111,12 +154,6 @@ void vXferDandDEnableOk(HWND hdlg, bool fEnable)
 void vXferDandDStartFocusTimer(HWND hdlg)
 {
     SetTimer(hdlg, FOCUS_TIMER, FOCUS_DELAY, nullptr);
-}
-
-void vXferDandDFocusByTimer(HWND hdlg, int idControl)
-{
-    KillTimer(hdlg, FOCUS_TIMER);
-    SetFocus(GetDlgItem(hdlg, idControl));
 }
 
 bool fXferDandDNamesMeanShownDir(const XferDialog* pDialog)

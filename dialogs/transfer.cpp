@@ -113,9 +113,6 @@ INT_PTR onCommand(const XferDialog* pDialog, int id, WORD nNotification)
     case IDC_COPY_SOURCE:
         sourceChanged(pDialog->hdlg, nNotification);
         return 1;
-    case IDC_COPY_HELP:
-        vXferDandDDialogHelp(pDialog, XFERHELP_COPY);
-        return 1;
     default:
         return 0;
     }
@@ -128,30 +125,19 @@ void keepName(char (&szTo)[XFER_NAME_SIZE], const char* pszFrom)
     szTo[XFER_MAX_NAME] = '\0';
 }
 
+int focusControl()
+{
+    return s_fFocusOnTarget ? IDC_COPY_TARGET : IDC_COPY_SEND;
+}
+
+constexpr XferDialogKind TRANSFER = {XFERHELP_COPY, IDC_COPY_HELP, initDialog, onCommand,
+                                     focusControl};
+
 } // namespace
 
 INT_PTR CALLBACK fDlgXferDandDTranProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
-    XferDialog dialog;
-    if (uMessage == WM_INITDIALOG) {
-        initDialog(hdlg, lParam);
-        return 1;
-    }
-    if (!fXferDandDDialogOf(hdlg, &dialog)) {
-        return 0;
-    }
-    switch (uMessage) {
-    case WM_TIMER:
-        vXferDandDFocusByTimer(hdlg, s_fFocusOnTarget ? IDC_COPY_TARGET : IDC_COPY_SEND);
-        return 1;
-    case WM_COMMAND:
-        return onCommand(&dialog, LOWORD(wParam), HIWORD(wParam));
-    case WM_XFER_HELP:
-        vXferDandDDialogHelp(&dialog, XFERHELP_COPY);
-        return 1;
-    default:
-        return 0;
-    }
+    return nXferDandDDialogMessage(&TRANSFER, hdlg, uMessage, wParam, lParam);
 }
 
 int fXferDandDCheckSource(const XferDialog* pDialog, const char* pszName)

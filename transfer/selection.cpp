@@ -244,23 +244,14 @@ void viewLocalFile(const XferCommand* pCommand, const char* pszName)
     vXferDandDViewFile(pCommand->hdlgDandD, szPath, nullptr, nullptr, nullptr, nullptr);
 }
 
-void viewLocalFiles(const XferCommand* pCommand)
+void detailLocalFile(const XferCommand* pCommand, const char* pszName)
 {
-    char szName[XFER_NAME_SIZE];
-    HWND hwndList = GetDlgItem(pCommand->hdlgDandD, IDC_DANDD_LOCALFILES);
-    auto cRows = LONG(SendMessageA(hwndList, LB_GETCOUNT, 0, 0));
-    if (!fXferDandDShowsFilesHere(pCommand->pRecord)) {
-        return;
-    }
-    for (LONG n = 0; n < cRows; ++n) {
-        if (SendMessageA(hwndList, LB_GETSEL, WPARAM(n), 0) > 0 &&
-            nXferDandDRowText(hwndList, n, szName) != LB_ERR) {
-            viewLocalFile(pCommand, szName);
-        }
-    }
+    vXferDandDFileDetails(pCommand->hdlgDandD, pszName);
 }
 
-void detailLocalFiles(const XferCommand* pCommand)
+// Neither of the two runs foreign code.
+void forSelectedLocalFiles(const XferCommand* pCommand,
+                           void (*pfnFile)(const XferCommand* pCommand, const char* pszName))
 {
     char szName[XFER_NAME_SIZE];
     HWND hwndList = GetDlgItem(pCommand->hdlgDandD, IDC_DANDD_LOCALFILES);
@@ -271,7 +262,7 @@ void detailLocalFiles(const XferCommand* pCommand)
     for (LONG n = 0; n < cRows; ++n) {
         if (SendMessageA(hwndList, LB_GETSEL, WPARAM(n), 0) > 0 &&
             nXferDandDRowText(hwndList, n, szName) != LB_ERR) {
-            vXferDandDFileDetails(pCommand->hdlgDandD, szName);
+            pfnFile(pCommand, szName);
         }
     }
 }
@@ -412,7 +403,7 @@ void vXferDandDView(const XferCommand* pCommand)
             viewHostFiles(pCommand->pRecord, list);
         }
     } else if (countSelected(pCommand, IDC_DANDD_LOCALFILES) > 0) {
-        viewLocalFiles(pCommand);
+        forSelectedLocalFiles(pCommand, viewLocalFile);
     } else {
         fXferDandDShowsHere(pCommand->pRecord);
         fXferDandDRunDialog(pCommand->pRecord, XFERDLG_VIEW);
@@ -428,7 +419,7 @@ void vXferDandDDetails(const XferCommand* pCommand)
             detailHostFiles(pCommand->pRecord, list);
         }
     } else if (countSelected(pCommand, IDC_DANDD_LOCALFILES) > 0) {
-        detailLocalFiles(pCommand);
+        forSelectedLocalFiles(pCommand, detailLocalFile);
     }
 }
 
