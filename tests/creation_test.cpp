@@ -493,23 +493,7 @@ TEST_F(Creation, DISABLED_OldPlatform)
 // The case above for real, in a program of which the platform says that it is an old one.
 TEST_F(Creation, WorksOnVersionsBelow4)
 {
-    if (GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") == nullptr) {
-        GTEST_SKIP() << "only Wine can be told to be an older platform";
-    }
-    constexpr char KEY[] = "Software\\Wine\\AppDefaults\\OLD351.exe";
-    char szSelf[MAX_PATH];
-    GetModuleFileNameA(nullptr, szSelf, sizeof szSelf);
-    const std::string copy = std::string(szSelf, strrchr(szSelf, '\\') + 1) + "OLD351.exe";
-    ASSERT_TRUE(CopyFileA(szSelf, copy.c_str(), FALSE));
-    HKEY hkey;
-    ASSERT_EQ(RegCreateKeyA(HKEY_CURRENT_USER, KEY, &hkey), ERROR_SUCCESS);
-    RegSetValueExA(hkey, "Version", 0, REG_SZ, reinterpret_cast<const BYTE*>("nt351"), 6);
-    RegCloseKey(hkey);
-    EXPECT_EQ(
-        runProgram("\"" + copy + "\" --gtest_also_run_disabled_tests --gtest_filter=*OldPlatform"),
-        0u);
-    RegDeleteKeyA(HKEY_CURRENT_USER, KEY);
-    EXPECT_TRUE(waitUntil([&] { return DeleteFileA(copy.c_str()) != 0; }));
+    EXPECT_EQ(runOnOldPlatform("*OldPlatform"), 0u);
     // The platform of this program has the icon.
     create();
     EXPECT_NE(SendMessageA(m_hwnd, WM_GETICON, ICON_BIG, 0), 0);

@@ -1,5 +1,7 @@
 #include "windows.h"
 
+#include <string.h>
+
 #include <ostream>
 #include <utility>
 
@@ -85,6 +87,28 @@ DWORD runProgram(std::string command, HANDLE hOutput)
         CloseHandle(process.hProcess);
     }
     return dwExit;
+}
+
+DWORD runOnOldPlatform(const char* pszFilter)
+{
+    constexpr char KEY[] = "Software\\Wine\\AppDefaults\\OLD351.exe";
+    char szSelf[MAX_PATH];
+    HKEY hkey;
+    GetModuleFileNameA(nullptr, szSelf, sizeof szSelf);
+    const std::string copy = std::string(szSelf, strrchr(szSelf, '\\') + 1) + "OLD351.exe";
+    if (GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") == nullptr) {
+        return 0;
+    }
+    if (!CopyFileA(szSelf, copy.c_str(), FALSE) ||
+        RegCreateKeyA(HKEY_CURRENT_USER, KEY, &hkey) != ERROR_SUCCESS) {
+        return MAXDWORD;
+    }
+    RegSetValueExA(hkey, "Version", 0, REG_SZ, reinterpret_cast<const BYTE*>("nt351"), 6);
+    RegCloseKey(hkey);
+    DWORD dwExit =
+        runProgram("\"" + copy + "\" --gtest_also_run_disabled_tests --gtest_filter=" + pszFilter);
+    RegDeleteKeyA(HKEY_CURRENT_USER, KEY);
+    return waitUntil([&] { return DeleteFileA(copy.c_str()) != 0; }) ? dwExit : MAXDWORD;
 }
 
 std::ostream& operator<<(std::ostream& stream, const Message& message)

@@ -24,6 +24,11 @@ std::string stringOf(HMODULE hModule, UINT id);
 // handled meanwhile.
 DWORD runProgram(std::string command, HANDLE hOutput = nullptr);
 
+// Runs the disabled tests of this program that a filter names, in a copy of it of which the
+// platform says that it is an old one (3.51). Gives its exit code, 0 too where the platform isn't
+// Wine, which alone can be told so.
+DWORD runOnOldPlatform(const char* pszFilter);
+
 struct Message {
     UINT uMessage;
     WPARAM wParam;
