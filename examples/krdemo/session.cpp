@@ -328,7 +328,9 @@ void KRHAULAPI onDeleteHostFiles(DWORD, DWORD, DWORD, XferFileList list, DWORD)
 // The copy belongs to the viewer, which takes it away.
 void showCopy(Report* pReport)
 {
-    vXferDandDViewFile(s_session.hdlg, pReport->szText, pReport->szName, "the host", "KRDEMO", "");
+    const DemoOptions* pOptions = &s_session.options;
+    vXferDandDViewFile(s_session.hdlg, pReport->szText, pReport->szName,
+                       pOptions->fServer ? pOptions->server.szServer : "the host", "KRDEMO", "");
 }
 
 void showNoCopy(Report* pReport)
