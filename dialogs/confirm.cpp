@@ -48,22 +48,9 @@ void accept(const XferDialog* pDialog)
     vXferDandDEndDialog(pDialog);
 }
 
-INT_PTR onCommand(const XferDialog* pDialog, int id, WORD)
-{
-    switch (id) {
-    case IDOK:
-        accept(pDialog);
-        return 1;
-    case IDCANCEL:
-        vXferDandDEndDialog(pDialog);
-        return 1;
-    default:
-        return 0;
-    }
-}
-
-constexpr XferDialogKind CONFIRM = {XFERHELP_CONFIRM, IDC_CONFIRM_HELP, initDialog, onCommand,
-                                    nullptr};
+constexpr XferDialogKind CONFIRM = {
+    XFERHELP_CONFIRM, IDC_CONFIRM_HELP, initDialog, accept, vXferDandDEndDialog, 0,
+    nullptr,          nullptr};
 
 } // namespace
 

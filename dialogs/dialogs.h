@@ -27,6 +27,9 @@ enum XferFileDialog {
 // stands in the record.
 bool fXferDandDRunDialog(XferWindowRecord* pRecord, XferFileDialog dialog);
 
+// The same for a dialog in which names are typed: the local panes show first what they mean.
+bool fXferDandDAskForNames(HWND hdlgDandD, XferWindowRecord* pRecord, XferFileDialog dialog);
+
 // shared.cpp: a dialog in hand.
 struct XferDialog {
     HWND hdlg;
@@ -60,8 +63,10 @@ struct XferDialogKind {
     XferHelpContext context;
     int idHelp;
     void (*pfnInit)(HWND hdlg, LPARAM lParam);
-    // Gives 1 for a control that the dialog knows, else 0.
-    INT_PTR (*pfnCommand)(const XferDialog* pDialog, int id, WORD nNotification);
+    void (*pfnAccept)(const XferDialog* pDialog);
+    void (*pfnCancel)(const XferDialog* pDialog);
+    int idWatched; // the edit whose notifications count; 0 for none
+    void (*pfnNotify)(const XferDialog* pDialog, WORD nNotification);
     int (*pfnFocus)(); // the control that the timer gives the focus to; null without a timer
 };
 

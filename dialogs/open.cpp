@@ -1,5 +1,6 @@
 // All file dialogs: their templates and procedures.
 #include "dialogs.h"
+#include "../transfer/panes.h"
 
 namespace {
 
@@ -37,4 +38,11 @@ bool fXferDandDRunDialog(XferWindowRecord* pRecord, XferFileDialog dialog)
     pRecord->hdlgOpen = hdlgOuter;
     EnableWindow(hdlgOuter, TRUE);
     return nResult != -1 && fXferDandDIsAlive(hdlgDandD, pRecord);
+}
+
+// Panes that are filled anew can run foreign code.
+bool fXferDandDAskForNames(HWND hdlgDandD, XferWindowRecord* pRecord, XferFileDialog dialog)
+{
+    fXferDandDShowsHere(pRecord);
+    return fXferDandDIsAlive(hdlgDandD, pRecord) && fXferDandDRunDialog(pRecord, dialog);
 }

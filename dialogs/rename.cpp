@@ -35,7 +35,7 @@ void initDialog(HWND hdlg, LPARAM lParam)
     vXferDandDStartFocusTimer(hdlg);
 }
 
-void newNameChanged(const XferDialog* pDialog)
+void newNameChanged(const XferDialog* pDialog, WORD)
 {
     vXferDandDReadName(pDialog->hdlg, IDC_RENAME_NEWNAME, pDialog->pRecord->szName2);
     vXferDandDEnableOk(pDialog->hdlg, pDialog->pRecord->szName2[0] != '\0');
@@ -98,30 +98,13 @@ void cancel(const XferDialog* pDialog)
     vXferDandDEndDialog(pDialog);
 }
 
-INT_PTR onCommand(const XferDialog* pDialog, int id, WORD)
-{
-    switch (id) {
-    case IDOK:
-        accept(pDialog);
-        return 1;
-    case IDCANCEL:
-        cancel(pDialog);
-        return 1;
-    case IDC_RENAME_NEWNAME:
-        newNameChanged(pDialog);
-        return 1;
-    default:
-        return 0;
-    }
-}
-
 int focusControl()
 {
     return IDC_RENAME_NEWNAME;
 }
 
-constexpr XferDialogKind RENAME = {XFERHELP_RENAME, IDC_RENAME_HELP, initDialog, onCommand,
-                                   focusControl};
+constexpr XferDialogKind RENAME = {XFERHELP_RENAME,    IDC_RENAME_HELP, initDialog,  accept, cancel,
+                                   IDC_RENAME_NEWNAME, newNameChanged,  focusControl};
 
 } // namespace
 

@@ -26,13 +26,21 @@ void focusByTimer(HWND hdlg, int idControl)
     SetFocus(GetDlgItem(hdlg, idControl));
 }
 
-INT_PTR onCommand(const XferDialogKind* pKind, const XferDialog* pDialog, WPARAM wParam)
+INT_PTR onCommand(const XferDialogKind* pKind, const XferDialog* pDialog, int id,
+                  WORD nNotification)
 {
-    if (LOWORD(wParam) == pKind->idHelp) {
+    if (id == IDOK) {
+        pKind->pfnAccept(pDialog);
+    } else if (id == IDCANCEL) {
+        pKind->pfnCancel(pDialog);
+    } else if (id == pKind->idHelp) {
         vXferDandDDialogHelp(pDialog, pKind->context);
-        return 1;
+    } else if (id == pKind->idWatched && pKind->pfnNotify != nullptr) {
+        pKind->pfnNotify(pDialog, nNotification);
+    } else {
+        return 0;
     }
-    return pKind->pfnCommand(pDialog, LOWORD(wParam), HIWORD(wParam));
+    return 1;
 }
 
 } // namespace
@@ -56,7 +64,7 @@ INT_PTR nXferDandDDialogMessage(const XferDialogKind* pKind, HWND hdlg, UINT uMe
         focusByTimer(hdlg, pKind->pfnFocus());
         return 1;
     case WM_COMMAND:
-        return onCommand(pKind, &dialog, wParam);
+        return onCommand(pKind, &dialog, LOWORD(wParam), HIWORD(wParam));
     case WM_XFER_HELP:
         vXferDandDDialogHelp(&dialog, pKind->context);
         return 1;

@@ -62,10 +62,11 @@ void initDialog(HWND hdlg, LPARAM lParam)
     vXferDandDStartFocusTimer(hdlg);
 }
 
-void sourceChanged(HWND hdlg, WORD nNotification)
+void sourceChanged(const XferDialog* pDialog, WORD nNotification)
 {
     if (nNotification == EN_CHANGE) {
-        vXferDandDEnableOk(hdlg, GetWindowTextLengthA(GetDlgItem(hdlg, IDC_COPY_SOURCE)) > 0);
+        vXferDandDEnableOk(pDialog->hdlg,
+                           GetWindowTextLengthA(GetDlgItem(pDialog->hdlg, IDC_COPY_SOURCE)) > 0);
     }
 }
 
@@ -101,23 +102,6 @@ void cancel(const XferDialog* pDialog)
     vXferDandDEndDialog(pDialog);
 }
 
-INT_PTR onCommand(const XferDialog* pDialog, int id, WORD nNotification)
-{
-    switch (id) {
-    case IDOK:
-        accept(pDialog);
-        return 1;
-    case IDCANCEL:
-        cancel(pDialog);
-        return 1;
-    case IDC_COPY_SOURCE:
-        sourceChanged(pDialog->hdlg, nNotification);
-        return 1;
-    default:
-        return 0;
-    }
-}
-
 // Cut to the record's field.
 void keepName(char (&szTo)[XFER_NAME_SIZE], const char* pszFrom)
 {
@@ -130,8 +114,8 @@ int focusControl()
     return s_fFocusOnTarget ? IDC_COPY_TARGET : IDC_COPY_SEND;
 }
 
-constexpr XferDialogKind TRANSFER = {XFERHELP_COPY, IDC_COPY_HELP, initDialog, onCommand,
-                                     focusControl};
+constexpr XferDialogKind TRANSFER = {XFERHELP_COPY, IDC_COPY_HELP,   initDialog,    accept,
+                                     cancel,        IDC_COPY_SOURCE, sourceChanged, focusControl};
 
 } // namespace
 

@@ -158,14 +158,12 @@ void driveList(const XferCommand* pCommand)
 // What a dialog has to do, it has done when it closes.
 void makeDir(const XferCommand* pCommand)
 {
-    fXferDandDShowsHere(pCommand->pRecord);
-    fXferDandDRunDialog(pCommand->pRecord, XFERDLG_MAKEDIR);
+    fXferDandDAskForNames(pCommand->hdlgDandD, pCommand->pRecord, XFERDLG_MAKEDIR);
 }
 
 void changeDir(const XferCommand* pCommand)
 {
-    fXferDandDShowsHere(pCommand->pRecord);
-    fXferDandDRunDialog(pCommand->pRecord, XFERDLG_CHANGEDIR);
+    fXferDandDAskForNames(pCommand->hdlgDandD, pCommand->pRecord, XFERDLG_CHANGEDIR);
 }
 
 void confirmSettings(const XferCommand* pCommand)

@@ -249,7 +249,7 @@ void detailLocalFile(const XferCommand* pCommand, const char* pszName)
     vXferDandDFileDetails(pCommand->hdlgDandD, pszName);
 }
 
-// Neither of the two runs foreign code.
+// What is done with a file can end the window: the record is not touched in the loop.
 void forSelectedLocalFiles(const XferCommand* pCommand,
                            void (*pfnFile)(const XferCommand* pCommand, const char* pszName))
 {
@@ -349,8 +349,7 @@ void vXferDandDRemoveDirs(const XferCommand* pCommand)
     if (state == ROW_FOUND) {
         removeLocalDir(pCommand, &row);
     } else if (state == ROW_NONE) {
-        fXferDandDShowsHere(pCommand->pRecord);
-        fXferDandDRunDialog(pCommand->pRecord, XFERDLG_REMOVEDIR);
+        fXferDandDAskForNames(pCommand->hdlgDandD, pCommand->pRecord, XFERDLG_REMOVEDIR);
     }
 }
 
@@ -374,8 +373,7 @@ void vXferDandDDelete(const XferCommand* pCommand)
     } else if (countSelected(pCommand, IDC_DANDD_LOCALFILES) > 0) {
         deleteLocalFiles(pCommand);
     } else {
-        fXferDandDShowsHere(pCommand->pRecord);
-        fXferDandDRunDialog(pCommand->pRecord, XFERDLG_DELETE);
+        fXferDandDAskForNames(pCommand->hdlgDandD, pCommand->pRecord, XFERDLG_DELETE);
     }
 }
 
@@ -383,7 +381,11 @@ void vXferDandDDelete(const XferCommand* pCommand)
 void vXferDandDRename(const XferCommand* pCommand)
 {
     XferWindowRecord* pRecord = pCommand->pRecord;
-    bool fHere = fXferDandDShowsHere(pRecord) && !pRecord->fForeignFiles;
+    bool fHere = fXferDandDShowsHere(pRecord);
+    if (!isAlive(pCommand)) {
+        return;
+    }
+    fHere = fHere && !pRecord->fForeignFiles;
     pRecord->nDialogOp = XFEROP_HOST;
     if (!onlySelected(pCommand, IDC_DANDD_HOSTFILES, pRecord->szName1)) {
         pRecord->nDialogOp = XFEROP_LOCAL;
@@ -405,8 +407,7 @@ void vXferDandDView(const XferCommand* pCommand)
     } else if (countSelected(pCommand, IDC_DANDD_LOCALFILES) > 0) {
         forSelectedLocalFiles(pCommand, viewLocalFile);
     } else {
-        fXferDandDShowsHere(pCommand->pRecord);
-        fXferDandDRunDialog(pCommand->pRecord, XFERDLG_VIEW);
+        fXferDandDAskForNames(pCommand->hdlgDandD, pCommand->pRecord, XFERDLG_VIEW);
     }
 }
 
