@@ -7,11 +7,14 @@
 namespace {
 
 constexpr DWORD ASK_MS = 3000;
-constexpr DWORD HEADER_MS = 10000;
+// Sooner than a sender repeats itself, or a block that comes twice would have two answers, of
+// which the second is taken for that of the next block.
+constexpr DWORD HEADER_MS = 7000;
 constexpr DWORD BYTE_MS = 1000;
 constexpr DWORD PURGE_MS = 300;
 constexpr DWORD CRC_ASKS = 3; // then a host that knows only checksums is asked for them
 constexpr DWORD MAX_ASKS = 20;
+constexpr DWORD SURE_CANCELS = 5;
 
 void onAskByte(Modem* pModem, BYTE b);
 void onAskSilence(Modem* pModem);
@@ -149,14 +152,36 @@ void refuseBlock(Modem* pModem, const char* pszWhat)
     }
 }
 
+// A host that is interrupted cancels in the middle of a block.
+bool endsInCancels(const Modem* pModem)
+{
+    DWORD cb = pModem->cbHave;
+    DWORD c = 0;
+    while (cb > 0 && pModem->abBlock[cb - 1] == '\b') {
+        --cb;
+    }
+    for (; cb > c && pModem->abBlock[cb - c - 1] == CAN; ++c) {
+    }
+    return c >= SURE_CANCELS;
+}
+
 void onBlockSilence(Modem* pModem)
 {
+    if (endsInCancels(pModem)) {
+        endModem(pModem, RESULT_CANCELLED, "Cancelled by the host", false);
+        return;
+    }
     refuseBlock(pModem, "bytes are missing");
 }
 
-void onPurgeByte(Modem* pModem, BYTE)
+// Two bytes among so many could be noise.
+void onPurgeByte(Modem* pModem, BYTE b)
 {
     pModem->dwSince = pModem->dwNow;
+    pModem->cCancels = b == CAN ? pModem->cCancels + 1 : 0;
+    if (pModem->cCancels == SURE_CANCELS) {
+        endModem(pModem, RESULT_CANCELLED, "Cancelled by the host", false);
+    }
 }
 
 void onPurgeSilence(Modem* pModem)

@@ -8,7 +8,7 @@ namespace {
 // What the host begins with could as well be a letter of a text, unless nothing follows it.
 constexpr DWORD START_MS = 200;
 constexpr DWORD MAX_START_MS = 60000;
-constexpr DWORD ANSWER_MS = 10000;
+constexpr DWORD ANSWER_MS = 15000; // later than a receiver asks again
 constexpr DWORD ASK_MS = 3000;
 // An early "C" behind block 0 was on its way before it.
 constexpr DWORD STALE_MS = 1000;
