@@ -154,7 +154,7 @@ const std::vector<Conversation> CONVERSATIONS = {
     {"YMODEM received",
      false,
      YMODEM,
-     {{"some text\r\n", 0, "C"},
+     {{"some text\r\n", 600, "C"},
       {info("a", "1000 755"), 0, GO},
       {block(1, K), 0, ACKNOWLEDGED},
       {END, 0, REFUSED},
@@ -167,7 +167,7 @@ const std::vector<Conversation> CONVERSATIONS = {
     {"XMODEM received with CRC",
      false,
      XMODEM_CRC,
-     {{"", 0, "C"}, {block(1, "x"), 0, ACKNOWLEDGED}, {END, 0, REFUSED}, {END, 0, ACKNOWLEDGED}},
+     {{"", 600, "C"}, {block(1, "x"), 0, ACKNOWLEDGED}, {END, 0, REFUSED}, {END, 0, ACKNOWLEDGED}},
      RESULT_DONE,
      0,
      0,
@@ -175,7 +175,7 @@ const std::vector<Conversation> CONVERSATIONS = {
     {"XMODEM of a host that knows checksums only",
      false,
      XMODEM_CRC,
-     {{"", 0, "C"},
+     {{"", 600, "C"},
       {"", 9000, "CC" + REFUSED},
       {block(1, "x", false), 0, ACKNOWLEDGED},
       {END, 0, REFUSED},
@@ -187,7 +187,7 @@ const std::vector<Conversation> CONVERSATIONS = {
     {"an empty file by XMODEM",
      false,
      XMODEM_CHECKSUM,
-     {{"", 0, REFUSED}, {END, 0, REFUSED}, {END, 0, ACKNOWLEDGED}},
+     {{"", 600, REFUSED}, {END, 0, REFUSED}, {END, 0, ACKNOWLEDGED}},
      RESULT_DONE,
      0,
      0,
@@ -195,7 +195,7 @@ const std::vector<Conversation> CONVERSATIONS = {
     {"a damaged block",
      false,
      XMODEM_CRC,
-     {{"", 0, "C"},
+     {{"", 600, "C"},
       {damaged(block(1, "x")), 0, ""},
       {"", 1000, REFUSED},
       {block(1, "y"), 0, ACKNOWLEDGED},
@@ -208,7 +208,7 @@ const std::vector<Conversation> CONVERSATIONS = {
     {"a block with bytes missing",
      false,
      XMODEM_CRC,
-     {{"", 0, "C"},
+     {{"", 600, "C"},
       {block(1, "x").substr(0, 50), 0, ""},
       {"", 1500, REFUSED},
       {block(1, "y"), 0, ACKNOWLEDGED},
@@ -221,7 +221,7 @@ const std::vector<Conversation> CONVERSATIONS = {
     {"a block twice, because its answer was lost",
      false,
      XMODEM_CRC,
-     {{"", 0, "C"},
+     {{"", 600, "C"},
       {block(1, "x"), 0, ACKNOWLEDGED},
       {block(1, "x"), 0, ACKNOWLEDGED},
       {block(2, "y"), 0, ACKNOWLEDGED},
@@ -234,7 +234,7 @@ const std::vector<Conversation> CONVERSATIONS = {
     {"block 0 twice, and the end of a file once more",
      false,
      YMODEM,
-     {{"", 0, "C"},
+     {{"", 600, "C"},
       {info("a", "1 0"), 0, GO},
       {info("a", "1 0"), 0, GO},
       {block(1, "x"), 0, ACKNOWLEDGED},
@@ -249,7 +249,7 @@ const std::vector<Conversation> CONVERSATIONS = {
     {"a block out of order",
      false,
      XMODEM_CRC,
-     {{"", 0, "C"}, {block(1, "x"), 0, ACKNOWLEDGED}, {block(3, "z"), 0, SAID_CANCEL}},
+     {{"", 600, "C"}, {block(1, "x"), 0, ACKNOWLEDGED}, {block(3, "z"), 0, SAID_CANCEL}},
      RESULT_FAILED,
      0,
      0,
@@ -257,7 +257,7 @@ const std::vector<Conversation> CONVERSATIONS = {
     {"an end that was noise",
      false,
      XMODEM_CRC,
-     {{"", 0, "C"},
+     {{"", 600, "C"},
       {END, 0, REFUSED},
       {block(1, "x"), 0, ACKNOWLEDGED},
       {END, 0, REFUSED},
@@ -271,10 +271,10 @@ const std::vector<Conversation> CONVERSATIONS = {
      YMODEM,
      {{"rb waiting C", 500, info("a", "1001 755 100644")},
       {ACKNOWLEDGED, 0, ""},
-      {"C", 0, block(1, K + "l")},
+      {"C", 100, block(1, K + "l")},
       {ACKNOWLEDGED, 0, END},
       {REFUSED, 0, END},
-      {GO, 0, info("", "")},
+      {GO, 100, info("", "")},
       {ACKNOWLEDGED, 0, ""}},
      RESULT_DONE,
      1,
@@ -338,6 +338,9 @@ const std::vector<Conversation> CONVERSATIONS = {
      0,
      0,
      string(128, 'x') + "y"},
+    {"an end that a shell answers", true, XMODEM_CRC,
+     {{"C", 500, block(1, "x")}, {ACKNOWLEDGED, 0, END}, {"$ ", 1000, ""}},
+     RESULT_DONE, 1, 0, "x"},
     {"a letter that isn't the host's word",
      true,
      XMODEM_CRC,
@@ -545,11 +548,13 @@ TEST(KrtermModem, SkippedFilesEndEarlyOrArentKept)
     us.feed("C");
     us.pass(300);
     us.feed(GO);
+    us.pass(100);
     us.said();
     skipFile(&us.modem);
     us.feed(ACKNOWLEDGED);
     EXPECT_EQ(END, us.said());
     us.feed(GO);
+    us.pass(100);
     EXPECT_EQ(info("b", "2 755 100644"), us.said());
     EXPECT_EQ(END_DROPPED, us.ends.at(0));
 

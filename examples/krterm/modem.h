@@ -73,6 +73,7 @@ struct Modem {
     BYTE bNumber;  // of the block that is due
     BYTE bStart;   // sender: what the host may have begun with
     DWORD cCancels;
+    DWORD cLetters; // sender: that stand in the place of the last answer
     BYTE abBlock[MODEM_BLOCK + 5];
     DWORD cbBlock, cbHave; // whole size of the block, and what is there of it
     DWORD cbData;          // sender: bytes of the file in the block

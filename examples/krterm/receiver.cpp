@@ -12,7 +12,9 @@ constexpr DWORD ASK_MS = 3000;
 constexpr DWORD HEADER_MS = 7000;
 constexpr DWORD BYTE_MS = 1000;
 constexpr DWORD PURGE_MS = 300;
-constexpr DWORD CRC_ASKS = 3; // then a host that knows only checksums is asked for them
+// The host's program is given time to start, or its shell would get the first word.
+constexpr DWORD FIRST_MS = 500;
+constexpr DWORD CRC_ASKS = 4; // then a host that knows only checksums is asked for them
 constexpr DWORD MAX_ASKS = 20;
 constexpr DWORD SURE_CANCELS = 5;
 
@@ -107,6 +109,7 @@ void onAskByte(Modem* pModem, BYTE b)
     }
     if (!takeFirstByte(pModem, b) && !pModem->fStarted) {
         pModem->pWork->pfnStray(pModem->pContext, b);
+        pModem->dwSince = pModem->dwNow;
     }
 }
 
@@ -392,7 +395,8 @@ void receiveByModem(Modem* pModem, ModemProtocol nProtocol, const ModemWork* pWo
     pModem->fCrc = nProtocol != XMODEM_CHECKSUM;
     pModem->bNumber = nProtocol == YMODEM ? 0 : 1;
     lstrcpynA(pModem->szStatus, "Waiting for the host", MODEM_STATUS);
-    ask(pModem);
+    enterState(pModem, &ASK);
+    pModem->dwPatience = FIRST_MS;
 }
 
 void answerModem(Modem* pModem, ModemAnswer nAnswer, DWORD dwNow)

@@ -10,8 +10,13 @@ constexpr DWORD START_MS = 200;
 constexpr DWORD MAX_START_MS = 60000;
 constexpr DWORD ANSWER_MS = 15000; // later than a receiver asks again
 constexpr DWORD ASK_MS = 3000;
+// Some hosts ask, and only then throw away what has come before.
+constexpr DWORD SETTLE_MS = 50;
 // An early "C" behind block 0 was on its way before it.
 constexpr DWORD STALE_MS = 1000;
+// Letters in the place of the last answer are those of a shell.
+constexpr DWORD SHELL_LETTERS = 2;
+constexpr DWORD SHELL_MS = 500;
 
 void onStartByte(Modem* pModem, BYTE b);
 void onStartSilence(Modem* pModem);
@@ -20,21 +25,20 @@ void onDataAnswer(Modem* pModem, BYTE b);
 void onEndAnswer(Modem* pModem, BYTE b);
 void onLastAnswer(Modem* pModem, BYTE b);
 void onNoAnswer(Modem* pModem);
-void onNoLastAnswer(Modem* pModem);
-void onGoByte(Modem* pModem, BYTE b);
+void onAsking(Modem* pModem, BYTE b);
 void sendData(Modem* pModem);
-void onNextByte(Modem* pModem, BYTE b);
 void sendInfo(Modem* pModem);
+void onShellByte(Modem* pModem, BYTE b);
+void onShellSilence(Modem* pModem);
 
 constexpr ModemState START = {onStartByte, onStartSilence, START_MS, true};
-// Block 0 is out; the host says "C" behind its answer; data is out; the end of a file is out;
-// the host asks for the next file; the end of the batch is out.
-constexpr ModemState INFO = {onInfoAnswer, onNoAnswer, ANSWER_MS, true};
-constexpr ModemState GO = {onGoByte, sendData, ASK_MS, true};
-constexpr ModemState DATA = {onDataAnswer, onNoAnswer, ANSWER_MS, true};
-constexpr ModemState END = {onEndAnswer, onNoAnswer, ANSWER_MS, true};
-constexpr ModemState NEXT = {onNextByte, sendInfo, ASK_MS, true};
-constexpr ModemState LAST = {onLastAnswer, onNoLastAnswer, ANSWER_MS, true};
+constexpr ModemState INFO = {onInfoAnswer, onNoAnswer, ANSWER_MS, true}; // block 0 is out
+constexpr ModemState GO = {onAsking, sendData, ASK_MS, true};            // and was taken
+constexpr ModemState DATA = {onDataAnswer, onNoAnswer, ANSWER_MS, true}; // a block is out
+constexpr ModemState END = {onEndAnswer, onNoAnswer, ANSWER_MS, true};   // the end of a file is
+constexpr ModemState NEXT = {onAsking, sendInfo, ASK_MS, true};          // and was taken
+constexpr ModemState LAST = {onLastAnswer, onNoAnswer, ANSWER_MS, true}; // the end of all is out
+constexpr ModemState SHELL = {onShellByte, onShellSilence, SHELL_MS, true};
 
 void putBlock(Modem* pModem)
 {
@@ -58,6 +62,7 @@ void sendEnd(Modem* pModem)
 {
     pModem->abBlock[0] = EOT;
     pModem->cbBlock = pModem->cbHave = 1;
+    pModem->cLetters = 0;
     putBlock(pModem);
     enterState(pModem, &END);
 }
@@ -117,6 +122,7 @@ void sendInfo(Modem* pModem)
     pModem->bNumber = 0;
     makeBlock(pModem, fMore ? writeFileInfo(&pModem->file, pModem->abBlock + 3) : 0, 0);
     pModem->cbData = 0;
+    pModem->cLetters = 0;
     putBlock(pModem);
     enterState(pModem, fMore ? &INFO : &LAST);
 }
@@ -189,9 +195,14 @@ bool isTaken(Modem* pModem, BYTE b)
     return b == ACK;
 }
 
+bool isLate(const Modem* pModem, BYTE b)
+{
+    return b == ASK_CRC && pModem->dwNow - pModem->dwSince >= STALE_MS;
+}
+
 void onInfoAnswer(Modem* pModem, BYTE b)
 {
-    if (b == ASK_CRC && pModem->dwNow - pModem->dwSince >= STALE_MS) {
+    if (isLate(pModem, b)) {
         sendAgain(pModem, "the host wants it again");
     } else if (isTaken(pModem, b)) {
         pModem->bNumber = 1;
@@ -199,11 +210,40 @@ void onInfoAnswer(Modem* pModem, BYTE b)
     }
 }
 
-void onGoByte(Modem* pModem, BYTE b)
+// What is due is sent in a moment.
+void onAsking(Modem* pModem, BYTE b)
 {
     if (!isHostCancel(pModem, b) && (b == ASK_CRC || b == NAK)) {
-        sendData(pModem);
+        pModem->dwSince = pModem->dwNow;
+        pModem->dwPatience = SETTLE_MS;
     }
+}
+
+// A host can end without its answer getting through, but its shell is heard then. To say the end
+// of a file once more to that would end the shell.
+bool isShell(Modem* pModem, BYTE b)
+{
+    bool fText = b != ACK && b != NAK && b != CAN && b != ASK_CRC;
+    if (fText) {
+        pModem->pWork->pfnStray(pModem->pContext, b);
+    }
+    if (!fText || ++pModem->cLetters < SHELL_LETTERS) {
+        return false;
+    }
+    enterState(pModem, &SHELL);
+    return true;
+}
+
+void onShellByte(Modem* pModem, BYTE b)
+{
+    pModem->dwSince = pModem->dwNow;
+    pModem->pWork->pfnStray(pModem->pContext, b);
+}
+
+void onShellSilence(Modem* pModem)
+{
+    endFile(pModem, pModem->fSkip ? END_DROPPED : END_WHOLE);
+    endModem(pModem, RESULT_DONE, "The host didn't confirm the end", false);
 }
 
 void onDataAnswer(Modem* pModem, BYTE b)
@@ -218,28 +258,23 @@ void onDataAnswer(Modem* pModem, BYTE b)
 
 void onEndAnswer(Modem* pModem, BYTE b)
 {
-    if (!isTaken(pModem, b)) {
+    bool fLast = pModem->nProtocol != YMODEM;
+    if ((fLast && isShell(pModem, b)) || !isTaken(pModem, b)) {
         return;
     }
     endFile(pModem, pModem->fSkip ? END_DROPPED : END_WHOLE);
-    if (pModem->nProtocol == YMODEM) {
-        enterState(pModem, &NEXT);
-    } else {
+    if (fLast) {
         endModem(pModem, RESULT_DONE, nullptr, false);
-    }
-}
-
-void onNextByte(Modem* pModem, BYTE b)
-{
-    if (!isHostCancel(pModem, b) && (b == ASK_CRC || b == NAK)) {
-        sendInfo(pModem);
-        pModem->fDiscard = true;
+    } else {
+        enterState(pModem, &NEXT);
     }
 }
 
 void onLastAnswer(Modem* pModem, BYTE b)
 {
-    if (isTaken(pModem, b)) {
+    if (isLate(pModem, b)) {
+        sendAgain(pModem, "the host wants it again");
+    } else if (!isShell(pModem, b) && isTaken(pModem, b)) {
         endModem(pModem, RESULT_DONE, nullptr, false);
     }
 }
@@ -247,12 +282,6 @@ void onLastAnswer(Modem* pModem, BYTE b)
 void onNoAnswer(Modem* pModem)
 {
     sendAgain(pModem, "no answer");
-}
-
-// All files have been taken, and a host that says nothing more has ended.
-void onNoLastAnswer(Modem* pModem)
-{
-    endModem(pModem, RESULT_DONE, nullptr, false);
 }
 
 } // namespace
