@@ -145,10 +145,10 @@ TransferOrder receiving(ModemProtocol protocol, const string& command, const str
                         const string& local)
 {
     TransferOrder order = {};
-    order.nProtocol = protocol;
-    lstrcpynA(order.szCommand, command.c_str(), CCH_COMMAND);
-    lstrcpynA(order.szHostName, hostName.c_str(), MAX_PATH);
-    lstrcpynA(order.szLocal, localPath(local).c_str(), MAX_PATH);
+    order.protocol = protocol;
+    lstrcpynA(order.command, command.c_str(), CCH_COMMAND);
+    lstrcpynA(order.hostName, hostName.c_str(), MAX_PATH);
+    lstrcpynA(order.local, localPath(local).c_str(), MAX_PATH);
     return order;
 }
 
@@ -156,10 +156,10 @@ TransferOrder sending(ModemProtocol protocol, const string& command, const strin
                       const Files& files)
 {
     TransferOrder order = receiving(protocol, command, hostName, "");
-    char* pch = order.szzFiles;
-    order.fSend = true;
+    char* at = order.files;
+    order.sending = true;
     for (const auto& file : files) {
-        pch += lstrlenA(lstrcpyA(pch, localPath(file.first).c_str())) + 1;
+        at += lstrlenA(lstrcpyA(at, localPath(file.first).c_str())) + 1;
     }
     return order;
 }
@@ -181,7 +181,7 @@ void run(const TransferOrder& order, ModemResult result = RESULT_DONE)
 {
     ASSERT_TRUE(transferInTerminal(&order));
     ASSERT_TRUE(waitForEnd());
-    EXPECT_EQ(result, lastTransfer()->nResult) << lastTransfer()->szStatus;
+    EXPECT_EQ(result, lastTransfer()->result) << lastTransfer()->status;
     closeStatus();
 }
 
@@ -217,7 +217,7 @@ TEST_F(KrtermTest, FilesOfEverySizeComeAndGoByXmodem)
             run(sending(test.protocol, test.send, "sent", {file}));
             string sent = filesIn("host")["sent"];
             EXPECT_TRUE(sent == padded(file.second, sent) && sent.size() >= file.second.size());
-            EXPECT_EQ(0u, lastTransfer()->cErrors);
+            EXPECT_EQ(0u, lastTransfer()->errors);
         }
     }
     expectShell();
@@ -242,11 +242,11 @@ TEST_F(KrtermTest, BatchesComeAndGoByYmodem)
         makeFolder("local", {});
         run(receiving(YMODEM, "sb @H", "*", ""));
         EXPECT_TRUE(filesIn("local") == files);
-        EXPECT_EQ(files.size(), lastTransfer()->cFiles);
+        EXPECT_EQ(files.size(), lastTransfer()->fileCount);
         makeFolder("host", {});
         run(sending(YMODEM, "rb", "", files));
         EXPECT_TRUE(filesIn("host") == files);
-        EXPECT_EQ(0u, lastTransfer()->cErrors);
+        EXPECT_EQ(0u, lastTransfer()->errors);
     }
     expectShell();
 }
@@ -256,15 +256,15 @@ TEST_F(KrtermTest, FilesSurviveABadLine)
     const Files files = filesOf({0, 1000, 40000});
     for (int n = 0; n < 4; ++n) {
         SCOPED_TRACE(n);
-        bool fSend = n % 2 == 0;
-        makeFolder(fSend ? "local" : "host", files);
-        makeFolder(fSend ? "host" : "local", {});
+        bool sends = n % 2 == 0;
+        makeFolder(sends ? "local" : "host", files);
+        makeFolder(sends ? "host" : "local", {});
         connect("KRHAUL_SHELL_BAD");
-        run(fSend ? sending(YMODEM, "rb", "", files) : receiving(YMODEM, "sb @H", "*", ""));
+        run(sends ? sending(YMODEM, "rb", "", files) : receiving(YMODEM, "sb @H", "*", ""));
         EXPECT_TRUE(filesIn("local") == filesIn("host"));
-        EXPECT_EQ(files.size(), lastTransfer()->cFiles);
-        EXPECT_GT(lastTransfer()->cErrors, 3u);
-        EXPECT_GT(lastTransfer()->cRetries, 3u);
+        EXPECT_EQ(files.size(), lastTransfer()->fileCount);
+        EXPECT_GT(lastTransfer()->errors, 3u);
+        EXPECT_GT(lastTransfer()->retries, 3u);
     }
 }
 

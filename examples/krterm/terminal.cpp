@@ -18,36 +18,36 @@ constexpr UINT WM_QUESTION = WM_APP + 1;
 constexpr UINT TICK_MS = 100;
 constexpr int CCH_ADDRESS = 256;
 
-HWND s_hwndMain;
-HWND s_hwndView;
-Telnet s_telnet;
-char s_szAddress[CCH_ADDRESS];
+HWND mainWindow;
+HWND viewWindow;
+Telnet telnet;
+char address[CCH_ADDRESS];
 
 // ---- from the program's parts to each other
 
-void putToProgram(const BYTE* pb, DWORD cb)
+void putToProgram(const BYTE* bytes, DWORD count)
 {
-    sendTelnet(&s_telnet, pb, cb);
+    sendTelnet(&telnet, bytes, count);
 }
 
-void showText(const char* pszText)
+void showText(const char* text)
 {
-    writeScreen(reinterpret_cast<const BYTE*>(pszText), DWORD(strlen(pszText)));
+    writeScreen(reinterpret_cast<const BYTE*>(text), DWORD(strlen(text)));
 }
 
-void showNote(const char* pszText)
+void showNote(const char* text)
 {
     showText("\r\n[");
-    showText(pszText);
+    showText(text);
     showText("]\r\n");
 }
 
-void showTitle(const char* pszPercent)
+void showTitle(const char* percent)
 {
-    char szTitle[CCH_ADDRESS + 32];
-    snprintf(szTitle, sizeof szTitle, "%s%s%sKRTERM", pszPercent, isLineOpen() ? s_szAddress : "",
+    char title[CCH_ADDRESS + 32];
+    snprintf(title, sizeof title, "%s%s%sKRTERM", percent, isLineOpen() ? address : "",
              isLineOpen() ? " - " : "");
-    SetWindowTextA(s_hwndMain, szTitle);
+    SetWindowTextA(mainWindow, title);
 }
 
 void onOpened()
@@ -55,27 +55,27 @@ void onOpened()
     showTitle("");
 }
 
-void onReceived(BYTE* pb, DWORD cb)
+void onReceived(BYTE* bytes, DWORD count)
 {
-    DWORD cbData = receiveTelnet(&s_telnet, pb, cb);
-    DWORD cbUsed = feedTransfer(pb, cbData);
-    if (cbUsed < cbData) {
-        writeScreen(pb + cbUsed, cbData - cbUsed);
+    DWORD dataSize = receiveTelnet(&telnet, bytes, count);
+    DWORD used = feedTransfer(bytes, dataSize);
+    if (used < dataSize) {
+        writeScreen(bytes + used, dataSize - used);
     }
 }
 
-void onClosed(const char* pszWhy)
+void onClosed(const char* why)
 {
     closeTransfer();
-    showNote(pszWhy);
+    showNote(why);
     showTitle("");
 }
 
 constexpr LineEvents LINE_EVENTS = {onOpened, onReceived, onClosed};
 
-void onSized(int cRows, int cColumns)
+void onSized(int rows, int columns)
 {
-    resizeTelnet(&s_telnet, cColumns, cRows);
+    resizeTelnet(&telnet, columns, rows);
 }
 
 constexpr ViewEvents VIEW_EVENTS = {putToProgram, onSized, isTransferring};
@@ -90,15 +90,15 @@ void disconnect()
     showTitle("");
 }
 
-INT_PTR CALLBACK connectProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM)
+INT_PTR CALLBACK connectProc(HWND hdlg, UINT message, WPARAM wParam, LPARAM)
 {
-    if (uMessage == WM_INITDIALOG) {
-        SetDlgItemTextA(hdlg, IDC_ADDRESS, s_szAddress);
+    if (message == WM_INITDIALOG) {
+        SetDlgItemTextA(hdlg, IDC_ADDRESS, address);
         return TRUE;
     }
-    if (uMessage == WM_COMMAND && (LOWORD(wParam) == IDOK || LOWORD(wParam) == IDCANCEL)) {
+    if (message == WM_COMMAND && (LOWORD(wParam) == IDOK || LOWORD(wParam) == IDCANCEL)) {
         if (LOWORD(wParam) == IDOK) {
-            GetDlgItemTextA(hdlg, IDC_ADDRESS, s_szAddress, CCH_ADDRESS);
+            GetDlgItemTextA(hdlg, IDC_ADDRESS, address, CCH_ADDRESS);
         }
         EndDialog(hdlg, LOWORD(wParam));
         return TRUE;
@@ -108,17 +108,17 @@ INT_PTR CALLBACK connectProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM)
 
 void askForHost()
 {
-    if (DialogBoxParamA(GetModuleHandleA(nullptr), "CONNECT", s_hwndMain, connectProc, 0) == IDOK &&
-        s_szAddress[0] != '\0') {
-        connectTerminal(s_szAddress);
+    if (DialogBoxParamA(GetModuleHandleA(nullptr), "CONNECT", mainWindow, connectProc, 0) == IDOK &&
+        address[0] != '\0') {
+        connectTerminal(address);
     }
 }
 
-void transferFiles(bool fSend)
+void transferFiles(bool sending)
 {
-    static TransferOrder s_order;
-    if (askForOrder(s_hwndMain, fSend, &s_order)) {
-        transferInTerminal(&s_order);
+    static TransferOrder order;
+    if (askForOrder(mainWindow, sending, &order)) {
+        transferInTerminal(&order);
     }
 }
 
@@ -134,12 +134,12 @@ void receiveFiles()
 
 void leave()
 {
-    PostMessageA(s_hwndMain, WM_CLOSE, 0, 0);
+    PostMessageA(mainWindow, WM_CLOSE, 0, 0);
 }
 
 struct Command {
     UINT id;
-    void (*pfnRun)();
+    void (*run)();
 };
 
 constexpr Command COMMANDS[] = {
@@ -152,40 +152,40 @@ void onCommand(UINT id)
 {
     for (const Command& command : COMMANDS) {
         if (command.id == id) {
-            command.pfnRun();
+            command.run();
         }
     }
 }
 
 void onMenu(HMENU hmenu)
 {
-    bool fIdle = isLineOpen() && !isTransferring();
-    auto enable = [hmenu](UINT id, bool fEnable) {
-        EnableMenuItem(hmenu, id, fEnable ? MF_ENABLED : MF_GRAYED);
+    bool idle = isLineOpen() && !isTransferring();
+    auto enable = [hmenu](UINT id, bool on) {
+        EnableMenuItem(hmenu, id, on ? MF_ENABLED : MF_GRAYED);
     };
     enable(IDM_CONNECT, !isTransferring());
     enable(IDM_DISCONNECT, isLineOpen());
     enable(IDM_COPY, hasSelection());
-    enable(IDM_PASTE, fIdle);
-    enable(IDM_SEND, fIdle);
-    enable(IDM_RECEIVE, fIdle);
+    enable(IDM_PASTE, idle);
+    enable(IDM_SEND, idle);
+    enable(IDM_RECEIVE, idle);
 }
 
 // ---- the window
 
 LRESULT onCreate(HWND hwnd)
 {
-    s_hwndMain = hwnd;
-    s_hwndView = openView(hwnd, &VIEW_EVENTS);
+    mainWindow = hwnd;
+    viewWindow = openView(hwnd, &VIEW_EVENTS);
     SetTimer(hwnd, 1, TICK_MS, nullptr);
-    return s_hwndView != nullptr ? 0 : -1;
+    return viewWindow != nullptr ? 0 : -1;
 }
 
-void onPercent(WPARAM nPercent)
+void onPercent(WPARAM percent)
 {
-    char szPercent[16];
-    wsprintfA(szPercent, "%u%% - ", UINT(nPercent));
-    showTitle(szPercent);
+    char text[16];
+    wsprintfA(text, "%u%% - ", UINT(percent));
+    showTitle(text);
 }
 
 void onDestroy()
@@ -196,16 +196,16 @@ void onDestroy()
     PostQuitMessage(0);
 }
 
-LRESULT CALLBACK mainProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
+LRESULT CALLBACK mainProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    switch (uMessage) {
+    switch (message) {
     case WM_CREATE:
         return onCreate(hwnd);
     case WM_SIZE:
-        MoveWindow(s_hwndView, 0, 0, LOWORD(lParam), HIWORD(lParam), TRUE);
+        MoveWindow(viewWindow, 0, 0, LOWORD(lParam), HIWORD(lParam), TRUE);
         return 0;
     case WM_SETFOCUS:
-        SetFocus(s_hwndView);
+        SetFocus(viewWindow);
         return 0;
     case WM_COMMAND:
         onCommand(LOWORD(wParam));
@@ -232,7 +232,7 @@ LRESULT CALLBACK mainProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam
         onDestroy();
         return 0;
     default:
-        return DefWindowProcA(hwnd, uMessage, wParam, lParam);
+        return DefWindowProcA(hwnd, message, wParam, lParam);
     }
 }
 
@@ -250,31 +250,32 @@ HWND openTerminal(HINSTANCE hInstance)
     registerView(hInstance);
     RegisterClassA(&wndclass);
     SIZE size = sizeOfView(24, 80);
-    RECT rc = {0, 0, size.cx, size.cy};
-    AdjustWindowRect(&rc, WS_OVERLAPPEDWINDOW, TRUE);
-    return CreateWindowA(CLASS, CLASS, WS_OVERLAPPEDWINDOW, CW_USEDEFAULT, 0, rc.right - rc.left,
-                         rc.bottom - rc.top, nullptr, nullptr, hInstance, nullptr);
+    RECT rect = {0, 0, size.cx, size.cy};
+    AdjustWindowRect(&rect, WS_OVERLAPPEDWINDOW, TRUE);
+    return CreateWindowA(CLASS, CLASS, WS_OVERLAPPEDWINDOW, CW_USEDEFAULT, 0,
+                         rect.right - rect.left, rect.bottom - rect.top, nullptr, nullptr,
+                         hInstance, nullptr);
 }
 
 HWND terminalWindow()
 {
-    return s_hwndMain;
+    return mainWindow;
 }
 
-void connectTerminal(const char* pszAddress)
+void connectTerminal(const char* hostAddress)
 {
-    const char* pszWhy;
-    char szAddress[CCH_ADDRESS];
-    lstrcpynA(szAddress, pszAddress, CCH_ADDRESS);
+    const char* why;
     disconnect();
-    strcpy(s_szAddress, szAddress);
-    openTelnet(&s_telnet, putLine, screenColumns(), screenRows());
-    if (!openLine(s_hwndMain, WM_LINE, s_szAddress, &LINE_EVENTS, &pszWhy)) {
-        showNote(pszWhy);
+    if (hostAddress != address) {
+        lstrcpynA(address, hostAddress, CCH_ADDRESS);
+    }
+    openTelnet(&telnet, putLine, screenColumns(), screenRows());
+    if (!openLine(mainWindow, WM_LINE, address, &LINE_EVENTS, &why)) {
+        showNote(why);
     }
 }
 
-bool transferInTerminal(const TransferOrder* pOrder)
+bool transferInTerminal(const TransferOrder* order)
 {
-    return isLineOpen() && startTransfer(pOrder, s_hwndMain, WM_QUESTION, &TRANSFER_EVENTS);
+    return isLineOpen() && startTransfer(order, mainWindow, WM_QUESTION, &TRANSFER_EVENTS);
 }

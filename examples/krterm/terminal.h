@@ -10,9 +10,9 @@ HWND openTerminal(HINSTANCE hInstance);
 HWND terminalWindow();
 
 // Connects to "host[:port]".
-void connectTerminal(const char* pszAddress);
+void connectTerminal(const char* address);
 
 // Returns false if there is no connection, or a transfer runs already.
-bool transferInTerminal(const TransferOrder* pOrder);
+bool transferInTerminal(const TransferOrder* order);
 
 #endif
