@@ -1,5 +1,5 @@
-// KRTERM, a small terminal that transfers files and lets KRHAUL show it. Everything runs on one
-// thread, driven by messages.
+// KRTERM [[FOLDER] HOST[:PORT]], a small terminal that transfers files and lets KRHAUL show it.
+// Files that are received go into the folder. Everything runs on one thread, driven by messages.
 //
 //   main.cpp      the message loop
 //   terminal.cpp  the window and its menu
@@ -43,8 +43,11 @@ int WINAPI WinMain(HINSTANCE hInstance, HINSTANCE, LPSTR, int nShow)
         return 1;
     }
     ShowWindow(hwnd, nShow);
+    if (__argc > 2) {
+        SetCurrentDirectoryA(__argv[1]);
+    }
     if (__argc > 1) {
-        connectTerminal(__argv[1]);
+        connectTerminal(__argv[__argc - 1]);
     } else {
         PostMessageA(hwnd, WM_COMMAND, IDM_CONNECT, 0);
     }

@@ -45,7 +45,7 @@ bool openStatusWindow()
     const TransferOrder* order = &transfer.order;
     wsprintfA(title, order->sending ? "Sending by %s" : "Receiving by %s",
               protocolName(order->protocol));
-    transfer.statusWindow = hdlgXferStatCreate(title, order->sending, transfer.owner, TRUE, FALSE);
+    transfer.statusWindow = hdlgXferStatCreate(title, order->sending, transfer.owner, FALSE, FALSE);
     if (transfer.statusWindow == nullptr) {
         return false;
     }
