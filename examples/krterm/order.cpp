@@ -1,4 +1,4 @@
-#include "wanted.h"
+#include "order.h"
 #include "resource.h"
 #include "../../include/krhaul.h"
 
@@ -288,15 +288,15 @@ bool askForOrder(HWND owner, bool sending, TransferOrder* order)
     return DialogBoxParamA(GetModuleHandleA(nullptr), "TRANSFER", owner, orderProc, 0) == 1;
 }
 
-void tellHost(const TransferOrder* wanted, void (*put)(const BYTE* bytes, DWORD count))
+void tellHost(const TransferOrder* order, void (*put)(const BYTE* bytes, DWORD count))
 {
-    const char* lineEnd = LINE_ENDS[wanted->lineEnd].bytes;
-    const char* local = lastPart(wanted->sending ? wanted->files : wanted->local);
-    if (wanted->command[0] == '\0') {
+    const char* lineEnd = LINE_ENDS[order->lineEnd].bytes;
+    const char* local = lastPart(order->sending ? order->files : order->local);
+    if (order->command[0] == '\0') {
         return;
     }
     putProc = put;
-    nXferTranslateHCS(wanted->command, wanted->hostName, local, putPiece, 0);
+    nXferTranslateHCS(order->command, order->hostName, local, putPiece, 0);
     if (lineEnd[0] != '\0') {
         putPiece(0, lineEnd, LONG(strlen(lineEnd)), nullptr);
     }
