@@ -1,5 +1,5 @@
-#include "infoscroll.h"
-#include "../resources/ids.h"
+#include "layout/infoscroll.h"
+#include "resources/ids.h"
 
 namespace {
 

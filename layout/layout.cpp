@@ -1,6 +1,6 @@
-#include "layout.h"
-#include "infoscroll.h"
-#include "../resources/ids.h"
+#include "layout/layout.h"
+#include "layout/infoscroll.h"
+#include "resources/ids.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // The progress bar: its text changes colour where the fill edge crosses it.
-#include "dialog.h"
-#include "../resources/ids.h"
+#include "status/dialog.h"
+#include "resources/ids.h"
 
 #include <math.h>
 
@@ -70,7 +70,7 @@ LONG fillEdge(const RECT* prc, DWORD nPercent)
 
 } // namespace
 
-void vXferStatPaintEmptyBar(HWND hdlgStat, HMODULE hLanguage)
+void status::paintEmptyBar(HWND hdlgStat, HMODULE hLanguage)
 {
     char szText[30] = "";
     Bar bar = openBar(hdlgStat);
@@ -83,7 +83,7 @@ void vXferStatPaintEmptyBar(HWND hdlgStat, HMODULE hLanguage)
     closeBar(&bar);
 }
 
-void vXferStatPaintBar(HWND hdlgStat, DWORD nPercent)
+void status::paintBar(HWND hdlgStat, DWORD nPercent)
 {
     char szText[8];
     Bar bar = openBar(hdlgStat);

@@ -1,9 +1,9 @@
 // The exported calls of the status window.
-#include "dialog.h"
-#include "../resources/ids.h"
-#include "../shared/krutils.h"
-#include "../shared/language.h"
-#include "../shared/library.h"
+#include "status/dialog.h"
+#include "resources/ids.h"
+#include "shared/krutils.h"
+#include "shared/language.h"
+#include "shared/module.h"
 
 #include <string.h>
 
@@ -73,7 +73,7 @@ HWND KRHAULAPI hdlgXferStatLangCreate(const char* pszLanguage, const char* pszTi
     if (XferStatFindFreeSlot() == XFERSTAT_NOSLOT) {
         return refuseNinthWindow(hLanguage, hwndParent);
     }
-    XferStatInit init = {DWORD(MAKELONG(fCorner, fMinimize)), hwndParent};
+    status::DialogInit init = {DWORD(MAKELONG(fCorner, fMinimize)), hwndParent};
     HWND hdlgStat = CreateDialogParamA(hLanguage, TEMPLATE, hwndParent, fDlgXferStatProc,
                                        reinterpret_cast<LPARAM>(&init));
     if (hdlgStat == nullptr) {
@@ -90,7 +90,7 @@ HWND KRHAULAPI hdlgXferStatLangCreate(const char* pszLanguage, const char* pszTi
         DestroyWindow(hdlgStat);
         return refuseNinthWindow(hLanguage, hwndParent);
     }
-    fillSlot(&g_statSlots[nSlot], hdlgStat, hwndParent, hLanguage);
+    fillSlot(&status::g_slots[nSlot], hdlgStat, hwndParent, hLanguage);
     return hdlgStat;
 }
 
@@ -100,8 +100,8 @@ int KRHAULAPI nXferStatStartTransfer(HWND hdlgStat)
     if (nSlot == XFERSTAT_NOSLOT) {
         return XFER_NOWINDOW;
     }
-    StatSlot* pSlot = &g_statSlots[nSlot];
-    vXferStatPaintEmptyBar(hdlgStat, pSlot->hLanguage);
+    StatSlot* pSlot = &status::g_slots[nSlot];
+    status::paintEmptyBar(hdlgStat, pSlot->hLanguage);
     if (pSlot->uTimer == 0) {
         pSlot->uTimer = SetTimer(hdlgStat, UINT_PTR(nSlot), TICK_MS, nullptr);
     }
@@ -115,7 +115,7 @@ int KRHAULAPI nXferStatEndTransfer(HWND hdlgStat)
     if (nSlot == XFERSTAT_NOSLOT) {
         return XFER_NOWINDOW;
     }
-    StatSlot* pSlot = &g_statSlots[nSlot];
+    StatSlot* pSlot = &status::g_slots[nSlot];
     SendMessageA(hdlgStat, WM_TIMER, pSlot->uTimer, 0);
     // A caller that sees this tick first may have destroyed the window on it, and the slot may
     // already be another window's.
@@ -128,7 +128,7 @@ int KRHAULAPI nXferStatEndTransfer(HWND hdlgStat)
 
 int KRHAULAPI nXferStatDestroy(HWND hdlgStat)
 {
-    StatSlot* pSlot = XferStatGetSlot(hdlgStat);
+    StatSlot* pSlot = status::slotOf(hdlgStat);
     if (pSlot == nullptr) {
         return XFER_NOWINDOW;
     }
@@ -149,7 +149,7 @@ int KRHAULAPI nXferStatDestroy(HWND hdlgStat)
 int KRHAULAPI nXferStatFileInfo(HWND hdlgStat, const char* pszName1, const char* pszName2,
                                 DWORD cbSize)
 {
-    StatSlot* pSlot = XferStatGetSlot(hdlgStat);
+    StatSlot* pSlot = status::slotOf(hdlgStat);
     if (pSlot == nullptr) {
         return XFER_OK;
     }
@@ -178,7 +178,7 @@ int KRHAULAPI nXferStatErrorInfo(HWND hdlgStat, DWORD cErrors1, DWORD cErrors2)
 
 int KRHAULAPI nXferStatStatusInfo(HWND hdlgStat, const char* pszStatus)
 {
-    StatSlot* pSlot = XferStatGetSlot(hdlgStat);
+    StatSlot* pSlot = status::slotOf(hdlgStat);
     if (pSlot != nullptr && pszStatus != nullptr) {
         lstrcpynA(pSlot->szStatus, pszStatus, sizeof pSlot->szStatus);
     }
@@ -187,7 +187,7 @@ int KRHAULAPI nXferStatStatusInfo(HWND hdlgStat, const char* pszStatus)
 
 int KRHAULAPI nXferStatCountInfo(HWND hdlgStat, DWORD cbCount)
 {
-    StatSlot* pSlot = XferStatGetSlot(hdlgStat);
+    StatSlot* pSlot = status::slotOf(hdlgStat);
     if (pSlot != nullptr) {
         pSlot->ulCount = cbCount;
     }
@@ -197,7 +197,7 @@ int KRHAULAPI nXferStatCountInfo(HWND hdlgStat, DWORD cbCount)
 void KRHAULAPI vXferStatButtonText(HWND hdlgStat, DWORD dwCaption)
 {
     static constexpr UINT CAPTIONS[] = {0, IDS_STAT_BUTTON1, IDS_STAT_BUTTON2, IDS_STAT_BUTTON3};
-    StatSlot* pSlot = XferStatGetSlot(hdlgStat);
+    StatSlot* pSlot = status::slotOf(hdlgStat);
     char szCaption[10];
     if (pSlot == nullptr || dwCaption >= ARRAYSIZE(CAPTIONS)) {
         return;

@@ -1,8 +1,8 @@
-#include "dialog.h"
-#include "../resources/ids.h"
-#include "../shared/help.h"
-#include "../shared/icon.h"
-#include "../shared/library.h"
+#include "status/dialog.h"
+#include "resources/ids.h"
+#include "shared/help.h"
+#include "shared/icon.h"
+#include "shared/module.h"
 
 namespace {
 
@@ -23,7 +23,7 @@ void moveToCorner(HWND hdlgStat)
 
 INT_PTR onInitDialog(HWND hdlgStat, WPARAM, LPARAM lParam)
 {
-    auto pInit = reinterpret_cast<const XferStatInit*>(lParam);
+    auto pInit = reinterpret_cast<const status::DialogInit*>(lParam);
     if (pInit == nullptr) {
         return 1;
     }
@@ -47,7 +47,7 @@ INT_PTR onTimer(HWND hdlgStat, WPARAM, LPARAM)
 
 INT_PTR onHelp(HWND, WPARAM, LPARAM)
 {
-    vXferShowHelp(s_hwndHelpOwner, XFERHELP_STATUS);
+    shared::showHelp(s_hwndHelpOwner, XFERHELP_STATUS);
     return 1;
 }
 
@@ -83,7 +83,7 @@ INT_PTR onPaint(HWND hdlgStat, WPARAM, LPARAM)
     if (!IsIconic(hdlgStat)) {
         return 0;
     }
-    XferPaintIconic(hdlgStat, ICON);
+    shared::paintIconic(hdlgStat, ICON);
     return 1;
 }
 

@@ -1,13 +1,13 @@
-#include "slots.h"
+#include "status/slots.h"
 
-StatSlot g_statSlots[XFERSTAT_MAXWINDOWS];
+StatSlot status::g_slots[XFERSTAT_MAXWINDOWS];
 
 namespace {
 
 int findByWindow(HWND hdlgStat)
 {
     for (int n = 0; n < XFERSTAT_MAXWINDOWS; ++n) {
-        if (g_statSlots[n].hdlgStat == hdlgStat) {
+        if (status::g_slots[n].hdlgStat == hdlgStat) {
             return n;
         }
     }
@@ -16,9 +16,9 @@ int findByWindow(HWND hdlgStat)
 
 } // namespace
 
-void XferStatFreeAllSlots()
+void status::freeAllSlots()
 {
-    for (StatSlot& slot : g_statSlots) {
+    for (StatSlot& slot : status::g_slots) {
         slot.hdlgStat = nullptr;
     }
 }
@@ -33,8 +33,8 @@ int XferStatFindSlot(HWND hdlgStat)
     return hdlgStat == nullptr ? XFERSTAT_NOSLOT : findByWindow(hdlgStat);
 }
 
-StatSlot* XferStatGetSlot(HWND hdlgStat)
+StatSlot* status::slotOf(HWND hdlgStat)
 {
     int n = XferStatFindSlot(hdlgStat);
-    return n == XFERSTAT_NOSLOT ? nullptr : &g_statSlots[n];
+    return n == XFERSTAT_NOSLOT ? nullptr : &status::g_slots[n];
 }

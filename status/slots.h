@@ -3,7 +3,7 @@
 #ifndef STATUS_SLOTS_H
 #define STATUS_SLOTS_H
 
-#include "../include/krhaul.h"
+#include "include/krhaul.h"
 
 struct StatSlot {
     HWND hdlgStat;   // the window; 0 says that the slot is free
@@ -20,16 +20,20 @@ struct StatSlot {
 constexpr int XFERSTAT_NOSLOT = -1;
 constexpr LONG XFERSTAT_NOPERCENT = -1;
 
-// The index of a slot is also the id of its timer.
-extern StatSlot g_statSlots[XFERSTAT_MAXWINDOWS];
+namespace status {
 
-void XferStatFreeAllSlots();
+// The index of a slot is also the id of its timer.
+extern StatSlot g_slots[XFERSTAT_MAXWINDOWS];
+
+void freeAllSlots();
+
+// The slot of a window, or null.
+StatSlot* slotOf(HWND hdlgStat);
+
+} // namespace status
 
 // Both give the lowest index that fits, or XFERSTAT_NOSLOT. A null window fits none.
 int XferStatFindFreeSlot();
 int XferStatFindSlot(HWND hdlgStat);
-
-// The slot itself, or null.
-StatSlot* XferStatGetSlot(HWND hdlgStat);
 
 #endif

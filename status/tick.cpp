@@ -1,6 +1,6 @@
 // The once-a-second tick: from the values in a slot to the figures in its window.
-#include "dialog.h"
-#include "../resources/ids.h"
+#include "status/dialog.h"
+#include "resources/ids.h"
 
 #include <stdint.h>
 
@@ -64,7 +64,7 @@ LONG percentOf(const StatSlot* pSlot)
 
 int XferStatTick(HWND hdlgStat)
 {
-    StatSlot* pSlot = XferStatGetSlot(hdlgStat);
+    StatSlot* pSlot = status::slotOf(hdlgStat);
     if (pSlot == nullptr) {
         return XFER_NOWINDOW;
     }
@@ -80,7 +80,7 @@ int XferStatTick(HWND hdlgStat)
     if (nPercent != pSlot->nLastPercent) {
         PostMessageA(pSlot->hwndParent, WM_XFERSTAT_PERCENT, WPARAM(nPercent), 0);
         pSlot->nLastPercent = nPercent;
-        vXferStatPaintBar(hdlgStat, DWORD(nPercent));
+        status::paintBar(hdlgStat, DWORD(nPercent));
     }
     return XFER_OK;
 }

@@ -6,7 +6,7 @@
 #include "../examples/krdemo/user.h"
 #include "../examples/krdemo/worker.h"
 #include "../resources/ids.h"
-#include "../transfer/record.h"
+#include "../transfer/window/record.h"
 #include "support/imports.h"
 #include "support/modal.h"
 #include "support/pane_window.h"

@@ -66,7 +66,7 @@ TEST(SystemErrorBox, ShowsTheSystemsText)
 // What a window has left behind in its slot, but for the status text, is nothing to the next.
 TEST(StatusSlot, ANewWindowStartsAfresh)
 {
-    StatSlot* pSlot = &g_statSlots[0];
+    StatSlot* pSlot = &status::g_slots[0];
     memset(pSlot, 0xCC, sizeof *pSlot);
     lstrcpyA(pSlot->szStatus, "old");
     pSlot->hdlgStat = nullptr;
