@@ -2,7 +2,7 @@
 // own size, goes into the first folder; the second one is what the transfer window shows. The
 // two windows are those that the library makes, the status window with a transfer under way and
 // the transfer window in both views; the dialogs are the bare templates.
-#include "../../examples/krdemo/picture.h"
+#include "../robot/picture.h"
 #include "../../include/krhaul.h"
 #include "../../resources/ids.h"
 
@@ -82,7 +82,7 @@ bool takeWindow(HWND hwnd, const std::string& file, void (*pfnFill)(HWND))
     // The first window of a program may have come up behind another one.
     SendMessageA(hwnd, WM_NCACTIVATE, TRUE, 0);
     GetWindowRect(hwnd, &rc);
-    const bool fTaken = takePicture(&rc, file.c_str());
+    const bool fTaken = robot::takePicture(&rc, file.c_str());
     DestroyWindow(hwnd);
     handleMessages();
     return fTaken;

@@ -1,21 +1,20 @@
 #include "user.h"
 
+namespace robot {
+
 namespace {
 
-constexpr DWORD PATIENCE_MS = 30000;
-constexpr DWORD LOOK_MS = 20;
-constexpr DWORD REST_MS = 300;
 constexpr DWORD MOVE_MS = 10;
 constexpr DWORD KEY_MS = 30;
 constexpr int DRAG_STEPS = 8;
 
 } // namespace
 
-POINT pointOfRow(HWND hwndList, int nRow)
+POINT pointOfRow(HWND hwndList, int row)
 {
     constexpr LONG INSIDE = 30;
     RECT rc = {};
-    SendMessageA(hwndList, LB_GETITEMRECT, WPARAM(nRow), reinterpret_cast<LPARAM>(&rc));
+    SendMessageA(hwndList, LB_GETITEMRECT, WPARAM(row), reinterpret_cast<LPARAM>(&rc));
     POINT pt = {rc.left + INSIDE, (rc.top + rc.bottom) / 2};
     ClientToScreen(hwndList, &pt);
     return pt;
@@ -88,34 +87,28 @@ void pressWithAlt(WORD vk)
     Sleep(MOVE_MS);
 }
 
-void typeText(const char* pszText)
+void typeText(const char* text)
 {
-    for (; *pszText != '\0'; ++pszText) {
-        SHORT nKey = VkKeyScanA(*pszText);
-        bool fShift = (HIBYTE(nKey) & 1) != 0;
-        if (fShift) {
+    for (; *text != '\0'; ++text) {
+        SHORT key = VkKeyScanA(*text);
+        bool shift = (HIBYTE(key) & 1) != 0;
+        if (shift) {
             holdKey(VK_SHIFT);
         }
-        pressKey(LOBYTE(nKey));
-        if (fShift) {
+        pressKey(LOBYTE(key));
+        if (shift) {
             letKey(VK_SHIFT);
         }
     }
 }
 
-bool waitFor(bool (*pfnHolds)(const void*), const void* pContext)
+void typeOver(const char* text)
 {
-    DWORD dwStart = GetTickCount();
-    while (!pfnHolds(pContext)) {
-        if (GetTickCount() - dwStart > PATIENCE_MS) {
-            return false;
-        }
-        Sleep(LOOK_MS);
-    }
-    return true;
+    pressKey(VK_HOME);
+    holdKey(VK_SHIFT);
+    pressKey(VK_END);
+    letKey(VK_SHIFT);
+    typeText(text);
 }
 
-void rest()
-{
-    Sleep(REST_MS);
-}
+} // namespace robot

@@ -1,11 +1,13 @@
-// What the driver's hands do: real input, at places of the windows.
-#ifndef KRDEMO_USER_H
-#define KRDEMO_USER_H
+// What the robot's hands do: real input, at places of the windows.
+#ifndef ROBOT_USER_H
+#define ROBOT_USER_H
 
 #include "input.h"
 
+namespace robot {
+
 // The middle of a list row's visible part, in screen coordinates.
-POINT pointOfRow(HWND hwndList, int nRow);
+POINT pointOfRow(HWND hwndList, int row);
 
 void movePointer(POINT pt);
 void pressButton();
@@ -22,12 +24,11 @@ void pressKey(WORD vk);
 void pressWithAlt(WORD vk);
 
 // Types letters, digits, blanks, dots and backslashes.
-void typeText(const char* pszText);
+void typeText(const char* text);
 
-// Looks again and again until the condition holds. Gives false if it doesn't for long.
-bool waitFor(bool (*pfnHolds)(const void*), const void* pContext);
+// The same over what the line with the focus holds.
+void typeOver(const char* text);
 
-// Lets the windows come to rest, so that a picture shows them finished.
-void rest();
+} // namespace robot
 
 #endif

@@ -9,6 +9,8 @@
 #include <stdlib.h>
 #include <string.h>
 
+namespace robot {
+
 namespace {
 
 struct Picture {
@@ -45,18 +47,18 @@ void drawPointer(HDC hdc, const RECT* prc)
 }
 
 // Copies a rectangle of the screen, so that everything that lies over the window shows too.
-bool copyScreen(const RECT* prc, Picture* pPicture, bool fPointer)
+bool copyScreen(const RECT* prc, Picture* pPicture, bool pointer)
 {
     HDC hdcScreen = GetDC(nullptr);
     HDC hdc = CreateCompatibleDC(hdcScreen);
     auto pInfo = reinterpret_cast<BITMAPINFO*>(&pPicture->info);
     HBITMAP hbm = CreateDIBSection(hdcScreen, pInfo, DIB_RGB_COLORS, &pPicture->pBits, nullptr, 0);
-    bool fCopied = false;
+    bool copied = false;
     if (hbm != nullptr) {
         HGDIOBJ hbmOld = SelectObject(hdc, hbm);
-        fCopied = BitBlt(hdc, 0, 0, pPicture->info.biWidth, pPicture->info.biHeight, hdcScreen,
-                         prc->left, prc->top, SRCCOPY) != 0;
-        if (fPointer) {
+        copied = BitBlt(hdc, 0, 0, pPicture->info.biWidth, pPicture->info.biHeight, hdcScreen,
+                        prc->left, prc->top, SRCCOPY) != 0;
+        if (pointer) {
             drawPointer(hdc, prc);
         }
         GdiFlush();
@@ -70,44 +72,46 @@ bool copyScreen(const RECT* prc, Picture* pPicture, bool fPointer)
     }
     DeleteDC(hdc);
     ReleaseDC(nullptr, hdcScreen);
-    return fCopied && pPicture->pBits != nullptr;
+    return copied && pPicture->pBits != nullptr;
 }
 
-bool writeBitmap(const Picture* pPicture, const char* pszFile)
+bool writeBitmap(const Picture* pPicture, const char* path)
 {
-    BITMAPFILEHEADER file = {};
-    file.bfType = 0x4D42;
-    file.bfOffBits = sizeof file + sizeof pPicture->info;
-    file.bfSize = file.bfOffBits + pPicture->info.biSizeImage;
-    FILE* pFile = fopen(pszFile, "wb");
-    if (pFile == nullptr) {
+    BITMAPFILEHEADER header = {};
+    header.bfType = 0x4D42;
+    header.bfOffBits = sizeof header + sizeof pPicture->info;
+    header.bfSize = header.bfOffBits + pPicture->info.biSizeImage;
+    FILE* file = fopen(path, "wb");
+    if (file == nullptr) {
         return false;
     }
-    bool fWritten = fwrite(&file, sizeof file, 1, pFile) == 1 &&
-                    fwrite(&pPicture->info, sizeof pPicture->info, 1, pFile) == 1 &&
-                    fwrite(pPicture->pBits, pPicture->info.biSizeImage, 1, pFile) == 1;
-    return fclose(pFile) == 0 && fWritten;
+    bool written = fwrite(&header, sizeof header, 1, file) == 1 &&
+                   fwrite(&pPicture->info, sizeof pPicture->info, 1, file) == 1 &&
+                   fwrite(pPicture->pBits, pPicture->info.biSizeImage, 1, file) == 1;
+    return fclose(file) == 0 && written;
 }
 
 } // namespace
 
 DWORD sumOfScreen(const RECT* prc)
 {
-    DWORD dwSum = 0;
+    DWORD sum = 0;
     Picture picture = describe(prc->right - prc->left, prc->bottom - prc->top);
     if (copyScreen(prc, &picture, false)) {
         for (DWORD n = 0; n < picture.info.biSizeImage; ++n) {
-            dwSum = dwSum * 31 + static_cast<const BYTE*>(picture.pBits)[n];
+            sum = sum * 31 + static_cast<const BYTE*>(picture.pBits)[n];
         }
     }
     free(picture.pBits);
-    return dwSum;
+    return sum;
 }
 
-bool takePicture(const RECT* prc, const char* pszFile)
+bool takePicture(const RECT* prc, const char* file)
 {
     Picture picture = describe(prc->right - prc->left, prc->bottom - prc->top);
-    bool fDone = copyScreen(prc, &picture, true) && writeBitmap(&picture, pszFile);
+    bool done = copyScreen(prc, &picture, true) && writeBitmap(&picture, file);
     free(picture.pBits);
-    return fDone;
+    return done;
 }
+
+} // namespace robot

@@ -1,12 +1,14 @@
 #include "input.h"
 
+namespace robot {
+
 namespace {
 
-void sendMouse(DWORD dwFlags, LONG x, LONG y)
+void sendMouse(DWORD flags, LONG x, LONG y)
 {
     INPUT input = {};
     input.type = INPUT_MOUSE;
-    input.mi.dwFlags = dwFlags;
+    input.mi.dwFlags = flags;
     input.mi.dx = x;
     input.mi.dy = y;
     SendInput(1, &input, sizeof input);
@@ -23,9 +25,9 @@ LONG scale(LONG n, int nMetric)
 // comes to lie under it, it takes ours along: so it goes once to where no window is.
 void parkDisplayPointer()
 {
-    static bool s_fParked;
-    if (!s_fParked) {
-        s_fParked = true;
+    static bool parked;
+    if (!parked) {
+        parked = true;
         SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, GetSystemMetrics(SM_CYSCREEN) - 1);
     }
 }
@@ -39,17 +41,17 @@ void sendPointer(POINT pt)
               scale(pt.y, SM_CYSCREEN));
 }
 
-void sendButton(DWORD dwFlag)
+void sendButton(DWORD flag)
 {
-    sendMouse(dwFlag, 0, 0);
+    sendMouse(flag, 0, 0);
 }
 
-void sendKey(WORD vk, DWORD dwFlag)
+void sendKey(WORD vk, DWORD flag)
 {
     INPUT input = {};
     input.type = INPUT_KEYBOARD;
     input.ki.wVk = vk;
-    input.ki.dwFlags = dwFlag;
+    input.ki.dwFlags = flag;
     SendInput(1, &input, sizeof input);
 }
 
@@ -59,3 +61,5 @@ POINT middleOf(HWND hwnd)
     GetWindowRect(hwnd, &rc);
     return {(rc.left + rc.right) / 2, (rc.top + rc.bottom) / 2};
 }
+
+} // namespace robot

@@ -2,24 +2,26 @@
 #include "hands.h"
 #include "looks.h"
 #include "steps.h"
-#include "../../resources/ids.h"
+
+#include <iterator>
+
+namespace robot {
 
 namespace {
 
-bool goToHostDir(const char* pszRow, const char* pszPath)
+bool goToHostDir(const char* row, const char* path)
 {
-    doubleClickAt(rowPoint(IDC_DANDD_HOSTDIRS, pszRow));
-    return waitForText(IDC_DANDD_HOSTPATH, pszPath) && waitForIdle();
+    doubleClickAt(rowPoint(IDC_DANDD_HOSTDIRS, row));
+    return waitForText(IDC_DANDD_HOSTPATH, path) && waitForIdle();
 }
 
 // A directory that somebody else has made on the host.
 bool learnOfAHostDir()
 {
-    char szDir[MAX_PATH];
-    hostPath(szDir, "fresh");
-    bool fMade = CreateDirectoryA(szDir, nullptr) && rowOf(IDC_DANDD_HOSTDIRS, "fresh") == LB_ERR;
+    bool made = CreateDirectoryA(hostPath("fresh").c_str(), nullptr) &&
+                rowOf(IDC_DANDD_HOSTDIRS, "fresh") == LB_ERR;
     clickTool(IDM_XFER_REFRESH);
-    return fMade && waitForRow(IDC_DANDD_HOSTDIRS, "fresh") && waitForIdle();
+    return made && waitForRow(IDC_DANDD_HOSTDIRS, "fresh") && waitForIdle();
 }
 
 bool walkOnTheHost()
@@ -29,9 +31,9 @@ bool walkOnTheHost()
 
 bool removeAHostDir()
 {
-    bool fSelected = selectRow(IDC_DANDD_HOSTDIRS, "fresh");
+    bool selected = selectRow(IDC_DANDD_HOSTDIRS, "fresh");
     chooseMenu('F', 'R');
-    return fSelected && waitForNoHost("fresh") && waitForNoRow(IDC_DANDD_HOSTDIRS, "fresh");
+    return selected && waitForNoHost("fresh") && waitForNoRow(IDC_DANDD_HOSTDIRS, "fresh");
 }
 
 bool enterATypedHostDir()
@@ -42,24 +44,24 @@ bool enterATypedHostDir()
 }
 
 // Letters alone scroll a list to the name that begins with them.
-bool findByPrefix(int idLine, int idList, const char* pszPrefix, const char* pszName)
+bool findByPrefix(int idLine, int idList, const char* prefix, const char* name)
 {
-    bool fHidden =
-        waitForRow(idList, pszName) && SendMessageA(control(idList), LB_GETTOPINDEX, 0, 0) == 0;
-    typeInto(idLine, pszPrefix);
-    return waitForRowInSight(idList, pszName) && fHidden &&
+    bool hidden =
+        waitForRow(idList, name) && SendMessageA(control(idList), LB_GETTOPINDEX, 0, 0) == 0;
+    typeInto(idLine, prefix);
+    return waitForRowInSight(idList, name) && hidden &&
            SendMessageA(control(idList), LB_GETTOPINDEX, 0, 0) > 0;
 }
 
 bool findALocalFile()
 {
     doubleClickAt(rowPoint(IDC_DANDD_LOCALDIRS, "many"));
-    bool fFilled = waitForRow(IDC_DANDD_LOCALFILES, "file-0001.dat");
-    picture("many-files");
-    bool fFound =
+    bool filled = waitForRow(IDC_DANDD_LOCALFILES, "file-0001.dat");
+    takePictureOf("many-files");
+    bool found =
         findByPrefix(IDC_DANDD_LOCALFILTER, IDC_DANDD_LOCALFILES, "file-0133", "file-0133.dat");
-    picture("quick-search");
-    return goHome() && fFilled && fFound;
+    takePictureOf("quick-search");
+    return goHome() && filled && found;
 }
 
 bool findAHostFile()
@@ -72,18 +74,20 @@ bool findAHostFile()
 bool filterTheHost()
 {
     typeLine(IDC_DANDD_HOSTFILTER, "*.txt");
-    bool fFiltered = waitForRowsWith(IDC_DANDD_HOSTFILES, ".txt");
-    picture("host-filter");
+    bool filtered = waitForNoRow(IDC_DANDD_HOSTFILES, "setup.exe") &&
+                    waitForRow(IDC_DANDD_HOSTFILES, "manual.txt");
+    takePictureOf("host-filter");
     typeLine(IDC_DANDD_HOSTFILTER, "*");
-    return waitForRow(IDC_DANDD_HOSTFILES, "setup.exe") && waitForIdle() && fFiltered;
+    return waitForRow(IDC_DANDD_HOSTFILES, "setup.exe") && waitForIdle() && filtered;
 }
 
 bool maskLocalFiles()
 {
     typeLine(IDC_DANDD_LOCALFILTER, "*.doc");
-    bool fMasked = waitForRowsWith(IDC_DANDD_LOCALFILES, ".doc");
+    bool masked = waitForNoRow(IDC_DANDD_LOCALFILES, "big.bin") &&
+                  waitForRow(IDC_DANDD_LOCALFILES, "Letter to the editor.doc");
     typeLine(IDC_DANDD_LOCALFILTER, "*.*");
-    return waitForRow(IDC_DANDD_LOCALFILES, "big.bin") && fMasked;
+    return waitForRow(IDC_DANDD_LOCALFILES, "big.bin") && masked;
 }
 
 // A type counts when Enter follows it.
@@ -91,65 +95,62 @@ bool chooseAFileType()
 {
     chooseInList(IDC_DANDD_LOCALTYPES, VK_DOWN);
     pressKey(VK_RETURN);
-    bool fMasked = waitForRowsWith(IDC_DANDD_LOCALFILES, ".txt") &&
-                   waitForText(IDC_DANDD_LOCALFILTER, "*.txt");
-    picture("file-type");
+    bool masked = waitForNoRow(IDC_DANDD_LOCALFILES, "big.bin") &&
+                  waitForRow(IDC_DANDD_LOCALFILES, "report.txt") &&
+                  waitForText(IDC_DANDD_LOCALFILTER, "*.txt");
+    takePictureOf("file-type");
     chooseInList(IDC_DANDD_LOCALTYPES, VK_UP);
     pressKey(VK_RETURN);
-    return waitForRow(IDC_DANDD_LOCALFILES, "big.bin") && fMasked;
+    return waitForRow(IDC_DANDD_LOCALFILES, "big.bin") && masked;
 }
 
 bool changeTheDrive()
 {
     chooseInList(IDC_DANDD_LOCALDRIVES, 'C');
-    bool fChanged =
+    bool changed =
         waitForText(IDC_DANDD_LOCALPATH, "c:\\") && waitForRow(IDC_DANDD_LOCALDIRS, "windows");
-    picture("drive");
-    return goHome() && fChanged;
+    takePictureOf("drive");
+    return goHome() && changed;
 }
 
 bool lookAtADeepPath()
 {
-    char szDeep[MAX_PATH];
-    localPath(szDeep, "deep\\a\\b\\c\\d\\e\\");
-    typeLine(IDC_DANDD_LOCALFILTER, szDeep);
-    bool fThere = waitForRow(IDC_DANDD_LOCALFILES, "end.txt");
-    picture("deep-path");
-    return goHome() && fThere;
+    typeLine(IDC_DANDD_LOCALFILTER, localPath("deep\\a\\b\\c\\d\\e\\").c_str());
+    bool there = waitForRow(IDC_DANDD_LOCALFILES, "end.txt");
+    takePictureOf("deep-path");
+    return goHome() && there;
 }
 
 bool deleteOnTheHost()
 {
-    bool fSelected = selectRow(IDC_DANDD_HOSTFILES, "notes.txt");
+    bool selected = selectRow(IDC_DANDD_HOSTFILES, "notes.txt");
     chooseMenu('F', 'D');
-    return sayYesTo("Delete notes.txt on the host?") && fSelected && waitForNoHost("notes.txt") &&
+    return sayYesTo("Delete notes.txt on the host?") && selected && waitForNoHost("notes.txt") &&
            waitForNoRow(IDC_DANDD_HOSTFILES, "notes.txt");
 }
 
 bool deleteOnTheHostByButton()
 {
-    bool fSelected = selectRow(IDC_DANDD_HOSTFILES, "license.txt");
+    bool selected = selectRow(IDC_DANDD_HOSTFILES, "license.txt");
     clickTool(IDM_XFER_DELETE);
-    return sayYesTo("Delete license.txt on the host?") && fSelected &&
+    return sayYesTo("Delete license.txt on the host?") && selected &&
            waitForNoHost("license.txt") && waitForNoRow(IDC_DANDD_HOSTFILES, "license.txt");
 }
 
 bool answer(WORD vk)
 {
-    bool fAsked = waitForBox();
+    bool asked = waitForBox();
     pressKey(vk);
-    return waitForNoBox() && fAsked;
+    return waitForNoBox() && asked;
 }
 
 bool keepALocalFile()
 {
-    char szFile[MAX_PATH];
-    localPath(szFile, "notes.txt");
-    bool fSelected = selectRow(IDC_DANDD_LOCALFILES, "notes.txt");
+    bool selected = selectRow(IDC_DANDD_LOCALFILES, "notes.txt");
     clickTool(IDM_XFER_DELETE);
-    bool fAsked = waitForBox();
-    picture("confirm-delete");
-    return answer('N') && fSelected && fAsked && isThere(szFile) &&
+    bool asked = waitForBox();
+    takePictureOf("confirm-delete");
+    return answer('N') && selected && asked && isThere(localPath("notes.txt")) &&
            rowOf(IDC_DANDD_LOCALFILES, "notes.txt") != LB_ERR;
 }
 
@@ -162,9 +163,9 @@ bool deleteHere()
 
 bool removeADirectory()
 {
-    bool fSelected = selectRow(IDC_DANDD_LOCALDIRS, "empty");
+    bool selected = selectRow(IDC_DANDD_LOCALDIRS, "empty");
     clickTool(IDM_XFER_REMOVEDIR);
-    return answer('Y') && fSelected && waitForNoLocal("empty") &&
+    return answer('Y') && selected && waitForNoLocal("empty") &&
            waitForNoRow(IDC_DANDD_LOCALDIRS, "empty");
 }
 
@@ -191,5 +192,7 @@ constexpr Step STEPS[] = {
 
 StepTable paneSteps()
 {
-    return {STEPS, ARRAYSIZE(STEPS)};
+    return {STEPS, int(std::size(STEPS))};
 }
+
+} // namespace robot

@@ -1,15 +1,17 @@
 // The file dialogs, worked by keyboard alone, and files looked at.
 #include "hands.h"
 #include "looks.h"
-#include "session.h"
 #include "steps.h"
-#include "../../resources/ids.h"
+
+#include <iterator>
+
+namespace robot {
 
 namespace {
 
 constexpr char VIEWER[] = "KRVIEWER";
 
-// A command asks for names when nothing is selected. Panes that are filled anew have no
+// A command asks for names when nothing is selected. Panes that are filled again have no
 // selection.
 bool unselectAll()
 {
@@ -20,23 +22,19 @@ bool unselectAll()
 // What is typed into a dialog: its fields, each by the mnemonic of its label, and a picture.
 struct Field {
     WORD vkLabel;
-    const char* pszText; // null for a button that the mnemonic presses
+    const char* text; // null for a button that the mnemonic presses
 };
 
 void fillIn(const Field& field)
 {
     pressWithAlt(field.vkLabel);
-    if (field.pszText != nullptr) {
-        pressKey(VK_HOME);
-        holdKey(VK_SHIFT);
-        pressKey(VK_END);
-        letKey(VK_SHIFT);
-        typeText(field.pszText);
+    if (field.text != nullptr) {
+        typeOver(field.text);
     }
 }
 
-template <size_t cFields>
-bool fillDialog(WORD vkCommand, const Field (&fields)[cFields], const char* pszPicture)
+template <size_t count>
+bool fillDialog(WORD vkCommand, const Field (&fields)[count], const char* picture)
 {
     waitForIdle();
     chooseMenu('F', vkCommand);
@@ -46,48 +44,38 @@ bool fillDialog(WORD vkCommand, const Field (&fields)[cFields], const char* pszP
     for (const Field& field : fields) {
         fillIn(field);
     }
-    if (pszPicture != nullptr) {
-        picture(pszPicture);
+    if (picture != nullptr) {
+        takePictureOf(picture);
     }
     pressKey(VK_RETURN);
     return true;
 }
 
-template <size_t cFields>
-bool answer(WORD vkCommand, const Field (&fields)[cFields], const char* pszPicture = nullptr)
+template <size_t count>
+bool answer(WORD vkCommand, const Field (&fields)[count], const char* picture = nullptr)
 {
-    return fillDialog(vkCommand, fields, pszPicture) && waitForNoBox();
+    return fillDialog(vkCommand, fields, picture) && waitForNoBox();
 }
 
 // The window of the viewer, a program of its own.
-bool isViewerOpen(const void*)
+bool closeViewer(const char* picture)
 {
-    return IsWindowVisible(FindWindowA(VIEWER, nullptr)) != 0;
-}
-
-bool isViewerGone(const void*)
-{
-    return FindWindowA(VIEWER, nullptr) == nullptr;
-}
-
-bool closeViewer(const char* pszPicture)
-{
-    bool fOpen = waitFor(isViewerOpen, nullptr);
+    bool open = waitFor([] { return IsWindowVisible(FindWindowA(VIEWER, nullptr)) != 0; });
     HWND hwndViewer = FindWindowA(VIEWER, nullptr);
     clickAt(middleOf(hwndViewer));
-    pictureOf(hwndViewer, pszPicture);
+    takePictureOf(hwndViewer, picture);
     pressKey(VK_ESCAPE);
-    bool fGone = waitFor(isViewerGone, nullptr);
+    bool gone = waitFor([] { return FindWindowA(VIEWER, nullptr) == nullptr; });
     // Which window comes to the front when one of another program goes is up to the platform.
-    SetForegroundWindow(sessionWindow());
-    return fGone && waitForNoBox() && fOpen;
+    SetForegroundWindow(window());
+    return gone && waitForNoBox() && open;
 }
 
 // Both panes follow what has been done, and so does the disk.
-bool isOnDisk(const char* pszLocal, const char* pszHost)
+bool isOnDisk(const char* local, const char* host)
 {
-    return waitForLocal(pszLocal) && waitForHost(pszHost) &&
-           waitForRow(IDC_DANDD_LOCALFILES, pszLocal) && waitForRow(IDC_DANDD_HOSTFILES, pszHost);
+    return waitForLocal(local) && waitForHost(host) && waitForRow(IDC_DANDD_LOCALFILES, local) &&
+           waitForRow(IDC_DANDD_HOSTFILES, host);
 }
 
 bool sendATypedName()
@@ -117,11 +105,10 @@ bool makeDirectories()
 
 bool changeDirectories()
 {
-    char szFolder[MAX_PATH];
-    localPath(szFolder, "made here");
-    CharLowerA(szFolder);
+    std::string folder = localPath("made here");
+    CharLowerA(&folder[0]);
     return answer('H', {{'D', "made here"}}, "dialog-change") &&
-           waitForText(IDC_DANDD_LOCALPATH, szFolder) && goHome() &&
+           waitForText(IDC_DANDD_LOCALPATH, folder.c_str()) && goHome() &&
            answer('H', {{'D', "made there"}, {'O', nullptr}}) &&
            waitForText(IDC_DANDD_HOSTPATH, "/made there") && waitForIdle() &&
            answer('H', {{'D', ".."}, {'O', nullptr}}) && waitForText(IDC_DANDD_HOSTPATH, "/");
@@ -137,8 +124,8 @@ bool removeDirectories()
 
 bool renameASelection()
 {
-    bool fSelected = selectRow(IDC_DANDD_LOCALFILES, "received.txt");
-    return fSelected && answer('N', {{'T', "renamed.txt"}}, "dialog-rename") &&
+    bool selected = selectRow(IDC_DANDD_LOCALFILES, "received.txt");
+    return selected && answer('N', {{'T', "renamed.txt"}}, "dialog-rename") &&
            waitForNoLocal("received.txt") && waitForLocal("renamed.txt") &&
            waitForRow(IDC_DANDD_LOCALFILES, "renamed.txt");
 }
@@ -181,30 +168,24 @@ bool viewALocalFile()
 
 bool viewASelection()
 {
-    bool fSelected = selectRow(IDC_DANDD_LOCALFILES, "renamed.txt");
+    bool selected = selectRow(IDC_DANDD_LOCALFILES, "renamed.txt");
     clickTool(IDM_XFER_VIEW);
-    return closeViewer("view-bytes") && fSelected;
+    return closeViewer("view-bytes") && selected;
 }
 
 // The copy that the viewer was given goes with it.
-bool isTempFileGone(const void*)
+bool waitForNoCopy()
 {
-    char szMask[MAX_PATH];
-    WIN32_FIND_DATAA find;
-    GetTempPathA(MAX_PATH, szMask);
-    lstrcatA(szMask, "krv*");
-    HANDLE hFind = FindFirstFileA(szMask, &find);
-    if (hFind != INVALID_HANDLE_VALUE) {
-        FindClose(hFind);
-    }
-    return hFind == INVALID_HANDLE_VALUE;
+    char folder[MAX_PATH];
+    GetTempPathA(MAX_PATH, folder);
+    return waitFor([&] { return !isThere(folder + std::string("krv*")); });
 }
 
 bool viewAHostFile()
 {
     return unselectAll() &&
            fillDialog('V', {{'F', "letter from the host.txt"}, {'O', nullptr}}, nullptr) &&
-           closeViewer("view-host") && waitFor(isTempFileGone, nullptr);
+           closeViewer("view-host") && waitForNoCopy();
 }
 
 bool openConfirmation()
@@ -216,26 +197,26 @@ bool openConfirmation()
 // The setting holds from the next command on.
 bool changeConfirmation()
 {
-    bool fOpened = unselectAll() && openConfirmation();
+    bool opened = unselectAll() && openConfirmation();
     pressWithAlt('D');
-    picture("dialog-confirmation");
+    takePictureOf("dialog-confirmation");
     pressKey(VK_RETURN);
-    fOpened = waitForNoBox() && fOpened && selectRow(IDC_DANDD_LOCALFILES, "renamed.txt");
+    opened = waitForNoBox() && opened && selectRow(IDC_DANDD_LOCALFILES, "renamed.txt");
     clickTool(IDM_XFER_DELETE);
-    bool fDeleted = fOpened && waitForNoLocal("renamed.txt") && !isBoxOpen();
-    fOpened = openConfirmation();
+    bool deleted = opened && waitForNoLocal("renamed.txt") && !isBoxOpen();
+    opened = openConfirmation();
     pressWithAlt('D');
     pressKey(VK_RETURN);
-    return waitForNoBox() && fOpened && fDeleted;
+    return waitForNoBox() && opened && deleted;
 }
 
 bool cancelADialog()
 {
     chooseMenu('F', 'M');
-    bool fOpened = waitForBox();
+    bool opened = waitForBox();
     typeText("unwanted");
     pressKey(VK_ESCAPE);
-    return waitForNoBox() && fOpened && waitForNoLocal("unwanted");
+    return waitForNoBox() && opened && waitForNoLocal("unwanted");
 }
 
 constexpr Step STEPS[] = {
@@ -259,5 +240,7 @@ constexpr Step STEPS[] = {
 
 StepTable dialogSteps()
 {
-    return {STEPS, ARRAYSIZE(STEPS)};
+    return {STEPS, int(std::size(STEPS))};
 }
+
+} // namespace robot

@@ -1,62 +1,61 @@
 // Files sent and received, in every way.
 #include "hands.h"
 #include "looks.h"
-#include "session.h"
 #include "steps.h"
-#include "../../resources/ids.h"
+
+#include <iterator>
+
+namespace robot {
 
 namespace {
 
 bool restAtStart()
 {
-    bool fReady = waitForRow(IDC_DANDD_LOCALFILES, "report.txt") && waitForIdle();
-    picture("two-pane-idle");
-    return fReady;
+    bool ready = waitForRow(IDC_DANDD_LOCALFILES, "report.txt") && waitForIdle();
+    takePictureOf("two-pane-idle");
+    return ready;
 }
 
 // The status window has gone, and the file is there with all its bytes.
-bool hasArrived(const char* pszLocalName, const char* pszHostName)
+bool hasArrived(const char* localName, const char* hostName)
 {
-    return waitForIdle() && waitForNoBox() && areEqual(pszLocalName, pszHostName);
+    return waitForIdle() && waitForNoBox() && areEqual(localName, hostName);
 }
 
 // Two files that stand one below the other, selected with Shift and dragged onto the host's
 // files.
 bool sendByDrag()
 {
-    bool fSelected = selectRow(IDC_DANDD_LOCALFILES, "notes.txt");
-    holdKey(VK_SHIFT);
-    pressKey(VK_DOWN);
-    letKey(VK_SHIFT);
-    picture("two-pane-selection");
+    bool selected = selectTwoRows(IDC_DANDD_LOCALFILES, "notes.txt");
+    takePictureOf("two-pane-selection");
     dragRow(IDC_DANDD_LOCALFILES, "notes.txt", middleOf(control(IDC_DANDD_HOSTFILES)));
     releaseButton();
-    return fSelected && waitForRow(IDC_DANDD_HOSTFILES, "report.txt") &&
+    return selected && waitForRow(IDC_DANDD_HOSTFILES, "report.txt") &&
            waitForRow(IDC_DANDD_HOSTFILES, "notes.txt") && hasArrived("report.txt", "report.txt") &&
            hasArrived("notes.txt", "notes.txt");
 }
 
 bool sendByMenu()
 {
-    bool fSelected = selectRow(IDC_DANDD_LOCALFILES, "Letter to the editor.doc");
+    bool selected = selectRow(IDC_DANDD_LOCALFILES, "Letter to the editor.doc");
     chooseMenu('F', 'T');
-    return fSelected && waitForRow(IDC_DANDD_HOSTFILES, "Letter to the editor.doc") &&
+    return selected && waitForRow(IDC_DANDD_HOSTFILES, "Letter to the editor.doc") &&
            hasArrived("Letter to the editor.doc", "Letter to the editor.doc");
 }
 
 bool receiveByMenu()
 {
-    bool fSelected = selectRow(IDC_DANDD_HOSTFILES, "readme.txt");
+    bool selected = selectRow(IDC_DANDD_HOSTFILES, "readme.txt");
     chooseMenu('F', 'T');
-    return fSelected && waitForRow(IDC_DANDD_LOCALFILES, "readme.txt") &&
+    return selected && waitForRow(IDC_DANDD_LOCALFILES, "readme.txt") &&
            hasArrived("readme.txt", "readme.txt");
 }
 
 bool receiveByButton()
 {
-    bool fSelected = selectRow(IDC_DANDD_HOSTFILES, "changes.txt");
+    bool selected = selectRow(IDC_DANDD_HOSTFILES, "changes.txt");
     clickTool(IDM_XFER_TRANSFER);
-    return fSelected && waitForRow(IDC_DANDD_LOCALFILES, "changes.txt") &&
+    return selected && waitForRow(IDC_DANDD_LOCALFILES, "changes.txt") &&
            hasArrived("changes.txt", "changes.txt");
 }
 
@@ -79,9 +78,9 @@ bool sendOntoADirectory()
 bool receiveOntoADirectory()
 {
     dragRow(IDC_DANDD_HOSTFILES, "manual.txt", rowPoint(IDC_DANDD_LOCALDIRS, "inbox"));
-    picture("drag-over-directory");
+    takePictureOf("drag-over-directory");
     releaseButton();
-    picture("after-drop");
+    takePictureOf("after-drop");
     return waitForLocal("inbox\\manual.txt") && hasArrived("inbox\\manual.txt", "manual.txt") &&
            goHome();
 }
@@ -89,18 +88,15 @@ bool receiveOntoADirectory()
 // Nothing of the file stays.
 bool stopATransfer()
 {
-    char szMask[MAX_PATH];
-    WIN32_FIND_DATAA find;
-    bool fSelected = selectRow(IDC_DANDD_LOCALFILES, "big.bin");
+    bool selected = selectRow(IDC_DANDD_LOCALFILES, "big.bin");
     chooseMenu('F', 'T');
-    bool fBusy = waitForBusy();
+    bool busy = waitForBusy();
     Sleep(1500);
-    SetForegroundWindow(sessionWindow());
-    picture("two-pane-busy");
+    SetForegroundWindow(window());
+    takePictureOf("two-pane-busy");
     clickTool(IDM_XFER_STOP);
-    hostPath(szMask, "krd*");
-    return waitForIdle() && fSelected && fBusy && waitForNoHost("big.bin") &&
-           FindFirstFileA(szMask, &find) == INVALID_HANDLE_VALUE;
+    return waitForIdle() && selected && busy && waitForNoHost("big.bin") &&
+           !isThere(hostPath("krd*"));
 }
 
 constexpr Step STEPS[] = {
@@ -119,5 +115,7 @@ constexpr Step STEPS[] = {
 
 StepTable transferSteps()
 {
-    return {STEPS, ARRAYSIZE(STEPS)};
+    return {STEPS, int(std::size(STEPS))};
 }
+
+} // namespace robot
