@@ -93,9 +93,9 @@ bool takeLanguage(const std::string& folder, const char* pszCode)
     HMODULE hModule;
     const std::string start = folder + "\\" + pszCode + "-";
     bool fAll = nXferAllocLoadLanguage(&hModule, pszCode) == XFER_OK;
-    for (int i = 0; fAll && i < g_cLangTemplates; i++) {
-        const std::string name = g_langTemplates[i].name;
-        HWND hwnd = makeWindow(hModule, pszCode, name);
+    for (const langcheck::TemplateRow& row : langcheck::TEMPLATES) {
+        const std::string name = row.name;
+        HWND hwnd = fAll ? makeWindow(hModule, pszCode, name) : nullptr;
         fAll = hwnd &&
                takeWindow(hwnd, start + name + ".bmp", name == "DLGXFER" ? showTransfer : nullptr);
     }
