@@ -231,8 +231,17 @@ TEST_F(Command, NamesOfAnotherDirectoryAreLeftAlone)
     EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), (Strings{"a", "b", "c"}));
     selectFiles(IDC_DANDD_HOSTFILES, {});
 
+    // Nor does the sum count namesakes.
+    m_dir.makeFile("full\\a", 77);
+    selectFiles(IDC_DANDD_LOCALFILES, {"a"});
+    _chdir("full");
+    notify(IDC_DANDD_LOCALFILES, LBN_SELCHANGE);
+    EXPECT_EQ(stripText().find("77"), std::string::npos) << stripText();
+
+    // What is reported is the mask that filled the list.
     type(IDC_DANDD_LOCALFILTER, "full\\*.*");
     goHome();
+    type(IDC_DANDD_LOCALFILTER, "*.new");
     for (UINT idCommand : {IDM_XFER_DELETE, IDM_XFER_TRANSFER, IDM_XFER_DETAILS}) {
         selectFiles(IDC_DANDD_LOCALFILES, {"a"});
         command(idCommand);
@@ -240,6 +249,30 @@ TEST_F(Command, NamesOfAnotherDirectoryAreLeftAlone)
     }
     EXPECT_EQ(log(), Strings(3, "Cannot access full\\*.*"));
     EXPECT_EQ(recorded(), Strings{});
+}
+
+// A mask that names the directory that is shown, however it is written.
+TEST_F(Command, AMaskMayNameTheShownDirectory)
+{
+    openFilled();
+    std::string upper = m_dir.path("*.*");
+    CharUpperBuffA(&upper[0], DWORD(upper.size()));
+    for (const std::string& mask : {m_dir.path("*.*"), upper, std::string(".\\*.*"),
+                                    std::string("full\\..\\*.*"), m_dir.path().substr(2) + "\\*"}) {
+        SCOPED_TRACE(mask);
+        m_dir.makeFile("a", 10);
+        type(IDC_DANDD_LOCALFILTER, mask);
+        goHome();
+        selectFiles(IDC_DANDD_LOCALFILES, {"a"});
+        notify(IDC_DANDD_LOCALFILES, LBN_SELCHANGE);
+        EXPECT_EQ(stripText(), "Files selected: 1 (10 bytes)");
+        vXferDandDDisplayDILText(m_hwnd, "");
+        command(IDM_XFER_TRANSFER);
+        command(IDM_XFER_DELETE);
+        EXPECT_EQ(heard(), "send a|flags|sent: a|local file deleted: a");
+        EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), (Strings{"b", "c"}));
+    }
+    EXPECT_EQ(log(), Strings{});
 }
 
 // A question runs a message loop. What it leaves behind need not be what it found.
@@ -459,6 +492,55 @@ void WINAPI fakeRecordAction(HWND, int, const char*)
 void WINAPI fakeRecordCommand(HWND, const char*)
 {
     s_inRecord();
+}
+
+// A list holds the names that were selected first, whatever becomes of its rows while they are
+// recorded.
+TEST_F(Command, WhatIsRecordedChangesNoList)
+{
+    ReplacedImport action(library(), "KRUTILS.DLL", 41, fakeRecordAction);
+    const struct {
+        UINT uMessage;
+        WPARAM wParam;
+        LPARAM lParam;
+    } changes[] = {
+        {LB_INSERTSTRING, 0, LPARAM("0")}, {LB_DELETESTRING, 0, 0}, {LB_SETSEL, FALSE, -1}};
+    openFilled();
+    for (const Selection& selection : SELECTIONS) {
+        for (const auto& change : changes) {
+            goHome();
+            feedHost({"x", "y", "z"});
+            selectOnly(selection.idList, split(selection.pszNames));
+            bool fChanged = false;
+            s_inRecord = [&] {
+                if (!std::exchange(fChanged, true)) {
+                    tell(selection.idList, change.uMessage, change.wParam, change.lParam);
+                }
+            };
+            command(selection.idCommand);
+            EXPECT_EQ(requests(), Strings{selection.pszRequest}) << &change - changes;
+        }
+    }
+}
+
+// The caller can have put a row into a list that is too long to be read.
+TEST_F(Command, ARowThatCannotBeReadEndsTheCommand)
+{
+    const std::string tooLong(300, 'w');
+    openFilled();
+    for (const Selection& selection : SELECTIONS) {
+        for (UINT idCommand : {selection.idCommand, UINT(IDM_XFER_DELETE)}) {
+            goHome();
+            feedHost({"x", "y", "z"});
+            selectOnly(selection.idList, split(selection.pszNames));
+            tell(selection.idList, LB_INSERTSTRING, WPARAM(-1), LPARAM(tooLong.c_str()));
+            tell(selection.idList, LB_SETSEL, TRUE, tell(selection.idList, LB_GETCOUNT) - 1);
+            command(idCommand);
+            EXPECT_EQ(heard(), "") << selection.idList << " " << idCommand;
+        }
+    }
+    EXPECT_EQ(log(), Strings{});
+    EXPECT_EQ(m_dir.names(), split("a b c child full full\\a full\\b"));
 }
 
 struct Recorder {
@@ -765,25 +847,58 @@ TEST_F(SaveLog, FailuresAreTold)
     EXPECT_EQ(selection(), std::make_pair(DWORD(2), DWORD(7)));
 }
 
-// The dialog can change the current directory, which belongs to the panes.
-TEST_F(SaveLog, TheDialogLeavesThePanesTheirDirectory)
+// The dialog can change the current directory. The process goes back to where it was, unless the
+// panes have followed it.
+TEST_F(SaveLog, TheDialogMovesTheProcessOnlyWithThePanes)
 {
-    for (bool fChosen : {true, false}) {
-        s_inSave = [&](char* pszFile) {
-            lstrcpyA(pszFile, m_dir.path("child\\log.txt").c_str());
-            _chdir("child");
-            return fChosen;
-        };
-        save(2, 7);
-        EXPECT_EQ(currentDir(), m_dir.path());
-        EXPECT_TRUE(m_dir.holds("child\\log.txt"));
+    const struct {
+        std::string before; // what the panes show is the test's directory
+        bool fFollowed;
+        std::string after;
+    } cases[] = {{m_dir.path(), false, m_dir.path()},
+                 {m_dir.path("full"), false, m_dir.path("full")},
+                 {m_dir.path(), true, m_dir.path("child")},
+                 {m_dir.path("full"), true, m_dir.path("child")}};
+    for (const auto& c : cases) {
+        for (bool fChosen : {true, false}) {
+            goHome();
+            _chdir(c.before.c_str());
+            s_inSave = [&](char* pszFile) {
+                lstrcpyA(pszFile, m_dir.path("child\\log.txt").c_str());
+                _chdir(m_dir.path("child").c_str());
+                if (c.fFollowed) {
+                    vXferDandDRefreshLocalFiles(m_hwnd);
+                }
+                return fChosen;
+            };
+            save(2, 7);
+            EXPECT_EQ(currentDir(), c.after) << &c - cases << fChosen;
+            EXPECT_EQ(m_dir.holds("child\\log.txt"), fChosen);
+            DeleteFileA(m_dir.path("child\\log.txt").c_str());
+        }
     }
+    m_dir.enter();
     s_inSave = [&](char* pszFile) {
         nXferDandDDestroy(m_hwnd);
         return lstrcpyA(pszFile, "late.txt") != nullptr;
     };
     command(IDM_XFER_SAVESELECTION);
     EXPECT_FALSE(m_dir.holds("late.txt"));
+}
+
+// Entries that come while the dialog is open move all others, or push them out.
+TEST_F(SaveLog, WhatWasSelectedFirstIsSaved)
+{
+    const std::string entry(258, 'x');
+    hide();
+    s_inSave = [&](char* pszFile) {
+        for (int n = 0; n < 120; ++n) {
+            vXferDandDInfoLine(m_hwnd, entry.c_str());
+        }
+        return lstrcpyA(pszFile, "log.txt") != nullptr;
+    };
+    save(4, 11);
+    EXPECT_EQ(contentsOf("log.txt"), "pha\r\nbe\r\n");
 }
 
 } // namespace

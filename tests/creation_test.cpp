@@ -227,6 +227,26 @@ TEST_F(Creation, TheFirstModeComesWithTheMessageLoop)
     }
 }
 
+BOOL WINAPI refusePost(HWND, UINT, WPARAM, LPARAM)
+{
+    return FALSE;
+}
+
+// A queue that is full takes no command for later.
+TEST_F(Creation, TheFirstModeComesAtOnceIfItCannotWait)
+{
+    ReplacedImport post(krhaul(), "PostMessageA", refusePost);
+    for (DWORD nMode : {0u, 1u}) {
+        m_caller.modes.clear();
+        m_hwnd = createOnly(m_parent.hwnd(), nMode);
+        EXPECT_EQ(m_caller.modes, std::vector<DWORD>{nMode});
+        EXPECT_EQ(IsWindowVisible(item(IDC_DANDD_COMMANDLINE)) != 0, nMode == 1);
+        EXPECT_EQ(SendDlgItemMessageA(m_hwnd, IDC_DANDD_LOCALDIRS, LB_GETCOUNT, 0, 0) > 0,
+                  nMode == 0);
+        destroy();
+    }
+}
+
 TEST_F(Creation, TwoWindowsGoTheirOwnWays)
 {
     create();
@@ -471,6 +491,24 @@ TEST_F(Creation, OtherWindowsAreLeftAlone)
         DestroyWindow(hwnd);
     }
     GlobalFree(hBlock);
+}
+
+// The exported procedures of the file dialogs, in a dialog of somebody else.
+TEST_F(Creation, OtherDialogsAreLeftAlone)
+{
+    const DLGPROC procedures[] = {fDlgXferDandDTranProc,  fDlgXferDandDRenProc,
+                                  fDlgXferDandDDelProc,   fDlgXferDandDMkdirProc,
+                                  fDlgXferDandDRmdirProc, fDlgXferDandDConfirmProc};
+    constexpr BYTE FILL = 0x5A;
+    std::vector<BYTE> block(0x4000, FILL);
+    HWND hwnd = foreignDialog(block.data());
+    for (DLGPROC pfn : procedures) {
+        EXPECT_EQ(pfn(hwnd, WM_COMMAND, IDCANCEL, 0), 0) << &pfn - procedures;
+        pfn(hwnd, WM_INITDIALOG, 0, reinterpret_cast<LPARAM>(block.data()));
+        EXPECT_EQ(pfn(hwnd, WM_COMMAND, IDCANCEL, 0), 0) << &pfn - procedures;
+    }
+    EXPECT_EQ(std::count(block.begin(), block.end(), FILL), int(block.size()));
+    DestroyWindow(hwnd);
 }
 
 TEST_F(Creation, DISABLED_OldPlatform)

@@ -6,6 +6,7 @@
 #include "support/input.h"
 #include "support/ledger.h"
 #include "support/pane_window.h"
+#include "support/subclassed.h"
 
 #include <atomic>
 #include <map>
@@ -37,11 +38,14 @@ LONG packed(POINT pt)
     return MAKELONG(pt.x, pt.y);
 }
 
+// Where a drag can't learn the place of the pointer, as on a screen that is locked.
+std::atomic<bool> s_fNoPointer;
+
 BOOL WINAPI fakeGetCursorPos(POINT* ppt)
 {
     BOOL fDone = GetCursorPos(ppt);
     s_pt = *ppt;
-    return fDone;
+    return fDone && !s_fNoPointer;
 }
 
 HCURSOR WINAPI fakeSetCursor(HCURSOR hcur)
@@ -113,6 +117,15 @@ LRESULT WINAPI fakeCallWindowProc(WNDPROC pfn, HWND hwnd, UINT uMessage, WPARAM 
     return nResult;
 }
 
+int s_cUnmarked;
+decltype(&SendMessageA) s_pfnSendMessage;
+
+LRESULT WINAPI countingSendMessage(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
+{
+    s_cUnmarked += uMessage == LB_SETCARETINDEX && LONG(wParam) == -1;
+    return s_pfnSendMessage(hwnd, uMessage, wParam, lParam);
+}
+
 // Runs on the user's thread.
 bool waitFor(const std::function<bool()>& condition, DWORD dwPatience = WAIT_MS)
 {
@@ -182,6 +195,7 @@ protected:
 
     void start()
     {
+        s_fNoPointer = false;
         pumpMessages();
         s_cDrags = 0;
         s_pass.pt = -1;
@@ -395,6 +409,106 @@ TEST_F(Drag, ADropGoesWhereItFalls)
         EXPECT_EQ(heard(), drop.pszHeard);
     }
     EXPECT_EQ(selected(IDC_DANDD_LOCALFILES), Strings{"a"});
+}
+
+// What lies where the pointer was said to be counts for nothing.
+TEST_F(Drag, WithoutAPointerNothingIsDropped)
+{
+    POINT from = pointOf(IDC_DANDD_LOCALFILES, "a"), to = emptyPart(IDC_DANDD_HOSTFILES);
+    play([&] {
+        movePointer(from);
+        takeHold();
+        hover(to);
+        s_fNoPointer = true;
+        waitForPasses();
+        letGo(MOUSE_LEFT);
+    });
+    EXPECT_EQ(s_cDrags, 1);
+    EXPECT_EQ(heard(), "");
+}
+
+// A drop of several rows where there is no row of the target.
+TEST_F(Drag, ADropBelowTheRowsKeepsTheSelection)
+{
+    for (bool fEmpty : {false, true}) {
+        if (fEmpty) {
+            tell(IDC_DANDD_HOSTDIRS, LB_SETITEMDATA, 0, 0);
+            nXferDandDClearHostFileInfo(m_hwnd, XFERCLEAR_SUBDIRS | XFERCLEAR_WORKDIR);
+            tell(IDC_DANDD_HOSTDIRS, LB_RESETCONTENT);
+        }
+        selectFiles(IDC_DANDD_LOCALFILES, {"a", "b"});
+        drag({pointOf(IDC_DANDD_LOCALFILES, "a"), emptyPart(IDC_DANDD_HOSTDIRS)});
+        EXPECT_EQ(heard(), "");
+        EXPECT_EQ(selected(IDC_DANDD_LOCALFILES), (Strings{"a", "b"}));
+    }
+}
+
+// From five seconds without a look for messages on, the system puts a picture in the place of a
+// window, which swallows the drop. What waits for the window waits for the end of the drag.
+TEST_F(Drag, ALongDragIsNotTakenForAHang)
+{
+    constexpr DWORD LONG_MS = 6500;
+    constexpr UINT WAITING = WM_USER + 0x300;
+    using IsHung = BOOL(WINAPI*)(HWND);
+    const auto pfnIsHung = reinterpret_cast<IsHung>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("USER32.DLL"), "IsHungAppWindow")));
+    if (pfnIsHung == nullptr) {
+        GTEST_SKIP() << "this version doesn't know hung windows";
+    }
+    POINT from = pointOf(IDC_DANDD_LOCALFILES, "a"), to = emptyPart(IDC_DANDD_HOSTFILES);
+    bool fHung = false;
+    int cDragsThen = -1;
+    Subclassed window(m_hwnd, [&](UINT uMessage, WPARAM, LPARAM) {
+        cDragsThen = uMessage == WAITING ? s_cDrags.load() : cDragsThen;
+        return false;
+    });
+    play([&] {
+        movePointer(from);
+        takeHold();
+        hover(to);
+        PostMessageA(m_hwnd, WAITING, 0, 0);
+        const DWORD dwStart = GetTickCount();
+        fHung = waitFor([&] { return pfnIsHung(m_hwnd) || GetTickCount() - dwStart > LONG_MS; }) &&
+                GetTickCount() - dwStart <= LONG_MS;
+        letGo(MOUSE_LEFT);
+    });
+    EXPECT_FALSE(fHung);
+    EXPECT_EQ(cDragsThen, 1);
+    EXPECT_EQ(requests(), Strings{"send a"});
+}
+
+// A callback may handle messages, and a move among them begins no second drag.
+TEST_F(Drag, ADropIsTheEndOfItsPress)
+{
+    for (const Strings& names : {Strings{"a"}, Strings{"a", "b"}}) {
+        selectFiles(IDC_DANDD_LOCALFILES, names);
+        POINT from = pointOf(IDC_DANDD_LOCALFILES, "a");
+        m_inRequest = [&] {
+            vXferDandDSetBusyState(m_hwnd, 1);
+            tell(IDC_DANDD_LOCALFILES, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(1, 1));
+            vXferDandDSetBusyState(m_hwnd, 0);
+        };
+        drag({from, emptyPart(IDC_DANDD_HOSTFILES)});
+        EXPECT_EQ(requests().size(), 1u);
+    }
+}
+
+// The list is told once that no row of it is marked, and stands as it stood.
+TEST_F(Drag, TheMarkIsTakenAwayOnce)
+{
+    const POINT from = pointOf(IDC_DANDD_LOCALFILES, "a");
+    const POINT one = pointOf(IDC_DANDD_HOSTDIRS, "one");
+    ReplacedImport send(library(), "SendMessageA", countingSendMessage);
+    s_pfnSendMessage = send.original<decltype(&SendMessageA)>();
+    const struct {
+        std::vector<POINT> path;
+        int cUnmarked;
+    } paths[] = {{{from, OUTSIDE}, 0}, {{from, one, OUTSIDE}, 1}, {{from, one, OUTSIDE, one}, 1}};
+    for (const auto& path : paths) {
+        s_cUnmarked = 0;
+        drag(path.path);
+        EXPECT_EQ(s_cUnmarked, path.cUnmarked) << &path - paths;
+    }
 }
 
 TEST_F(Drag, TheMarkFollowsThePointer)

@@ -204,6 +204,28 @@ TEST(FileListMemory, EveryAllocationCanFailAndNothingLeaks)
     }
 }
 
+LPVOID WINAPI noLock(HGLOBAL)
+{
+    return nullptr;
+}
+
+// A block that has grown and can't be locked.
+TEST(FileListMemory, AListThatCannotGrowStays)
+{
+    XferFileList list;
+    ASSERT_EQ(XferFileList_fCreate(&list), 1);
+    XferFileList_fSetString(list, 0, 0, "kept");
+    const XferFileList before = list;
+    {
+        ReplacedImport lock(GetModuleHandleA("KRHAUL.DLL"), "GlobalLock", noLock);
+        EXPECT_EQ(XferFileList_fSetSize(&list, 30, XFERLIST_KEEPGROWTH), 0);
+    }
+    ASSERT_EQ(list, before);
+    EXPECT_EQ(list->cCapacity, 4);
+    EXPECT_EQ(textAt(list, 0, 0), "kept");
+    XferFileList_vDestroy(list);
+}
+
 TEST(FileListMemory, AFailedTextLosesTheOldOne)
 {
     Ledger ledger;

@@ -86,6 +86,9 @@ TEST_F(Frame, ControlsStartAsTheWindowNeedsThem)
     }
     EXPECT_EQ(SendMessageA(item(IDC_DANDD_COMMANDLINE), EM_GETLIMITTEXT, 0, 0), XFER_MAX_NAME);
     EXPECT_EQ(SendMessageA(item(IDC_DANDD_LOCALTYPES), CB_GETCURSEL, 0, 0), 0);
+    // Kinds of static controls up to here are drawn by every version.
+    EXPECT_LE(GetWindowLongA(item(IDC_DANDD_BAND), GWL_STYLE) & (SS_TYPEMASK | 0xF000),
+              SS_LEFTNOWORDWRAP);
     // The rows of the owner-drawn lists have room for their icons.
     TEXTMETRICA metrics;
     HDC hdc = GetDC(m_hwnd);

@@ -1,9 +1,11 @@
 // The calls that fill and clear the host panes.
 #include "../resources/ids.h"
+#include "../transfer/rows.h"
 #include "support/imports.h"
 #include "support/ledger.h"
 #include "support/pane_window.h"
 #include "support/picture.h"
+#include "support/subclassed.h"
 
 namespace {
 
@@ -105,6 +107,42 @@ TEST_F(HostList, NoRowStaysWithoutARecord)
     EXPECT_EQ(ledger.count(), cOthers + rows(IDC_DANDD_HOSTDIRS).size());
     for (size_t n = rows(IDC_DANDD_HOSTDIRS).size(); n-- > 0;) {
         EXPECT_NE(tell(IDC_DANDD_HOSTDIRS, LB_GETITEMDATA, n), 0);
+    }
+}
+
+// The list tells its owner of each row that goes, which can end the window; the row still has its
+// record then.
+TEST_F(HostList, TheEndOfARowMayEndTheWindow)
+{
+    const DWORD flags[] = {XFERCLEAR_SUBDIRS, XFERCLEAR_WORKDIR, 15, 0};
+    for (DWORD dwFlags : flags) {
+        for (int nEndAt : {0, 1, 2}) {
+            SCOPED_TRACE(testing::Message() << dwFlags << " at " << nEndAt);
+            Ledger ledger;
+            openWith(".. w a b");
+            int cTold = 0;
+            Subclassed window(m_hwnd, [&](UINT uMessage, WPARAM, LPARAM lParam) {
+                if (uMessage == WM_DELETEITEM && IsWindow(m_hwnd)) {
+                    const HGLOBAL hItem =
+                        HGLOBAL(reinterpret_cast<const DELETEITEMSTRUCT*>(lParam)->itemData);
+                    auto pItem = static_cast<const XferListItem*>(GlobalLock(hItem));
+                    EXPECT_TRUE(hItem == nullptr || (pItem != nullptr && pItem->nIndent <= 2));
+                    GlobalUnlock(hItem);
+                    if (++cTold == nEndAt) {
+                        nXferDandDDestroy(m_hwnd);
+                    }
+                }
+                return false;
+            });
+            if (dwFlags != 0) {
+                nXferDandDClearHostFileInfo(m_hwnd, dwFlags);
+            } else {
+                nXferDandDRemoveHostSubDir(m_hwnd, "a");
+                nXferDandDAddHostSubDir(m_hwnd, "b");
+            }
+            close();
+            EXPECT_EQ(ledger.owed(), "");
+        }
     }
 }
 

@@ -90,6 +90,18 @@ TEST_F(InfoLine, EntriesBeginWithALineEndAndHaveNoneBehindThem)
               LRESULT(ARRAYSIZE(cases)) + 2 + 2); // two entries hold a line end of their own
 }
 
+TEST_F(InfoLine, ShowsTheStartOfItsNewestLine)
+{
+    create();
+    for (const std::string& entry : {std::string(260, 'x'), std::string("short")}) {
+        vXferDandDInfoLine(m_hwnd, entry.c_str());
+        const LRESULT nPlace =
+            SendMessageA(log(), EM_POSFROMCHAR, WPARAM(startOfLastLine().first), 0);
+        EXPECT_GE(short(LOWORD(nPlace)), 0) << entry;
+        EXPECT_GE(short(HIWORD(nPlace)), 0) << entry;
+    }
+}
+
 TEST_F(InfoLine, IsTrimmedOnALineEndAboveItsLimit)
 {
     constexpr size_t LINES = 299;

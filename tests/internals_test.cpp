@@ -8,6 +8,9 @@
 #include <stdlib.h>
 #include <string.h>
 #include <string>
+#include <vector>
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE hInstance, DWORD dwReason, LPVOID pReserved);
 
 namespace {
 
@@ -61,6 +64,68 @@ TEST(SystemErrorBox, ShowsTheSystemsText)
     EXPECT_EQ(XferSystemErrorBox(hwndOwner, 0x2FFFFFFF, MB_OK), 1);
     EXPECT_EQ(s_box.cShown, 1);
     EXPECT_EQ(s_cFreed, 1);
+}
+
+// What the system answers for the user's language, and what is asked then.
+DWORD s_dwTextError;
+std::vector<DWORD> s_languages;
+
+DWORD WINAPI fakeFormatMessage(DWORD, LPCVOID, DWORD, DWORD dwLanguage, LPSTR pszBuffer, DWORD,
+                               va_list*)
+{
+    s_languages.push_back(dwLanguage);
+    if (dwLanguage != 0) {
+        SetLastError(s_dwTextError);
+        return 0;
+    }
+    *reinterpret_cast<char**>(pszBuffer) = static_cast<char*>(LocalAlloc(LPTR, 5));
+    lstrcpyA(*reinterpret_cast<char**>(pszBuffer), "text");
+    return 4;
+}
+
+TEST(SystemErrorBox, ASystemOfAnotherLanguageHasATextToo)
+{
+    ReplacedImport box(self(), "MessageBoxA", fakeMessageBox);
+    ReplacedImport format(self(), "FormatMessageA", fakeFormatMessage);
+    const struct {
+        DWORD dwError;
+        bool fAsksAgain;
+    } cases[] = {{ERROR_RESOURCE_LANG_NOT_FOUND, true},
+                 {15100, true},
+                 {15106, true},
+                 {15099, false},
+                 {15107, false},
+                 {ERROR_MR_MID_NOT_FOUND, false},
+                 {ERROR_NOT_ENOUGH_MEMORY, false}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.dwError);
+        s_dwTextError = c.dwError;
+        s_box = {};
+        s_languages.clear();
+        EXPECT_EQ(XferSystemErrorBox(nullptr, ERROR_FILE_NOT_FOUND, 0), c.fAsksAgain ? IDRETRY : 1);
+        EXPECT_EQ(s_box.text, c.fAsksAgain ? "text" : "");
+        EXPECT_EQ(s_languages.size(), c.fAsksAgain ? 2u : 1u);
+        EXPECT_EQ(s_languages[0], GetUserDefaultLangID());
+    }
+}
+
+int s_cUnregistered;
+
+BOOL WINAPI countingUnregister(LPCSTR, HINSTANCE)
+{
+    ++s_cUnregistered;
+    return TRUE;
+}
+
+// At the end of a process other libraries may have gone before.
+TEST(Library, UnregistersItsClassOnlyWhenItIsFreed)
+{
+    ReplacedImport unregister(self(), "UnregisterClassA", countingUnregister);
+    for (bool fProcessEnds : {true, false}) {
+        s_cUnregistered = 0;
+        EXPECT_TRUE(DllMain(self(), DLL_PROCESS_DETACH, reinterpret_cast<LPVOID>(fProcessEnds)));
+        EXPECT_EQ(s_cUnregistered, fProcessEnds ? 0 : 1);
+    }
 }
 
 // What a window has left behind in its slot, but for the status text, is nothing to the next.

@@ -186,6 +186,38 @@ TEST_F(Layout, TinyWindowsComeBackWhole)
     }
 }
 
+// On a small screen the platform cuts the window at its creation.
+LRESULT CALLBACK cutWindow(int nCode, WPARAM wParam, LPARAM lParam)
+{
+    char szClass[16] = "";
+    GetClassNameA(reinterpret_cast<HWND>(wParam), szClass, sizeof szClass);
+    if (nCode == HCBT_CREATEWND && lstrcmpA(szClass, "#32770") == 0) {
+        CREATESTRUCTA* pCreate = reinterpret_cast<CBT_CREATEWNDA*>(lParam)->lpcs;
+        pCreate->cx = std::min(pCreate->cx, 500);
+        pCreate->cy = std::min(pCreate->cy, 300);
+    }
+    return CallNextHookEx(nullptr, nCode, wParam, lParam);
+}
+
+TEST_F(Layout, IsMeasuredAtTheSizeOfTheTemplate)
+{
+    HHOOK hhook = SetWindowsHookExA(WH_CBT, cutWindow, nullptr, GetCurrentThreadId());
+    m_hwnd = createOnly(m_parent.hwnd(), XFERVIEW_COMMANDLINE);
+    UnhookWindowsHookEx(hhook);
+    EXPECT_LE(clientSize().cx, 500);
+    HWND hwndCut = std::exchange(m_hwnd, nullptr);
+    createMeasured();
+    destroy();
+    m_hwnd = hwndCut;
+    for (const SIZE& size : {m_template, SIZE{600, 400}}) {
+        setClientSize(size.cx, size.cy);
+        for (DWORD nMode : {0u, 1u}) {
+            setMode(nMode);
+            expectLayout(nMode);
+        }
+    }
+}
+
 TEST_F(Layout, WhatHangsOnNoLineStays)
 {
     createMeasured();
@@ -237,6 +269,12 @@ TEST_F(Layout, LogFollowsItsEndOnlyWhenItWasInView)
         setMode(nMode);
         EXPECT_EQ(first(), lastTop());
     }
+    // Also when it had no room for a line meanwhile.
+    for (LONG cy : {20, 0, 400}) {
+        setClientSize(600, cy);
+        vXferDandDInfoLine(m_hwnd, "entry");
+    }
+    EXPECT_EQ(first(), lastTop());
     // Scrolled back by its user, or with the user in it, it stays.
     SendDlgItemMessageA(m_hwnd, IDC_DANDD_INFOLINE, EM_LINESCROLL, 0, 5 - first());
     for (LONG cy : heights) {

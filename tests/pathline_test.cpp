@@ -262,6 +262,38 @@ TEST_F(Drives, ATypedDriveIsFollowedByTheList)
     EXPECT_EQ(recorded(), Strings{});
 }
 
+// The process can be on another drive than the one that was followed last: the typed one counts.
+// Only a drive that is new to the window moves the list.
+TEST_F(PathLine, ATypedDriveCountsWhereverTheProcessIs)
+{
+    const int nHome = _getdrive();
+    int nOther = 26;
+    while (nOther > 0 && (nOther == nHome || _chdrive(nOther) != 0)) {
+        --nOther;
+    }
+    if (nOther == 0) {
+        GTEST_SKIP() << "there is one drive only";
+    }
+    m_dir.enter();
+    m_dir.makeFile("a.txt");
+    open();
+    for (bool fRefilled : {false, true}) {
+        _chdrive(nOther);
+        if (fRefilled) {
+            vXferDandDRefreshLocalFiles(m_hwnd);
+        }
+        tell(IDC_DANDD_LOCALDRIVES, CB_SETCURSEL, WPARAM(-1));
+        type(IDC_DANDD_LOCALFILTER, m_dir.path("*.txt"));
+        enter(IDC_DANDD_LOCALFILTER);
+        pumpMessages();
+        EXPECT_EQ(currentDir(), m_dir.path());
+        EXPECT_EQ(text(IDC_DANDD_LOCALPATH), m_dir.path());
+        EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), Strings{"a.txt"});
+        EXPECT_EQ(tell(IDC_DANDD_LOCALDRIVES, CB_GETCURSEL), CB_ERR);
+    }
+    m_dir.enter();
+}
+
 TEST_F(PathLine, LocalDirectoryRowsAreEntered)
 {
     m_dir.makeDirs({"Sub", "Gone"});
@@ -360,8 +392,29 @@ TEST_F(PathLine, EnterAsksTheCaller)
     EXPECT_EQ(heard(), "chdir " + longest + " 0|host directory: " + longest);
 }
 
+// What a filter is applied with overwrites no text of the request.
+HWND s_hwndFed;
+std::string s_filter;
+
+void KRHAULAPI feedAndFilter(DWORD, DWORD, DWORD, const char* pszFilter)
+{
+    for (const char* psz : {"a", "b", "c"}) {
+        nXferDandDAddHostFileName(s_hwndFed, psz);
+        nXferDandDRemoveHostFileName(s_hwndFed, psz);
+    }
+    s_filter = pszFilter;
+}
+
 TEST_F(PathLine, ACallbackMayFeedThePanes)
 {
+    m_callbacks.pfnHostFilter = feedAndFilter;
+    open();
+    s_hwndFed = m_hwnd;
+    feedHost({"f"});
+    type(IDC_DANDD_HOSTFILTER, "*.c");
+    enter(IDC_DANDD_HOSTFILTER);
+    EXPECT_EQ(s_filter, "*.c");
+    close();
     open();
     feedHost({"f"});
     m_inRequest = [this] {

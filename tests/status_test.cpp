@@ -4,6 +4,7 @@
 #include "support/help.h"
 #include "support/input.h"
 #include "support/ledger.h"
+#include "support/strict.h"
 #include "support/subclassed.h"
 #include "support/windows.h"
 
@@ -101,6 +102,7 @@ protected:
     HMODULE m_hEnglish;
 
 private:
+    StrictPlatform m_strict;
     Ledger m_ledger;
     ReplacedImport m_clock, m_setTimer, m_killTimer, m_getDC;
 };
@@ -570,6 +572,77 @@ TEST_F(Status, SurvivesCallsFromInsideItsEnd)
         EXPECT_EQ(nXferStatDestroy(hwndInside), XFER_OK);
         other.messages();
     }
+}
+
+// A listener at the figures, which changes what they come from.
+TEST_F(Status, ATickGoesByWhatItFoundFirst)
+{
+    ParentWindow other;
+    for (bool fEnds : {false, true}) {
+        HWND hwnd = create(), hwndNext = nullptr;
+        nXferStatFileInfo(hwnd, "a", "b", 100);
+        nXferStatCountInfo(hwnd, 40);
+        Subclassed listening(GetDlgItem(hwnd, IDC_STAT_REMAINING),
+                             [&](UINT uMessage, WPARAM, LPARAM) {
+                                 if (uMessage != WM_SETTEXT || hwndNext != nullptr) {
+                                     return false;
+                                 }
+                                 hwndNext = hwnd;
+                                 if (fEnds) {
+                                     nXferStatDestroy(hwnd);
+                                     hwndNext = hdlgXferStatCreate("next", 0, other.hwnd(), 0, 0);
+                                     nXferStatFileInfo(hwndNext, "c", "d", 10);
+                                     nXferStatCountInfo(hwndNext, 4);
+                                 } else {
+                                     nXferStatFileInfo(hwnd, "a", "b", 0);
+                                 }
+                                 return fEnds;
+                             });
+        m_parent.messages();
+        tickAfter(hwnd, 1000);
+        EXPECT_EQ(other.messages(), std::vector<Message>{});
+        EXPECT_EQ(m_parent.messages(),
+                  (std::vector<Message>{fEnds ? Message{WM_XFERSTAT_CLOSED, 0, 0}
+                                              : Message{WM_XFERSTAT_PERCENT, 40, 0}}));
+        // The next window knows nothing of that tick: its own finds a change.
+        if (fEnds) {
+            tickAfter(hwndNext, 1000);
+            EXPECT_EQ(other.messages(), (std::vector<Message>{{WM_XFERSTAT_PERCENT, 40, 0}}));
+        }
+        EXPECT_EQ(nXferStatDestroy(hwndNext), XFER_OK);
+    }
+}
+
+// The handle of a window that was closed is the next window's.
+HWND s_hwndReused;
+HWND WINAPI reuseHandle(HINSTANCE, LPCSTR, HWND, DLGPROC, LPARAM)
+{
+    return s_hwndReused;
+}
+
+TEST_F(Status, TheLivingWindowCountsWhereHandlesAreReused)
+{
+    ParentWindow second;
+    ReplacedImport dialog(library(), "CreateDialogParamA", reuseHandle);
+    s_hwndReused = CreateDialogParamA(m_hEnglish, "DLGXFER", nullptr, fDlgXferStatProc, 0);
+    EXPECT_EQ(create(), s_hwndReused);
+    fDlgXferStatProc(s_hwndReused, WM_NCDESTROY, 0, 0);
+    EXPECT_EQ(nXferStatFileInfo(s_hwndReused, "gone", "gone", 7), XFER_OK);
+    EXPECT_EQ(textOf(s_hwndReused, IDC_STAT_NAME1), "");
+    EXPECT_EQ(hdlgXferStatCreate("", 1, second.hwnd(), 0, 0), s_hwndReused);
+    nXferStatFileInfo(s_hwndReused, "a", "b", 100);
+    EXPECT_EQ(textOf(s_hwndReused, IDC_STAT_NAME1), "a");
+    nXferStatStartTransfer(s_hwndReused);
+    EXPECT_EQ(s_timers.count(1), 1u);
+    nXferStatCountInfo(s_hwndReused, 50);
+    tickAfter(s_hwndReused, 1000);
+    EXPECT_EQ(second.messages(), (std::vector<Message>{{WM_XFERSTAT_PERCENT, 50, 0}}));
+    EXPECT_EQ(nXferStatDestroy(s_hwndReused), XFER_OK);
+    EXPECT_EQ(second.messages(), (std::vector<Message>{{WM_XFERSTAT_CLOSED, 0, 0}}));
+    // What is left is the place of the one that was closed.
+    EXPECT_EQ(nXferStatDestroy(s_hwndReused), XFER_OK);
+    EXPECT_EQ(m_parent.messages(), (std::vector<Message>{{WM_XFERSTAT_CLOSED, 0, 0}}));
+    EXPECT_EQ(nXferStatDestroy(s_hwndReused), XFER_NOWINDOW);
 }
 
 TEST_F(Status, HelpAndFocusGoByTheParentOfTheLastWindow)

@@ -223,6 +223,40 @@ TEST_F(Strip, DrawsNothingWhereThereIsNoRoom)
     EXPECT_TRUE(fSeen);
 }
 
+// Pens: the first of the two that are made fails.
+int s_nPen;
+HGDIOBJ s_selected;
+
+HPEN WINAPI failingCreatePen(int nStyle, int cx, COLORREF clr)
+{
+    return s_nPen++ == 0 ? nullptr : CreatePen(nStyle, cx, clr);
+}
+
+HGDIOBJ WINAPI notingSelectObject(HDC hdc, HGDIOBJ h)
+{
+    s_selected = GetObjectType(h) == OBJ_PEN ? h : s_selected;
+    return SelectObject(hdc, h);
+}
+
+BOOL WINAPI checkingDeleteObject(HGDIOBJ h)
+{
+    EXPECT_TRUE(h == nullptr || h != s_selected) << "it is selected";
+    return DeleteObject(h);
+}
+
+TEST_F(Strip, NoPenIsDeletedWhileItIsSelected)
+{
+    create();
+    ReplacedImport make(krhaul(), "CreatePen", failingCreatePen);
+    ReplacedImport select(krhaul(), "SelectObject", notingSelectObject);
+    ReplacedImport drop(krhaul(), "DeleteObject", checkingDeleteObject);
+    s_nPen = 0;
+    s_selected = nullptr;
+    InvalidateRect(m_hwnd, nullptr, FALSE);
+    UpdateWindow(m_hwnd);
+    EXPECT_GT(s_nPen, 1);
+}
+
 TEST_F(Strip, PaintsTheThermometerTwiceASecondAtMost)
 {
     create();

@@ -44,6 +44,11 @@ void write(void** ppSlot, void* pValue)
 
 } // namespace
 
+bool ReplacedImport::isImported(HMODULE hModule, const char* pszName)
+{
+    return findSlot(hModule, {nullptr, pszName, 0}) != nullptr;
+}
+
 ReplacedImport::ReplacedImport(HMODULE hModule, const Import& wanted, void* pFake)
     : m_ppSlot(findSlot(hModule, wanted)), m_pOriginal(nullptr)
 {

@@ -26,6 +26,8 @@ public:
     ReplacedImport(const ReplacedImport&) = delete;
     ReplacedImport& operator=(const ReplacedImport&) = delete;
 
+    static bool isImported(HMODULE hModule, const char* pszName);
+
     template <typename Function> Function original() const
     {
         return reinterpret_cast<Function>(m_pOriginal);

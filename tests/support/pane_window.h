@@ -4,6 +4,7 @@
 #define TESTS_SUPPORT_PANE_WINDOW_H
 
 #include "../../include/krhaul.h"
+#include "strict.h"
 #include "windows.h"
 
 #include <gtest/gtest.h>
@@ -129,6 +130,7 @@ protected:
 
     TempDir m_dir;
     ParentWindow m_parent;
+    StrictPlatform m_strict;
     HostCallbacks m_callbacks;
     HWND m_hwnd = nullptr;
     DWORD m_dwConfirm = 0;

@@ -6,6 +6,7 @@
 #include "../../include/krhaul.h"
 #include "imports.h"
 #include "picture.h"
+#include "strict.h"
 #include "subclassed.h"
 #include "windows.h"
 
@@ -55,6 +56,7 @@ protected:
     INT_PTR ask(UINT uMessage, WPARAM wParam = 0, LPARAM lParam = 0) const;
 
     ParentWindow m_parent;
+    StrictPlatform m_strict;
     Caller m_caller;
     HWND m_hwnd = nullptr;
     HMODULE m_hEnglish;
