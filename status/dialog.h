@@ -1,15 +1,14 @@
-// The status window itself: its dialog procedure stands in krhaul.h, the once-a-second tick
-// and the painting of the bar are declared here.
+// The creation of a status window. Its dialog procedure, fDlgXferStatProc, is in krhaul.h.
 #ifndef STATUS_DIALOG_H
 #define STATUS_DIALOG_H
 
-#include "status/slots.h"
+#include <windows.h>
 
 #include <stddef.h>
 
 namespace status {
 
-// What hdlgXferStatLangCreate hands to WM_INITDIALOG. It only lives through the creation.
+// What hdlgXferStatLangCreate passes to WM_INITDIALOG. It only lives during the creation.
 struct DialogInit {
     DWORD dwFlags; // corner flag in the low word, minimise flag in the high word
     HWND hwndParent;
@@ -19,16 +18,15 @@ static_assert(sizeof(DialogInit) == 8, "a word of flags and a window");
 static_assert(offsetof(DialogInit, dwFlags) == 0, "the flags come first");
 static_assert(offsetof(DialogInit, hwndParent) == 4, "the parent follows the flags");
 
-} // namespace status
-
-// Turns the values of the window's slot into figures. Gives 0, or -1 if it has no slot.
-int XferStatTick(HWND hdlgStat);
-
-namespace status {
-
-// The bar is a plain control that is painted from outside, only when its look changes.
-void paintEmptyBar(HWND hdlgStat, HMODULE hLanguage);
-void paintBar(HWND hdlgStat, DWORD nPercent);
+// Watches whether a window is destroyed while it is being created. Creations can be nested,
+// because creating a window sends messages to the caller's windows.
+struct Creation {
+    HWND hdlgStat; // known from WM_INITDIALOG on
+    bool fClosed;
+    Creation* pOuter;
+};
+void beginCreation(Creation* pCreation);
+void endCreation(const Creation* pCreation);
 
 } // namespace status
 
