@@ -60,20 +60,21 @@ const shared::FileListRow* findCell(XferFileList list, LONG nRow, LONG nColumn,
     return list->pRows[nRow].types[nColumn] == type ? &list->pRows[nRow] : nullptr;
 }
 
-// Reallocates the block for more rows, which come empty. On failure the list stays where it
-// was: an unlocked block moves only when it is reallocated.
+// Reallocates the block for more rows, which are empty. On failure the list stays where it is. A
+// lock that fails is found before the block can move: afterwards there would be no way back.
 bool growTo(XferFileList* pList, LONG cRows)
 {
     SIZE_T cb = cbOfList(cRows);
-    if (cb == 0) {
+    HGLOBAL hBlock = GlobalHandle(*pList);
+    if (cb == 0 || GlobalLock(hBlock) == nullptr) {
         return false;
     }
-    LONG cOld = (*pList)->cCapacity;
-    HGLOBAL hBlock = GlobalHandle(*pList);
     GlobalUnlock(hBlock);
+    GlobalUnlock(hBlock);
+    LONG cOld = (*pList)->cCapacity;
     HGLOBAL hNew = GlobalReAlloc(hBlock, cb, BLOCK_FLAGS);
     auto list = static_cast<XferFileList>(GlobalLock(hNew != nullptr ? hNew : hBlock));
-    if (hNew == nullptr) {
+    if (hNew == nullptr || list == nullptr) {
         return false;
     }
     setRowsPointer(list);

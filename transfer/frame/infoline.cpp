@@ -63,6 +63,9 @@ void append(HWND hwndInfo, const char* pszEntry)
     SendMessageA(hwndInfo, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(pszEntry));
     LONG nLast = ask(hwndInfo, EM_LINEINDEX, ask(hwndInfo, EM_GETLINECOUNT) - 1);
     SendMessageA(hwndInfo, EM_SETSEL, WPARAM(nLast), nLast);
+    // Setting a selection doesn't scroll a multi-line control on every version, and a long entry
+    // would leave the log scrolled to its end.
+    SendMessageA(hwndInfo, EM_SCROLLCARET, 0, 0);
 }
 
 } // namespace

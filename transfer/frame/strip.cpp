@@ -129,7 +129,8 @@ void drawBoxes(HDC hdc, XferWindowRecord* pRecord)
     RECT rcThermo = thermoBox(&pRecord->rcStrip);
     HPEN hpenShadow = CreatePen(PS_SOLID, 1, GetSysColor(COLOR_BTNSHADOW));
     HPEN hpenHighlight = CreatePen(PS_SOLID, 1, GetSysColor(COLOR_BTNHIGHLIGHT));
-    HGDIOBJ hpenOld = SelectObject(hdc, hpenShadow);
+    // Selected first, so that the old pen is known even if the shadow pen can't be created.
+    HGDIOBJ hpenOld = SelectObject(hdc, GetStockObject(BLACK_PEN));
     drawSunkenBox(hdc, &rcText, hpenShadow, hpenHighlight);
     drawClipped(hdc, &rcText, pRecord->szStripText);
     drawSunkenBox(hdc, &rcThermo, hpenShadow, hpenHighlight);
