@@ -61,7 +61,6 @@ bool labelDialog(HWND hdlgStat, HMODULE hLanguage, const char* pszTitle, DWORD d
 void freeSlot(StatSlot* pSlot)
 {
     pSlot->hdlgStat = nullptr;
-    pSlot->fClosed = 0;
     if (pSlot->hLanguage != nullptr) {
         FreeLibrary(pSlot->hLanguage);
         pSlot->hLanguage = nullptr;

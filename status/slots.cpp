@@ -28,7 +28,12 @@ void status::freeAllSlots()
 
 int XferStatFindFreeSlot()
 {
-    return findWindow(nullptr, 0);
+    for (int n = 0; n < XFERSTAT_MAXWINDOWS; ++n) {
+        if (status::g_slots[n].hdlgStat == nullptr) {
+            return n;
+        }
+    }
+    return XFERSTAT_NOSLOT;
 }
 
 int XferStatFindSlot(HWND hdlgStat)
@@ -62,6 +67,7 @@ void status::takeSlot(StatSlot* pSlot, HWND hdlgStat, HWND hwndParent, HMODULE h
     pSlot->dwStartTick = 0;
     pSlot->uTimer = 0;
     pSlot->nLastPercent = XFERSTAT_NOPERCENT;
+    pSlot->fClosed = 0;
     pSlot->nSerial = ++s_nLastSerial;
 }
 
@@ -69,6 +75,8 @@ void status::noteClosed(HWND hdlgStat)
 {
     int n = findWindow(hdlgStat, 0);
     if (hdlgStat != nullptr && n != XFERSTAT_NOSLOT) {
+        KillTimer(hdlgStat, UINT_PTR(n));
+        g_slots[n].uTimer = 0;
         g_slots[n].fClosed = 1;
     }
 }

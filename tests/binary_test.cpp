@@ -62,22 +62,23 @@ const Table PLATFORM = {
                    "_splitpath _stricmp _strlwr _unlink fclose fopen fputc fputs free malloc "
                    "memcmp memcpy memmove memset qsort realloc remove strcat strchr strcmp strcpy "
                    "strlen strncat strncmp strncpy strpbrk strrchr strspn strstr"},
-    {"USER32.DLL", "BeginPaint CallWindowProcA CharUpperBuffA CheckDlgButton CheckMenuItem "
-                   "CheckRadioButton CloseWindow CreateDialogParamA DefDlgProcA DefWindowProcA "
-                   "DestroyCursor DestroyWindow DialogBoxParamA DrawFocusRect DrawIcon DrawTextA "
-                   "EnableMenuItem EnableWindow EndDialog EndPaint FillRect GetAsyncKeyState "
-                   "GetCapture GetClassInfoA GetClientRect GetCursorPos GetDC GetDlgItem "
-                   "GetDlgItemTextA GetFocus GetMenu GetParent GetSubMenu GetSysColor "
-                   "GetSystemMetrics GetWindowLongA GetWindowRect GetWindowTextA "
-                   "GetWindowTextLengthA InflateRect InvalidateRect IsCharAlphaA "
-                   "IsDlgButtonChecked IsIconic IsWindow IsWindowEnabled IsWindowVisible "
-                   "KillTimer LoadCursorA LoadIconA LoadStringA MessageBoxA MoveWindow "
-                   "PostMessageA RedrawWindow RegisterClassA ReleaseCapture ReleaseDC "
-                   "ScreenToClient SendDlgItemMessageA SendMessageA SetCapture SetCursor "
-                   "SetDlgItemInt SetDlgItemTextA SetFocus SetRect SetTimer SetWindowLongA "
-                   "SetWindowPos SetWindowTextA ShowWindow UnregisterClassA UpdateWindow WinHelpA "
-                   "WindowFromPoint "
-                   "wsprintfA"},
+    {"USER32.DLL",
+     "BeginPaint CallWindowProcA CharUpperBuffA CheckDlgButton CheckMenuItem "
+     "CheckRadioButton CloseWindow CreateDialogParamA DefDlgProcA DefWindowProcA "
+     "DestroyCursor DestroyWindow DialogBoxParamA DrawFocusRect DrawIcon DrawTextA "
+     "EnableMenuItem EnableWindow EndDialog EndPaint FillRect GetAsyncKeyState "
+     "GetCapture GetClassInfoA GetClientRect GetCursorPos GetDC GetDlgItem "
+     "GetDlgItemTextA GetFocus GetMenu GetParent GetSubMenu GetSysColor "
+     "GetSystemMetrics GetWindowLongA GetWindowRect GetWindowTextA "
+     "GetWindowTextLengthA InflateRect InvalidateRect IsCharAlphaA "
+     "IsDlgButtonChecked IsIconic IsWindow IsWindowEnabled IsWindowVisible "
+     "KillTimer LoadCursorA LoadIconA LoadStringA MapDialogRect MessageBoxA MoveWindow "
+     "PostMessageA RedrawWindow RegisterClassA ReleaseCapture ReleaseDC "
+     "ScreenToClient SendDlgItemMessageA SendMessageA SetCapture SetCursor "
+     "SetDlgItemInt SetDlgItemTextA SetFocus SetRect SetTimer SetWindowLongA "
+     "SetWindowPos SetWindowTextA ShowWindow UnregisterClassA UpdateWindow WinHelpA "
+     "WindowFromPoint "
+     "wsprintfA"},
 };
 
 // What the compiler's start-up code can't do without.
