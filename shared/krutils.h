@@ -24,7 +24,8 @@ enum {
 
 extern "C" {
 
-// The help file, as WinHelpA wants it. The text stays the library's.
+// The help file, as WinHelpA wants it, or null if the help was shown here. The text stays
+// KRUTILS' own.
 const char* __stdcall KrGetHelpFile(void);
 
 // A user action and its text; the parent can be 0.

@@ -100,6 +100,11 @@ std::vector<DWORD> s_helped;
 std::string s_launched;
 std::function<void()> s_inRecord;
 
+const char* __stdcall fakeHelpFile()
+{
+    return "KRDEMO.HLP";
+}
+
 BOOL WINAPI fakeWinHelp(HWND, LPCSTR, UINT uCommand, ULONG_PTR dwContext)
 {
     EXPECT_EQ(uCommand, UINT(HELP_CONTEXT));
@@ -180,6 +185,7 @@ protected:
 
 private:
     ReplacedImport m_help{library(), "WinHelpA", fakeWinHelp};
+    ReplacedImport m_helpFile{library(), "KRUTILS.DLL", 4, fakeHelpFile};
     ReplacedImport m_exec{library(), "WinExec", fakeWinExec};
 };
 

@@ -4,13 +4,21 @@
 
 #include <windows.h>
 
+// Longest text that is kept, in characters without the NUL. Older lines are dropped.
+#define KR_MAX_RECORDED 65535
+
+#ifdef __cplusplus
 extern "C" {
+#endif
 
 // Copies the recorded actions and commands, a line each, oldest first, cut to the buffer.
-// Gives the length of the whole text in characters, without its NUL.
+// Returns the length of the whole text in characters, without its NUL.
 int __stdcall KrGetRecordedText(char* pszBuffer, int cchBuffer);
 
 void __stdcall KrForgetRecordedText(void);
+
+#ifdef __cplusplus
 }
+#endif
 
 #endif
