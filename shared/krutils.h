@@ -24,7 +24,8 @@ enum {
 
 extern "C" {
 
-// The help file, for WinHelpA. The text belongs to KRUTILS.
+// The help file, for WinHelpA, or null if KRUTILS has shown the help by itself. The text belongs to
+// KRUTILS.
 const char* __stdcall KrGetHelpFile(void);
 
 // Records a user action and its text; the parent can be 0.
