@@ -121,7 +121,7 @@ in_root() {
         "${auth:+$(dirname "$auth")}")
     for name in $(compgen -e); do
         case $name in
-        KRHAUL_* | GTEST_* | GCOV_* | WINEPATH | WINEDLLOVERRIDES) keep+=("$name=${!name}") ;;
+        KRHAUL_* | GTEST_* | GCOV_* | LC_ALL | LOCPATH | WINEPATH | WINEDLLOVERRIDES) keep+=("$name=${!name}") ;;
         esac
     done
     exec "${LEASH[@]}" unshare -m --propagation private \
