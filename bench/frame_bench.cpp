@@ -4,8 +4,7 @@
 #include "../layout/layout.h"
 #include "../resources/ids.h"
 
-namespace
-{
+namespace {
 
 HWND s_hdlg;
 HMODULE s_hEnglish;

@@ -15,8 +15,8 @@ if(KRHAUL_LLVM_DLLTOOL)
     set(KRHAUL_MSVC_LIBRARY ${CMAKE_BINARY_DIR}/lib/krhaul.lib)
     add_custom_command(OUTPUT ${KRHAUL_MSVC_LIBRARY}
         COMMAND ${KRHAUL_LLVM_DLLTOOL} -m i386 --kill-at --input-def
-            ${CMAKE_SOURCE_DIR}/shared/krhaul.def --output-lib ${KRHAUL_MSVC_LIBRARY}
-        DEPENDS ${CMAKE_SOURCE_DIR}/shared/krhaul.def VERBATIM)
+            ${CMAKE_SOURCE_DIR}/library/krhaul.def --output-lib ${KRHAUL_MSVC_LIBRARY}
+        DEPENDS ${CMAKE_SOURCE_DIR}/library/krhaul.def VERBATIM)
     add_custom_target(krhaul_msvc_library ALL DEPENDS ${KRHAUL_MSVC_LIBRARY})
 else()
     message(STATUS "llvm-dlltool was not found: no import library for Visual C++")

@@ -1,7 +1,7 @@
 // The dialog of the confirmation settings: a view on the flags that the caller keeps.
-#include "dialogs.h"
-#include "confirm.h"
-#include "../resources/ids.h"
+#include "dialogs/engine.h"
+#include "resources/ids.h"
+#include "transfer/window/request.h"
 
 namespace {
 
@@ -21,13 +21,13 @@ constexpr FlagRow FLAGS[] = {
 // The window can die while the caller is asked for its flags.
 void initDialog(HWND hdlg, LPARAM lParam)
 {
-    XferDialog dialog;
-    vXferDandDStartDialog(hdlg, lParam);
-    if (!fXferDandDDialogOf(hdlg, &dialog)) {
+    dialogs::Dialog dialog;
+    dialogs::start(hdlg, lParam);
+    if (!dialogs::dialogOf(hdlg, &dialog)) {
         return;
     }
-    DWORD dwFlags = dwXferDandDConfirmFlags(dialog.pRecord);
-    if (!fXferDandDDialogIsAlive(&dialog)) {
+    DWORD dwFlags = window::confirmFlags(dialog.pRecord);
+    if (!dialogs::isAlive(&dialog)) {
         return;
     }
     for (const FlagRow& row : FLAGS) {
@@ -35,7 +35,7 @@ void initDialog(HWND hdlg, LPARAM lParam)
     }
 }
 
-void accept(const XferDialog* pDialog)
+void accept(const dialogs::Dialog* pDialog)
 {
     const XferWindowRecord* pRecord = pDialog->pRecord;
     DWORD dwFlags = 0;
@@ -45,24 +45,15 @@ void accept(const XferDialog* pDialog)
     if (pRecord->callbacks.pfnConfirmFlags != nullptr) {
         pRecord->callbacks.pfnConfirmFlags(pRecord->dwCallerData, dwFlags, 1);
     }
-    vXferDandDEndDialog(pDialog);
+    dialogs::end(pDialog);
 }
 
-constexpr XferDialogKind CONFIRM = {
-    XFERHELP_CONFIRM, IDC_CONFIRM_HELP, initDialog, accept, vXferDandDEndDialog, 0,
-    nullptr,          nullptr};
+constexpr dialogs::Kind CONFIRM = {
+    XFERHELP_CONFIRM, IDC_CONFIRM_HELP, initDialog, accept, dialogs::end, 0, nullptr, nullptr};
 
 } // namespace
 
-DWORD dwXferDandDConfirmFlags(const XferWindowRecord* pRecord)
-{
-    if (pRecord->callbacks.pfnConfirmFlags == nullptr) {
-        return XFERCONFIRM_LOCALDELETE | XFERCONFIRM_LOCALRMDIR;
-    }
-    return pRecord->callbacks.pfnConfirmFlags(pRecord->dwCallerData, 0, 0);
-}
-
 INT_PTR CALLBACK fDlgXferDandDConfirmProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
-    return nXferDandDDialogMessage(&CONFIRM, hdlg, uMessage, wParam, lParam);
+    return dialogs::handleMessage(&CONFIRM, hdlg, uMessage, wParam, lParam);
 }

@@ -1,9 +1,9 @@
 // The delete dialog: a file, or on the local side every match of a pattern.
-#include "dialogs.h"
-#include "../resources/ids.h"
-#include "../shared/filelist.h"
-#include "../shared/krutils.h"
-#include "../transfer/panes.h"
+#include "dialogs/onename.h"
+#include "resources/ids.h"
+#include "shared/filelist.h"
+#include "shared/krutils.h"
+#include "transfer/panes/locallist.h"
 
 #include <stdlib.h>
 #include <string.h>
@@ -64,13 +64,13 @@ bool isShown(const XferWindowRecord* pRecord, const char* pszDir)
 
 // Takes a file away, and its row if the list shows it. pszText is how its deletion is told.
 // Gives false if the file is still there or the dialog isn't.
-bool deleteFile(const XferDialog* pDialog, const char* pszPath, const Match* pMatch,
+bool deleteFile(const dialogs::Dialog* pDialog, const char* pszPath, const Match* pMatch,
                 const char* pszText)
 {
     if (!DeleteFileA(pszPath)) {
-        return fXferDandDDialogFailed(pDialog, GetLastError());
+        return dialogs::reportFailure(pDialog, GetLastError());
     }
-    if (!fXferDandDDialogRecordAction(pDialog, KRACTION_LOCALFILE_DELETED, pszText)) {
+    if (!dialogs::recordAction(pDialog, KRACTION_LOCALFILE_DELETED, pszText)) {
         return false;
     }
     if (isShown(pDialog->pRecord, pMatch->szDir)) {
@@ -79,22 +79,22 @@ bool deleteFile(const XferDialog* pDialog, const char* pszPath, const Match* pMa
     return true;
 }
 
-bool deleteMatch(const XferDialog* pDialog, const Match* pMatch)
+bool deleteMatch(const dialogs::Dialog* pDialog, const Match* pMatch)
 {
     char szPath[XFER_NAME_SIZE];
     if (strlen(pMatch->szDir) + strlen(pMatch->find.cFileName) > XFER_MAX_NAME) {
-        return fXferDandDDialogFailed(pDialog, ERROR_FILENAME_EXCED_RANGE);
+        return dialogs::reportFailure(pDialog, ERROR_FILENAME_EXCED_RANGE);
     }
     strcpy(szPath, pMatch->szDir);
     strcat(szPath, pMatch->find.cFileName);
     return deleteFile(pDialog, szPath, pMatch, pMatch->find.cFileName);
 }
 
-bool deletePattern(const XferDialog* pDialog, const char* pszPattern)
+bool deletePattern(const dialogs::Dialog* pDialog, const char* pszPattern)
 {
     Match match;
     if (!fullDirectory(pszPattern, match.szDir)) {
-        return fXferDandDDialogFailed(pDialog, ERROR_FILENAME_EXCED_RANGE);
+        return dialogs::reportFailure(pDialog, ERROR_FILENAME_EXCED_RANGE);
     }
     HANDLE hFind = FindFirstFileA(pszPattern, &match.find);
     if (hFind == INVALID_HANDLE_VALUE) {
@@ -110,7 +110,7 @@ bool deletePattern(const XferDialog* pDialog, const char* pszPattern)
 
 // The row bears the name that the file has on the disk, which can be written otherwise than it
 // was typed.
-bool deleteOne(const XferDialog* pDialog, const char* pszName)
+bool deleteOne(const dialogs::Dialog* pDialog, const char* pszName)
 {
     Match match;
     HANDLE hFind = FindFirstFileA(pszName, &match.find);
@@ -125,12 +125,12 @@ bool deleteOne(const XferDialog* pDialog, const char* pszName)
     return deleteFile(pDialog, pszName, &match, pszName);
 }
 
-bool deleteLocal(const XferDialog* pDialog, const char* pszName)
+bool deleteLocal(const dialogs::Dialog* pDialog, const char* pszName)
 {
     return isPattern(pszName) ? deletePattern(pDialog, pszName) : deleteOne(pDialog, pszName);
 }
 
-void deleteHost(const XferDialog* pDialog, const char* pszName)
+void deleteHost(const dialogs::Dialog* pDialog, const char* pszName)
 {
     const XferWindowRecord* pRecord = pDialog->pRecord;
     XferFileList list;
@@ -138,19 +138,19 @@ void deleteHost(const XferDialog* pDialog, const char* pszName)
         !XferFileListCreateOne(&list, XFERLIST_HOST, pszName)) {
         return;
     }
-    if (fXferDandDDialogRecordAction(pDialog, KRACTION_HOSTFILE_DELETED, pszName)) {
+    if (dialogs::recordAction(pDialog, KRACTION_HOSTFILE_DELETED, pszName)) {
         pRecord->callbacks.pfnDeleteHostFiles(pRecord->dwCallerData, 0, 0, list, 0);
     } else {
         XferFileList_vDestroy(list);
     }
 }
 
-constexpr XferOneNameDialog DELETE_FILES = {XFERHELP_DELETE, IDC_DEL_NAME, IDC_DEL_HELP,
-                                            deleteLocal,     deleteHost,   false};
+constexpr dialogs::OneNameKind DELETE_FILES = {XFERHELP_DELETE, IDC_DEL_NAME, IDC_DEL_HELP,
+                                               deleteLocal,     deleteHost,   false};
 
 } // namespace
 
 INT_PTR CALLBACK fDlgXferDandDDelProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
-    return nXferDandDOneNameMessage(&DELETE_FILES, hdlg, uMessage, wParam, lParam);
+    return dialogs::handleOneNameMessage(&DELETE_FILES, hdlg, uMessage, wParam, lParam);
 }

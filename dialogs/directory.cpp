@@ -1,46 +1,47 @@
 // The directory dialogs: make, remove and change.
-#include "dialogs.h"
-#include "../resources/ids.h"
-#include "../shared/krutils.h"
-#include "../transfer/rows.h"
+#include "dialogs/onename.h"
+#include "dialogs/open.h"
+#include "resources/ids.h"
+#include "shared/krutils.h"
+#include "transfer/panes/rows.h"
 
 namespace {
 
 constexpr DWORD TYPED = 0; // the name isn't from the list
 
-bool makeLocal(const XferDialog* pDialog, const char* pszDir)
+bool makeLocal(const dialogs::Dialog* pDialog, const char* pszDir)
 {
     if (!CreateDirectoryA(pszDir, nullptr)) {
-        return fXferDandDDialogFailed(pDialog, GetLastError());
+        return dialogs::reportFailure(pDialog, GetLastError());
     }
-    if (fXferDandDDialogRecordAction(pDialog, KRACTION_LOCALDIR_MADE, pszDir)) {
+    if (dialogs::recordAction(pDialog, KRACTION_LOCALDIR_MADE, pszDir)) {
         vXferDandDRefreshLocalFiles(pDialog->hdlgDandD);
     }
     return true;
 }
 
-bool removeLocal(const XferDialog* pDialog, const char* pszDir)
+bool removeLocal(const dialogs::Dialog* pDialog, const char* pszDir)
 {
     if (!RemoveDirectoryA(pszDir)) {
-        return fXferDandDDialogFailed(pDialog, GetLastError());
+        return dialogs::reportFailure(pDialog, GetLastError());
     }
-    if (fXferDandDDialogRecordAction(pDialog, KRACTION_LOCALDIR_REMOVED, pszDir)) {
+    if (dialogs::recordAction(pDialog, KRACTION_LOCALDIR_REMOVED, pszDir)) {
         fXferDandDRemoveSubDir(pDialog->hdlgDandD, IDC_DANDD_LOCALDIRS, pszDir);
     }
     return true;
 }
 
-bool changeLocal(const XferDialog* pDialog, const char* pszDir)
+bool changeLocal(const dialogs::Dialog* pDialog, const char* pszDir)
 {
     if (!SetCurrentDirectoryA(pszDir)) {
-        return fXferDandDDialogFailed(pDialog, GetLastError());
+        return dialogs::reportFailure(pDialog, GetLastError());
     }
     vXferDandDRefreshLocalFiles(pDialog->hdlgDandD);
     return true;
 }
 
 // The parent is asked for before the callback, in which the window can die.
-void makeHost(const XferDialog* pDialog, const char* pszDir)
+void makeHost(const dialogs::Dialog* pDialog, const char* pszDir)
 {
     const XferWindowRecord* pRecord = pDialog->pRecord;
     HWND hwndParent = pRecord->hwndParent;
@@ -50,7 +51,7 @@ void makeHost(const XferDialog* pDialog, const char* pszDir)
     }
 }
 
-void removeHost(const XferDialog* pDialog, const char* pszDir)
+void removeHost(const dialogs::Dialog* pDialog, const char* pszDir)
 {
     const XferWindowRecord* pRecord = pDialog->pRecord;
     HWND hwndParent = pRecord->hwndParent;
@@ -60,7 +61,7 @@ void removeHost(const XferDialog* pDialog, const char* pszDir)
     }
 }
 
-void changeHost(const XferDialog* pDialog, const char* pszDir)
+void changeHost(const dialogs::Dialog* pDialog, const char* pszDir)
 {
     const XferWindowRecord* pRecord = pDialog->pRecord;
     if (pRecord->callbacks.pfnChangeHostDir != nullptr) {
@@ -68,26 +69,26 @@ void changeHost(const XferDialog* pDialog, const char* pszDir)
     }
 }
 
-constexpr XferOneNameDialog MAKE_DIR = {XFERHELP_MAKEDIR, IDC_DIR_NAME, IDC_DIR_HELP,
-                                        makeLocal,        makeHost,     false};
-constexpr XferOneNameDialog REMOVE_DIR = {XFERHELP_REMOVEDIR, IDC_DIR_NAME, IDC_DIR_HELP,
-                                          removeLocal,        removeHost,   false};
-constexpr XferOneNameDialog CHANGE_DIR = {XFERHELP_CHANGEDIR, IDC_DIR_NAME, IDC_DIR_HELP,
-                                          changeLocal,        changeHost,   false};
+constexpr dialogs::OneNameKind MAKE_DIR = {XFERHELP_MAKEDIR, IDC_DIR_NAME, IDC_DIR_HELP,
+                                           makeLocal,        makeHost,     false};
+constexpr dialogs::OneNameKind REMOVE_DIR = {XFERHELP_REMOVEDIR, IDC_DIR_NAME, IDC_DIR_HELP,
+                                             removeLocal,        removeHost,   false};
+constexpr dialogs::OneNameKind CHANGE_DIR = {XFERHELP_CHANGEDIR, IDC_DIR_NAME, IDC_DIR_HELP,
+                                             changeLocal,        changeHost,   false};
 
 } // namespace
 
 INT_PTR CALLBACK fDlgXferDandDMkdirProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
-    return nXferDandDOneNameMessage(&MAKE_DIR, hdlg, uMessage, wParam, lParam);
+    return dialogs::handleOneNameMessage(&MAKE_DIR, hdlg, uMessage, wParam, lParam);
 }
 
 INT_PTR CALLBACK fDlgXferDandDRmdirProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
-    return nXferDandDOneNameMessage(&REMOVE_DIR, hdlg, uMessage, wParam, lParam);
+    return dialogs::handleOneNameMessage(&REMOVE_DIR, hdlg, uMessage, wParam, lParam);
 }
 
 INT_PTR CALLBACK fDlgXferDandDChdirProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
-    return nXferDandDOneNameMessage(&CHANGE_DIR, hdlg, uMessage, wParam, lParam);
+    return dialogs::handleOneNameMessage(&CHANGE_DIR, hdlg, uMessage, wParam, lParam);
 }

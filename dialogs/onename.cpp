@@ -1,7 +1,7 @@
 // The dialog that asks for one name and a side: for a directory to make, to remove or to change
-// to, a file to view, and files to delete. What differs stands in a row of XferOneNameDialog.
-#include "dialogs.h"
-#include "../resources/ids.h"
+// to, a file to view, and files to delete. What differs stands in a row of dialogs::OneNameKind.
+#include "dialogs/onename.h"
+#include "resources/ids.h"
 
 #include <string.h>
 
@@ -13,34 +13,34 @@ constexpr int IDC_HOST = IDC_DIR_HOST;
 static_assert(IDC_VIEW_LOCAL == IDC_LOCAL && IDC_DEL_LOCAL == IDC_LOCAL, "one id for the side");
 static_assert(IDC_VIEW_HOST == IDC_HOST && IDC_DEL_HOST == IDC_HOST, "one id for the side");
 
-void accept(const XferOneNameDialog* pKind, const XferDialog* pDialog)
+void accept(const dialogs::OneNameKind* pKind, const dialogs::Dialog* pDialog)
 {
     char szName[XFER_NAME_SIZE];
     XferWindowRecord* pRecord = pDialog->pRecord;
-    vXferDandDReadName(pDialog->hdlg, pKind->idName, pRecord->szName1);
+    dialogs::readName(pDialog->hdlg, pKind->idName, pRecord->szName1);
     strcpy(szName, pRecord->szName1);
     bool fLocal = IsDlgButtonChecked(pDialog->hdlg, IDC_LOCAL) != 0;
     pRecord->nDialogOp = fLocal ? XFEROP_LOCAL : XFEROP_HOST;
     if (!fLocal) {
         pKind->pfnHost(pDialog, szName);
-    } else if (!fXferDandDNamesMeanShownDir(pDialog) || !pKind->pfnLocal(pDialog, szName)) {
+    } else if (!dialogs::syncLocalPanes(pDialog) || !pKind->pfnLocal(pDialog, szName)) {
         return;
     }
-    vXferDandDEndDialog(pDialog);
+    dialogs::end(pDialog);
 }
 
-void cancel(const XferDialog* pDialog)
+void cancel(const dialogs::Dialog* pDialog)
 {
     pDialog->pRecord->szName1[0] = '\0';
-    vXferDandDEndDialog(pDialog);
+    dialogs::end(pDialog);
 }
 
-void nameChanged(const XferOneNameDialog* pKind, HWND hdlg)
+void nameChanged(const dialogs::OneNameKind* pKind, HWND hdlg)
 {
-    vXferDandDEnableOk(hdlg, SendDlgItemMessageA(hdlg, pKind->idName, EM_LINELENGTH, 0, 0) > 0);
+    dialogs::enableOk(hdlg, SendDlgItemMessageA(hdlg, pKind->idName, EM_LINELENGTH, 0, 0) > 0);
 }
 
-INT_PTR onCommand(const XferOneNameDialog* pKind, const XferDialog* pDialog, int id)
+INT_PTR onCommand(const dialogs::OneNameKind* pKind, const dialogs::Dialog* pDialog, int id)
 {
     if (id == IDOK) {
         accept(pKind, pDialog);
@@ -49,14 +49,14 @@ INT_PTR onCommand(const XferOneNameDialog* pKind, const XferDialog* pDialog, int
     } else if (id == pKind->idName) {
         nameChanged(pKind, pDialog->hdlg);
     } else if (id == pKind->idHelp) {
-        vXferDandDDialogHelp(pDialog, pKind->context);
+        dialogs::showHelp(pDialog, pKind->context);
     } else {
         return 0;
     }
     return 1;
 }
 
-INT_PTR onClose(const XferOneNameDialog* pKind, const XferDialog* pDialog)
+INT_PTR onClose(const dialogs::OneNameKind* pKind, const dialogs::Dialog* pDialog)
 {
     if (!pKind->fClosesItself) {
         return 0;
@@ -65,25 +65,25 @@ INT_PTR onClose(const XferOneNameDialog* pKind, const XferDialog* pDialog)
     return 1;
 }
 
-void initDialog(const XferOneNameDialog* pKind, HWND hdlg, LPARAM lParam)
+void initDialog(const dialogs::OneNameKind* pKind, HWND hdlg, LPARAM lParam)
 {
-    vXferDandDStartDialog(hdlg, lParam);
+    dialogs::start(hdlg, lParam);
     CheckRadioButton(hdlg, IDC_LOCAL, IDC_HOST, IDC_LOCAL);
-    vXferDandDLimitName(hdlg, pKind->idName);
-    vXferDandDEnableOk(hdlg, false);
+    dialogs::limitName(hdlg, pKind->idName);
+    dialogs::enableOk(hdlg, false);
 }
 
 } // namespace
 
-INT_PTR nXferDandDOneNameMessage(const XferOneNameDialog* pKind, HWND hdlg, UINT uMessage,
-                                 WPARAM wParam, LPARAM lParam)
+INT_PTR dialogs::handleOneNameMessage(const dialogs::OneNameKind* pKind, HWND hdlg, UINT uMessage,
+                                      WPARAM wParam, LPARAM lParam)
 {
-    XferDialog dialog;
+    dialogs::Dialog dialog;
     if (uMessage == WM_INITDIALOG) {
         initDialog(pKind, hdlg, lParam);
         return 1;
     }
-    if (!fXferDandDDialogOf(hdlg, &dialog)) {
+    if (!dialogs::dialogOf(hdlg, &dialog)) {
         return 0;
     }
     switch (uMessage) {
@@ -92,7 +92,7 @@ INT_PTR nXferDandDOneNameMessage(const XferOneNameDialog* pKind, HWND hdlg, UINT
     case WM_CLOSE:
         return onClose(pKind, &dialog);
     case WM_XFER_HELP:
-        vXferDandDDialogHelp(&dialog, pKind->context);
+        dialogs::showHelp(&dialog, pKind->context);
         return 1;
     default:
         return 0;

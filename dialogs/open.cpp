@@ -1,6 +1,6 @@
 // All file dialogs: their templates and procedures.
-#include "dialogs.h"
-#include "../transfer/panes.h"
+#include "dialogs/open.h"
+#include "transfer/panes/locallist.h"
 
 namespace {
 
@@ -9,7 +9,7 @@ struct DialogRow {
     DLGPROC pfnDialog;
 };
 
-// In the order of XferFileDialog.
+// In the order of dialogs::FileDialog.
 constexpr DialogRow DIALOGS[] = {
     {"DLGCOPY", fDlgXferDandDTranProc},   {"DLGVIEW", fDlgXferDandDViewProc},
     {"DLGRENAME", fDlgXferDandDRenProc},  {"DLGDEL", fDlgXferDandDDelProc},
@@ -21,28 +21,28 @@ constexpr DialogRow DIALOGS[] = {
 
 // The dialogs share fields of the record: one that opens while another is open (the caller may ask
 // for it from a timer) has to be left first.
-bool fXferDandDRunDialog(XferWindowRecord* pRecord, XferFileDialog dialog)
+bool dialogs::run(XferWindowRecord* pRecord, dialogs::FileDialog dialog)
 {
     const DialogRow* pRow = &DIALOGS[dialog];
     HWND hdlgDandD = pRecord->hwndDialog;
     HWND hdlgOuter = pRecord->hdlgOpen;
     EnableWindow(hdlgOuter, FALSE);
     INT_PTR nResult = -1;
-    if (fXferDandDIsAlive(hdlgDandD, pRecord)) {
+    if (window::isAlive(hdlgDandD, pRecord)) {
         nResult = nXferDandDDialogBoxParam(hdlgDandD, pRow->pszTemplate, pRow->pfnDialog,
                                            reinterpret_cast<LPARAM>(pRecord));
     }
-    if (!fXferDandDIsAlive(hdlgDandD, pRecord)) {
+    if (!window::isAlive(hdlgDandD, pRecord)) {
         return false;
     }
     pRecord->hdlgOpen = hdlgOuter;
     EnableWindow(hdlgOuter, TRUE);
-    return nResult != -1 && fXferDandDIsAlive(hdlgDandD, pRecord);
+    return nResult != -1 && window::isAlive(hdlgDandD, pRecord);
 }
 
 // Panes that are filled anew can run foreign code.
-bool fXferDandDAskForNames(HWND hdlgDandD, XferWindowRecord* pRecord, XferFileDialog dialog)
+bool dialogs::askForNames(HWND hdlgDandD, XferWindowRecord* pRecord, dialogs::FileDialog dialog)
 {
-    fXferDandDShowsHere(pRecord);
-    return fXferDandDIsAlive(hdlgDandD, pRecord) && fXferDandDRunDialog(pRecord, dialog);
+    panes::syncLocalPanes(pRecord);
+    return window::isAlive(hdlgDandD, pRecord) && dialogs::run(pRecord, dialog);
 }

@@ -1,11 +1,13 @@
 // The view dialog.
-#include "dialogs.h"
-#include "../resources/ids.h"
-#include "../shared/filelist.h"
+#include "dialogs/checkname.h"
+#include "dialogs/onename.h"
+#include "dialogs/open.h"
+#include "resources/ids.h"
+#include "shared/filelist.h"
 
 namespace {
 
-bool viewLocal(const XferDialog* pDialog, const char* pszFile)
+bool viewLocal(const dialogs::Dialog* pDialog, const char* pszFile)
 {
     if (!fXferDandDCheckSource(pDialog, pszFile)) {
         return false;
@@ -14,7 +16,7 @@ bool viewLocal(const XferDialog* pDialog, const char* pszFile)
     return true;
 }
 
-void viewHost(const XferDialog* pDialog, const char* pszFile)
+void viewHost(const dialogs::Dialog* pDialog, const char* pszFile)
 {
     const XferWindowRecord* pRecord = pDialog->pRecord;
     XferFileList list;
@@ -24,12 +26,12 @@ void viewHost(const XferDialog* pDialog, const char* pszFile)
     }
 }
 
-constexpr XferOneNameDialog VIEW = {XFERHELP_VIEW, IDC_VIEW_NAME, IDC_VIEW_HELP,
-                                    viewLocal,     viewHost,      true};
+constexpr dialogs::OneNameKind VIEW = {XFERHELP_VIEW, IDC_VIEW_NAME, IDC_VIEW_HELP,
+                                       viewLocal,     viewHost,      true};
 
 } // namespace
 
 INT_PTR CALLBACK fDlgXferDandDViewProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
-    return nXferDandDOneNameMessage(&VIEW, hdlg, uMessage, wParam, lParam);
+    return dialogs::handleOneNameMessage(&VIEW, hdlg, uMessage, wParam, lParam);
 }

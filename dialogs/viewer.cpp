@@ -1,8 +1,8 @@
 // Looking at a file: the quick viewer of the system, else the viewer program beside the
 // executable. Nothing starts whose command line or control file can't be whole: half a name is
 // that of another file.
-#include "dialogs.h"
-#include "../resources/ids.h"
+#include "resources/ids.h"
+#include "transfer/window/record.h"
 
 #include <stdio.h>
 #include <stdlib.h>
@@ -38,7 +38,7 @@ void sayFailed(const View* pView, const char* pszName)
 {
     char szFormat[CCH_FAILED_FORMAT];
     char szText[XFER_FORMAT_SIZE];
-    vXferDandDLoadString(pView->pRecord, IDS_LOCAL_FAILED, szFormat, sizeof szFormat);
+    window::loadString(pView->pRecord, IDS_LOCAL_FAILED, szFormat, sizeof szFormat);
     wsprintfA(szText, szFormat, pszName);
     vXferDandDDisplayDILText(pView->pRecord->hwndDialog, szText);
 }
@@ -228,7 +228,7 @@ const char* textOrEmpty(const char* pszText)
 void KRHAULAPI vXferDandDViewFile(HWND hdlgDandD, const char* pszFile, const char* pszHostName,
                                   const char* pszText3, const char* pszText4, const char* pszText5)
 {
-    XferWindowRecord* pRecord = pXferDandDRecord(hdlgDandD);
+    XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
     if (pRecord == nullptr) {
         return;
     }

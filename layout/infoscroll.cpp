@@ -1,5 +1,5 @@
-#include "infoscroll.h"
-#include "../resources/ids.h"
+#include "layout/infoscroll.h"
+#include "resources/ids.h"
 
 namespace {
 
@@ -25,7 +25,7 @@ int lineHeight(HWND hwndInfo)
 int nXferDandDInfoVisibleLines(HWND hdlgDandD)
 {
     HWND hwndInfo = GetDlgItem(hdlgDandD, IDC_DANDD_INFOLINE);
-    // Without this, no control would mean the whole screen to GetDC.
+    // GetDC takes a null window for the whole screen.
     if (hwndInfo == nullptr) {
         return 0;
     }
@@ -39,6 +39,8 @@ int nXferDandDInfoLastTopLine(HWND hdlgDandD, int cLines)
 {
     int cAll = cLines != 0 ? cLines : askInfoLine(hdlgDandD, EM_GETLINECOUNT);
     int nTop = cAll - nXferDandDInfoVisibleLines(hdlgDandD);
+    // A log that is too low for a single line can still be scrolled no further than to its last.
+    nTop = nTop < cAll ? nTop : cAll - 1;
     return nTop < 0 ? 0 : nTop;
 }
 

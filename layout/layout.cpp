@@ -1,6 +1,8 @@
-#include "layout.h"
-#include "infoscroll.h"
-#include "../resources/ids.h"
+#include "layout/layout.h"
+#include "include/krhaul.h"
+#include "layout/infoscroll.h"
+#include "layout/templatesize.h"
+#include "resources/ids.h"
 
 namespace {
 
@@ -10,6 +12,7 @@ constexpr BYTE CENTRE = XFERANCHOR_SAME | XFERANCHOR_CENTRE; // same edge of the
 constexpr BYTE FAR_CENTRE = XFERANCHOR_CENTRE;               // opposite edge of it
 constexpr XferAnchorSet ABSENT = {0, 0, 0, 0, 0};
 
+constexpr char TEMPLATE[] = "DLGDANDD";
 constexpr LONG CENTRE_HALF = 5;
 constexpr UINT MOVE_FLAGS = SWP_NOZORDER | SWP_NOREDRAW | SWP_NOACTIVATE;
 constexpr UINT STAY_FLAGS = MOVE_FLAGS | SWP_NOSIZE | SWP_NOMOVE;
@@ -17,11 +20,8 @@ constexpr UINT STAY_FLAGS = MOVE_FLAGS | SWP_NOSIZE | SWP_NOMOVE;
 // The closed drive list is this many times as high when it is dropped down.
 constexpr int DROPDOWN_FACTOR = 10;
 
-// In command line mode the log has a place of its own: past both sides of the client area,
-// below the toolbar, above the command line.
-constexpr int INFO_ROW = 17;
-constexpr int COMMANDLINE_ROW = 16;
-constexpr int COMMANDLINE_MODE = 1;
+// The place of the log in command line mode: past both sides of the client area, from below the
+// toolbar to above the command line.
 constexpr LONG INFO_OVERLAP = 1;
 constexpr LONG INFO_TOP = 26;
 constexpr LONG INFO_GAP = 4;
@@ -31,14 +31,30 @@ struct References {
     RECT rcCentre;
 };
 
-References computeReferences(HWND hdlgDandD)
+References computeReferences(const RECT* prcClient)
 {
-    References references = {};
-    GetClientRect(hdlgDandD, &references.rcClient);
+    References references = {*prcClient, {}};
     LONG x = references.rcClient.right / 2;
     LONG y = references.rcClient.bottom / 2;
     references.rcCentre = {x - CENTRE_HALF, y - CENTRE_HALF, x + CENTRE_HALF, y + CENTRE_HALF};
     return references;
+}
+
+References currentReferences(HWND hdlgDandD)
+{
+    RECT rcClient = {};
+    GetClientRect(hdlgDandD, &rcClient);
+    return computeReferences(&rcClient);
+}
+
+// The platform cuts a window that is larger than the screen when it is created, but its controls
+// are where the template puts them. Measured against the smaller window, those on the right would
+// stay outside for good.
+References templateReferences(HWND hdlgDandD)
+{
+    RECT rcClient = {};
+    return layout::templateClient(hdlgDandD, TEMPLATE, &rcClient) ? computeReferences(&rcClient)
+                                                                  : currentReferences(hdlgDandD);
 }
 
 const RECT* referenceOf(const References* pReferences, BYTE bAnchor)
@@ -107,7 +123,7 @@ void setDropDownHeight(HWND hdlgDandD)
                  (rc.bottom - rc.top) * DROPDOWN_FACTOR, MOVE_FLAGS);
 }
 
-// A control that is as it should be already is left alone: most are, at each change of size.
+// Most controls already are as they should be at each change of size.
 void enableRow(HWND hwndControl, BOOL fEnabled)
 {
     if (IsWindowEnabled(hwndControl) != fEnabled) {
@@ -161,9 +177,22 @@ const XferLayoutRow g_xferLayoutRows[XFERLAYOUT_ROWS] = {
     {IDC_DANDD_STRIP, {{1, FAR_CLIENT, CLIENT, CLIENT, CLIENT}, ABSENT}},
 };
 
+namespace {
+
+int rowOf(LONG nControlId)
+{
+    int n = 0;
+    while (g_xferLayoutRows[n].nControlId != nControlId) {
+        ++n;
+    }
+    return n;
+}
+
+} // namespace
+
 void vXferDandDCaptureLayout(HWND hdlgDandD, XferLayout* pLayout)
 {
-    References references = computeReferences(hdlgDandD);
+    References references = templateReferences(hdlgDandD);
     for (int nMode = 0; nMode < XFERLAYOUT_MODES; ++nMode) {
         for (int n = 0; n < XFERLAYOUT_ROWS; ++n) {
             if (isInMode(&g_xferLayoutRows[n], nMode)) {
@@ -172,15 +201,15 @@ void vXferDandDCaptureLayout(HWND hdlgDandD, XferLayout* pLayout)
             }
         }
     }
-    LONG nCommandTop = pLayout->distances[COMMANDLINE_ROW][COMMANDLINE_MODE].top;
-    pLayout->distances[INFO_ROW][COMMANDLINE_MODE] = {-INFO_OVERLAP, INFO_TOP, INFO_OVERLAP,
-                                                      nCommandTop - INFO_GAP};
+    LONG nCommandTop = pLayout->distances[rowOf(IDC_DANDD_COMMANDLINE)][XFERVIEW_COMMANDLINE].top;
+    pLayout->distances[rowOf(IDC_DANDD_INFOLINE)][XFERVIEW_COMMANDLINE] = {
+        -INFO_OVERLAP, INFO_TOP, INFO_OVERLAP, nCommandTop - INFO_GAP};
 }
 
 void vXferDandDApplyLayout(HWND hdlgDandD, const XferLayout* pLayout, int nMode)
 {
     int fAtEnd = fXferDandDInfoAtEnd(hdlgDandD);
-    References references = computeReferences(hdlgDandD);
+    References references = currentReferences(hdlgDandD);
     for (int n = 0; n < XFERLAYOUT_ROWS; ++n) {
         if (isInMode(&g_xferLayoutRows[n], nMode)) {
             moveRow(hdlgDandD, &references, &g_xferLayoutRows[n], nMode,
@@ -194,7 +223,7 @@ void vXferDandDApplyLayout(HWND hdlgDandD, const XferLayout* pLayout, int nMode)
     if (fAtEnd) {
         vXferDandDInfoScrollToEnd(hdlgDandD, 0);
     }
-    // The controls are named as well: a window that leaves them out of its own painting, which
-    // keeps them from flashing, leaves them out of a plain invalidation too.
+    // A window that clips its children, which keeps them from flashing, leaves them out of a plain
+    // invalidation.
     RedrawWindow(hdlgDandD, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }

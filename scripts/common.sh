@@ -4,8 +4,10 @@
 #   KRHAUL_CACHE    folder for the Wine root and the prefix template
 #                   (default: krhaul in the user's cache folder)
 #   KRHAUL_WINE     a 32-bit Wine of your own; then no root is made
-#   KRHAUL_MIRROR   Debian mirror to take the Wine root from
+#   KRHAUL_MIRROR   Debian mirror to take the Wine root and the sources of libraries from
 #                   (default: the one this machine uses)
+#   KRHAUL_CURL     folder of a static libcurl for 32-bit Windows (include/ and lib/), which
+#                   the sample caller is linked with in place of the one that is made
 
 set -euo pipefail
 
@@ -14,6 +16,7 @@ CACHE=${KRHAUL_CACHE:-${XDG_CACHE_HOME:-${HOME:-/var/tmp}/.cache}/krhaul}
 # A relative path would mean another folder to each script that changes its directory.
 case $CACHE in /*) ;; *) CACHE=$PWD/$CACHE ;; esac
 export KRHAUL_CACHE=$CACHE
+case ${KRHAUL_CURL:-} in '' | /*) ;; *) export KRHAUL_CURL=$PWD/$KRHAUL_CURL ;; esac
 case ${KRHAUL_WINE:-} in /*) ;; */*) export KRHAUL_WINE=$PWD/$KRHAUL_WINE ;; esac
 # The number changes with the recipe, so that an old root is never taken for a new one.
 WINE_ROOT=$CACHE/wine-root-1
@@ -21,6 +24,7 @@ PREFIX_TEMPLATE=$CACHE/prefix-1
 # With a Wine of the user's own the template is made by that Wine.
 [ -z "${KRHAUL_WINE:-}" ] || PREFIX_TEMPLATE=$CACHE/prefix-own-1
 PROBE=$CACHE/probe-1/probe.exe
+LIBRARIES=$CACHE/libraries-1
 BUILD=$TREE/build
 SCREEN=1280x960x24
 
@@ -40,7 +44,8 @@ project_version() { sed -n 's/^project(krhaul VERSION \([0-9.]*\) .*/\1/p' "$TRE
 
 has_root() { [ -n "${KRHAUL_WINE:-}" ] || [ -d "$WINE_ROOT/usr/lib/wine" ]; }
 has_template() { [ -f "$PREFIX_TEMPLATE/system.reg" ]; }
-is_set_up() { has_root && has_template && [ -f "$PROBE" ]; }
+has_libraries() { [ -f "$LIBRARIES/licences/VERSIONS" ]; }
+is_set_up() { has_root && has_template && [ -f "$PROBE" ] && has_libraries; }
 
 # check_space FOLDER MEGABYTES ADVICE
 check_space() {

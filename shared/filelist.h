@@ -3,18 +3,22 @@
 #ifndef SHARED_FILELIST_H
 #define SHARED_FILELIST_H
 
-#include "../include/krhaul.h"
+#include "include/krhaul.h"
 
 #include <stddef.h>
 
-enum XferCellType : DWORD { XFERCELL_EMPTY = 0, XFERCELL_STRING = 1, XFERCELL_DWORD = 2 };
+namespace shared {
+
+enum CellType : DWORD { XFERCELL_EMPTY = 0, XFERCELL_STRING = 1, XFERCELL_DWORD = 2 };
 
 constexpr LONG XFERLIST_COLUMNS = 2;
 
-struct XferFileListRow {
-    XferCellType types[XFERLIST_COLUMNS];
+struct FileListRow {
+    CellType types[XFERLIST_COLUMNS];
     DWORD values[XFERLIST_COLUMNS]; // the number, or the address of the list's own copy
 };
+
+} // namespace shared
 
 // The head of the one block that is the list; the rows follow it. cUsed is at most
 // cCapacity, and all cells from row cUsed up are empty.
@@ -22,12 +26,12 @@ struct XferFileListHeader {
     LONG cCapacity;
     LONG cUsed;
     LONG cGrowBy;
-    XferFileListRow* pRows; // set anew whenever the block has moved
+    shared::FileListRow* pRows; // set anew whenever the block has moved
 };
 
-static_assert(sizeof(XferFileListRow) == 16, "a row is four 32-bit words");
-static_assert(offsetof(XferFileListRow, types) == 0, "all types of a row come first");
-static_assert(offsetof(XferFileListRow, values) == 8, "all values follow the types");
+static_assert(sizeof(shared::FileListRow) == 16, "a row is four 32-bit words");
+static_assert(offsetof(shared::FileListRow, types) == 0, "all types of a row come first");
+static_assert(offsetof(shared::FileListRow, values) == 8, "all values follow the types");
 static_assert(sizeof(XferFileListHeader) == 16, "the header is four 32-bit words");
 static_assert(offsetof(XferFileListHeader, cCapacity) == 0, "the capacity comes first");
 static_assert(offsetof(XferFileListHeader, cUsed) == 4, "the rows in use follow it");

@@ -1,12 +1,12 @@
-#include "help.h"
-#include "krutils.h"
+#include "shared/help.h"
+#include "shared/krutils.h"
 
-void vXferShowHelp(HWND hwndOwner, XferHelpContext context)
+void shared::showHelp(HWND hwndOwner, HelpContext context)
 {
     WinHelpA(hwndOwner, KrGetHelpFile(), HELP_CONTEXT, context);
 }
 
-void vXferSearchHelp(HWND hwndOwner)
+void shared::searchHelp(HWND hwndOwner)
 {
     WinHelpA(hwndOwner, KrGetHelpFile(), HELP_PARTIALKEY, reinterpret_cast<ULONG_PTR>(""));
 }

@@ -1,10 +1,10 @@
-// Help: one help file for all windows, a context id for each.
+// Help: one help file for all windows, with a context id for each.
 #ifndef SHARED_HELP_H
 #define SHARED_HELP_H
 
 #include <windows.h>
 
-enum XferHelpContext : DWORD {
+enum HelpContext : DWORD {
     XFERHELP_VIEW = 801,
     XFERHELP_CHANGEDIR = 802,
     XFERHELP_TRANSFER = 812,
@@ -17,10 +17,14 @@ enum XferHelpContext : DWORD {
     XFERHELP_STATUS = 990,
 };
 
-// Opens the help file at a window's page.
-void vXferShowHelp(HWND hwndOwner, XferHelpContext context);
+namespace shared {
+
+// Opens the help file at the page of a window.
+void showHelp(HWND hwndOwner, HelpContext context);
 
 // Opens the search of the help file.
-void vXferSearchHelp(HWND hwndOwner);
+void searchHelp(HWND hwndOwner);
+
+} // namespace shared
 
 #endif

@@ -1,5 +1,5 @@
 // Host command strings: validation, and sending piece by piece.
-#include "../include/krhaul.h"
+#include "include/krhaul.h"
 
 #include <string.h>
 

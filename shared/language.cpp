@@ -1,4 +1,4 @@
-#include "language.h"
+#include "shared/language.h"
 
 #include <string.h>
 

@@ -3,7 +3,7 @@
 #ifndef SHARED_LANGUAGE_H
 #define SHARED_LANGUAGE_H
 
-#include "../include/krhaul.h"
+#include "include/krhaul.h"
 
 // The language of creation calls that take no language code.
 constexpr char XFER_DEFAULT_LANGUAGE[] = "EN";

@@ -1,6 +1,5 @@
-// The progress bar: its text changes colour where the fill edge crosses it.
-#include "dialog.h"
-#include "../resources/ids.h"
+#include "status/bar.h"
+#include "resources/ids.h"
 
 #include <math.h>
 
@@ -16,10 +15,14 @@ struct Bar {
     RECT rc; // the client area, less a pixel on each side
 };
 
-Bar openBar(HWND hdlgStat)
+Bar openBar(const status::Ref& ref)
 {
-    Bar bar = {GetDlgItem(hdlgStat, IDC_STAT_BAR), nullptr, {}};
-    // Without this, no control would mean the whole screen to GetDC.
+    Bar bar = {};
+    if (status::isAlive(ref)) {
+        RedrawWindow(ref.pSlot->hdlgStat, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    }
+    bar.hwnd = status::isAlive(ref) ? GetDlgItem(ref.pSlot->hdlgStat, IDC_STAT_BAR) : nullptr;
+    // GetDC takes a null window for the whole screen.
     if (bar.hwnd == nullptr) {
         return bar;
     }
@@ -61,8 +64,9 @@ int widthOfText(HDC hdc, const char* pszText)
 
 LONG fillEdge(const RECT* prc, DWORD nPercent)
 {
-    // The registers of the processor hold more digits than a double, in which 1 hundredth is a
-    // little too large. ceil is called with a double, which rounds the product as it has to be.
+    // As a double, 0.01 is slightly too large. The processor computes the product with more digits
+    // than a double has, and there the excess would make ceil round up a product that ought to be
+    // whole. Passing the product to ceil as a double rounds the excess away first.
     double dFilled = double(prc->right - prc->left) * double(nPercent) * 0.01;
     LONG nEdge = prc->left + LONG(ceil(dFilled));
     return nEdge > prc->right ? prc->right : nEdge;
@@ -70,23 +74,23 @@ LONG fillEdge(const RECT* prc, DWORD nPercent)
 
 } // namespace
 
-void vXferStatPaintEmptyBar(HWND hdlgStat, HMODULE hLanguage)
+void status::paintEmptyBar(const Ref& ref)
 {
     char szText[30] = "";
-    Bar bar = openBar(hdlgStat);
+    Bar bar = openBar(ref);
     if (bar.hdc == nullptr) {
         return;
     }
-    LoadStringA(hLanguage, IDS_NOT_KNOWN, szText, sizeof szText);
+    LoadStringA(ref.pSlot->hLanguage, IDS_NOT_KNOWN, szText, sizeof szText);
     int x = (bar.rc.right - bar.rc.left - widthOfText(bar.hdc, szText)) / 2;
     paintEmptyPart(&bar, &bar.rc, x, szText);
     closeBar(&bar);
 }
 
-void vXferStatPaintBar(HWND hdlgStat, DWORD nPercent)
+void status::paintBar(const Ref& ref, DWORD nPercent)
 {
     char szText[8];
-    Bar bar = openBar(hdlgStat);
+    Bar bar = openBar(ref);
     if (bar.hdc == nullptr) {
         return;
     }

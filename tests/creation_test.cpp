@@ -2,7 +2,7 @@
 // survives an end in the middle of something.
 #include "../resources/ids.h"
 #include "../toolbar/toolbar.h"
-#include "../transfer/record.h"
+#include "../transfer/window/record.h"
 #include "support/ledger.h"
 #include "support/looks.h"
 

@@ -1,7 +1,7 @@
 // Dragging files, with a real mouse: a thread plays the user, while the window's thread handles
 // its messages and runs the drag loop.
 #include "../resources/ids.h"
-#include "../transfer/record.h"
+#include "../transfer/window/record.h"
 #include "support/imports.h"
 #include "support/input.h"
 #include "support/pane_window.h"

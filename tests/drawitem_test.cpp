@@ -1,7 +1,7 @@
 // Rows of the owner-drawn lists, drawn into a bitmap and compared with the picture that they
 // should give, to the pixel.
 #include "../resources/ids.h"
-#include "../transfer/record.h"
+#include "../transfer/window/record.h"
 #include "support/ledger.h"
 #include "support/pane_window.h"
 

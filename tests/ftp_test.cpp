@@ -3,10 +3,11 @@
 #include "../examples/krdemo/connect.h"
 #include "../examples/krdemo/job.h"
 #include "../examples/krdemo/session.h"
-#include "../examples/krdemo/user.h"
 #include "../examples/krdemo/worker.h"
 #include "../resources/ids.h"
-#include "../transfer/record.h"
+#include "../tools/robot/looks.h"
+#include "../tools/robot/user.h"
+#include "../transfer/window/record.h"
 #include "support/imports.h"
 #include "support/modal.h"
 #include "support/pane_window.h"
@@ -51,12 +52,12 @@ void CALLBACK answerBox(HWND, UINT, UINT_PTR, DWORD)
     s_hwndAnswered = hwndBox;
     if (s_boxes.empty()) {
         ADD_FAILURE() << "nobody expects the box: " << textsOf(hwndBox);
-        pressKey(VK_ESCAPE);
+        robot::pressKey(VK_ESCAPE);
         return;
     }
     EXPECT_NE(textsOf(hwndBox).find(s_boxes.front().part), std::string::npos) << textsOf(hwndBox);
     if (s_boxes.front().vk != 0) {
-        pressKey(s_boxes.front().vk);
+        robot::pressKey(s_boxes.front().vk);
     } else {
         SendMessageA(sessionWindow(), WM_CLOSE, 0, 0);
     }
@@ -250,14 +251,14 @@ protected:
     // What the user does with the mouse, by a thread, while this one handles the messages.
     void drag(int idFrom, const std::string& name, int idTo)
     {
-        POINT ptFrom = pointOfRow(item(idFrom), rowOf(idFrom, name));
-        POINT ptTo = middleOf(item(idTo));
+        POINT ptFrom = robot::pointOfRow(item(idFrom), rowOf(idFrom, name));
+        POINT ptTo = robot::middleOf(item(idTo));
         bool fDone = false;
         std::thread user([&] {
-            ::movePointer(ptFrom);
-            ::pressButton();
-            dragTo(ptFrom, ptTo);
-            ::releaseButton();
+            robot::movePointer(ptFrom);
+            robot::pressButton();
+            robot::dragTo(ptFrom, ptTo);
+            robot::releaseButton();
             fDone = true;
         });
         EXPECT_TRUE(waitUntil([&] { return fDone; }));
@@ -690,16 +691,13 @@ TEST_F(Ftp, TheDialogAsksForAServer)
 {
     HostAddress address = {};
     std::thread user([] {
-        waitFor(
-            [](const void*) {
-                return FindWindowA(nullptr, "Connect to a server") == GetForegroundWindow();
-            },
-            nullptr);
+        robot::waitFor(
+            [] { return FindWindowA(nullptr, "Connect to a server") == GetForegroundWindow(); });
         for (const char* pszText : {"server", "2121", "me", "pass", "pub"}) {
-            typeText(pszText);
-            pressKey(VK_TAB);
+            robot::typeText(pszText);
+            robot::pressKey(VK_TAB);
         }
-        pressKey(VK_RETURN);
+        robot::pressKey(VK_RETURN);
     });
     EXPECT_TRUE(askForServer(m_parent.hwnd(), &address));
     user.join();

@@ -1,6 +1,6 @@
 // The calls that fill and clear the host panes.
 #include "../resources/ids.h"
-#include "../transfer/rows.h"
+#include "../transfer/panes/rows.h"
 #include "support/imports.h"
 #include "support/ledger.h"
 #include "support/pane_window.h"

@@ -1,6 +1,6 @@
 // Enter and double clicks, what a typed text comes to, and the drives.
 #include "../resources/ids.h"
-#include "../transfer/rows.h"
+#include "../transfer/panes/rows.h"
 #include "support/imports.h"
 #include "support/pane_window.h"
 

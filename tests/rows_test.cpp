@@ -1,5 +1,5 @@
 // The rows of the panes: order, search, removal, records, widths, and the local listing.
-#include "../transfer/rows.h"
+#include "../transfer/panes/rows.h"
 #include "../resources/ids.h"
 #include "support/found.h"
 #include "support/imports.h"

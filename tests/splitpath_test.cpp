@@ -1,6 +1,6 @@
 // Taking a typed path apart, in the objects that the library is made of: a function of its text
 // but for one search, which the test answers.
-#include "../transfer/splitpath.h"
+#include "../transfer/panes/splitpath.h"
 #include "support/codepage.h"
 #include "support/found.h"
 

@@ -538,9 +538,12 @@ TEST_F(Status, ATickGoesByWhatItFoundFirst)
         m_parent.messages();
         tickAfter(hwnd, 1000);
         EXPECT_EQ(other.messages(), std::vector<Message>{});
-        EXPECT_EQ(m_parent.messages(),
-                  (std::vector<Message>{fEnds ? Message{WM_XFERSTAT_CLOSED, 0, 0}
-                                              : Message{WM_XFERSTAT_PERCENT, 40, 0}}));
+        // The end of a window has a last tick of its own.
+        std::vector<Message> told = {{WM_XFERSTAT_PERCENT, 40, 0}};
+        if (fEnds) {
+            told.push_back({WM_XFERSTAT_CLOSED, 0, 0});
+        }
+        EXPECT_EQ(m_parent.messages(), told);
         // The next window knows nothing of that tick: its own finds a change.
         if (fEnds) {
             tickAfter(hwndNext, 1000);

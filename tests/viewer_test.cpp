@@ -1,6 +1,6 @@
 // Looking at files: which viewer starts, what it is told, and what becomes of the copies.
 #include "../resources/ids.h"
-#include "../transfer/record.h"
+#include "../transfer/window/record.h"
 #include "support/imports.h"
 #include "support/ledger.h"
 #include "support/pane_window.h"

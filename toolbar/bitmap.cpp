@@ -1,5 +1,5 @@
 // The strips of pictures: loading them in the system's colours, and selecting them.
-#include "paint.h"
+#include "toolbar/paint.h"
 
 #include <stdint.h>
 #include <string.h>
@@ -173,6 +173,6 @@ UINT_PTR fXferToolbarSelectBitmap(HDC hdc, XferToolbar* pToolbar, LONG iPicture)
         return 0;
     }
     g_iToolSelected = n;
-    SetWindowOrgEx(hdc, XferToolbarPictureX(nFirst), 0, nullptr);
+    SetWindowOrgEx(hdc, toolbar::pictureX(nFirst), 0, nullptr);
     return reinterpret_cast<UINT_PTR>(hbmOld);
 }

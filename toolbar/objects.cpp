@@ -1,5 +1,5 @@
 // What all toolbars share for painting.
-#include "paint.h"
+#include "toolbar/paint.h"
 
 LONG g_nToolbarUsers;
 HDC g_hdcToolGlyphs;

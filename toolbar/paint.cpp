@@ -1,5 +1,5 @@
 // The faces and looks of the buttons.
-#include "paint.h"
+#include "toolbar/paint.h"
 
 namespace {
 
@@ -62,11 +62,11 @@ struct Look {
 BYTE shownState(const XferToolButton* pButton)
 {
     constexpr BYTE WORKING = TOOLSTATE_ENABLED | TOOLSTATE_PRESSED;
-    if (XferToolbarIs(pButton, TOOLSTATE_INDETERMINATE) &&
+    if (toolbar::hasState(pButton, TOOLSTATE_INDETERMINATE) &&
         (pButton->fsState & WORKING) == TOOLSTATE_ENABLED) {
         return TOOLSTATE_INDETERMINATE;
     }
-    return XferToolbarWith(pButton->fsState, TOOLSTATE_INDETERMINATE, false);
+    return toolbar::withBits(pButton->fsState, TOOLSTATE_INDETERMINATE, false);
 }
 
 Look lookOf(const XferToolButton* pButton, int x, int y, int cx, int cy)
@@ -128,7 +128,7 @@ void drawEngraved(HDC hdc, const Look* pLook)
 void drawPicture(HDC hdc, const Look* pLook, const XferToolButton* pButton)
 {
     BitBlt(hdc, pLook->x + pLook->xPicture, pLook->y + pLook->yPicture, TOOL_PICTURE_CX,
-           TOOL_PICTURE_CY, g_hdcToolGlyphs, XferToolbarPictureX(pButton->iPicture), 0, SRCCOPY);
+           TOOL_PICTURE_CY, g_hdcToolGlyphs, toolbar::pictureX(pButton->iPicture), 0, SRCCOPY);
 }
 
 void maskColor(const XferToolButton* pButton, int xPicture, int yPicture, COLORREF clr,
@@ -137,7 +137,7 @@ void maskColor(const XferToolButton* pButton, int xPicture, int yPicture, COLORR
     // Pixels of the background colour come out white, all others black.
     SetBkColor(g_hdcToolGlyphs, clr);
     BitBlt(g_hdcToolMono, xPicture, yPicture, TOOL_PICTURE_CX, TOOL_PICTURE_CY, g_hdcToolGlyphs,
-           XferToolbarPictureX(pButton->iPicture), 0, dwOperation);
+           toolbar::pictureX(pButton->iPicture), 0, dwOperation);
 }
 
 void drawButtons(HDC hdc, int y, XferToolbar* pToolbar)
@@ -146,11 +146,11 @@ void drawButtons(HDC hdc, int y, XferToolbar* pToolbar)
     const XferToolButton* pEnd = pToolbar->buttons + pToolbar->cButtons;
     for (const XferToolButton* pButton = pToolbar->buttons; pButton < pEnd; ++pButton) {
         RECT rc = {x, y, x + TOOL_BUTTON_CX, y + TOOL_BUTTON_CY};
-        if (!XferToolbarIs(pButton, TOOLSTATE_HIDDEN) &&
-            !XferToolbarHasStyle(pButton, TOOLSTYLE_SEPARATOR) && RectVisible(hdc, &rc)) {
+        if (!toolbar::hasState(pButton, TOOLSTATE_HIDDEN) &&
+            !toolbar::hasStyle(pButton, TOOLSTYLE_SEPARATOR) && RectVisible(hdc, &rc)) {
             vXferToolbarDrawButton(hdc, x, y, TOOL_BUTTON_CX, TOOL_BUTTON_CY, pToolbar, pButton);
         }
-        x = XferToolbarNextX(x, pButton);
+        x = toolbar::nextX(x, pButton);
     }
 }
 
@@ -212,7 +212,7 @@ void vXferToolbarPaint(HWND hwnd, XferToolbar* pToolbar)
     PAINTSTRUCT paint;
     HDC hdc = BeginPaint(hwnd, &paint);
     // The background is erased by a message, which someone may have listened to.
-    pToolbar = XferToolbarGet(hwnd);
+    pToolbar = toolbar::recordOf(hwnd);
     RECT rc = {};
     GetClientRect(hwnd, &rc);
     if (hdc != nullptr && pToolbar != nullptr && rc.right > 0) {

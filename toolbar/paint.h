@@ -4,7 +4,7 @@
 #ifndef TOOLBAR_PAINT_H
 #define TOOLBAR_PAINT_H
 
-#include "model.h"
+#include "toolbar/model.h"
 
 extern LONG g_nToolbarUsers; // live toolbars
 extern HDC g_hdcToolGlyphs;  // holds the strip of the present paint

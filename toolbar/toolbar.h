@@ -7,7 +7,7 @@
 #ifndef TOOLBAR_TOOLBAR_H
 #define TOOLBAR_TOOLBAR_H
 
-#include "../include/krhaul.h"
+#include "include/krhaul.h"
 
 #include <stddef.h>
 
@@ -17,8 +17,12 @@ constexpr char XFER_TOOLBARCLASS[] = "KRTOOLBR";
 // registered.
 int fXferToolbarRegister(HINSTANCE hModule);
 
-// Takes the class away, if no control of it is left.
-void XferToolbarUnregister(HINSTANCE hModule);
+namespace toolbar {
+
+// Unregisters the class, if no control of it is left.
+void unregisterClass(HINSTANCE hModule);
+
+} // namespace toolbar
 
 // State of a button.
 constexpr BYTE TOOLSTATE_CHECKED = 1;        // stands checked
@@ -46,11 +50,15 @@ static_assert(sizeof(XferToolButton) == 12, "rows in messages are 12 bytes apart
 static_assert(offsetof(XferToolButton, fsState) == 8 && offsetof(XferToolButton, fsStyle) == 9,
               "state and style follow the command");
 
+namespace toolbar {
+
 // What TOOLM_ADDBITMAP points to.
-struct XferToolPictures {
+struct PictureSource {
     HINSTANCE hModule; // holds the bitmap; 0: the id is a bitmap handle and stays its owner's
     DWORD dwId;        // only the low 16 bits count
 };
+
+} // namespace toolbar
 
 // State bits by command: wParam the command, low word of lParam 0 to clear the bit, anything
 // else to set it. Result 1, or 0 if no row has the command. Checking a button of a group
@@ -76,8 +84,8 @@ constexpr UINT TOOLM_SETSTATE = 0x0511;
 // wParam the command. Result all state bits, or -1 if no row has the command.
 constexpr UINT TOOLM_GETSTATE = 0x0512;
 
-// Adds a strip of pictures, side by side, 16 wide and 15 high: wParam their number, lParam an
-// XferToolPictures. A strip that is there already is used again; if it is the last one it can
+// Adds a strip of pictures, side by side, 16 wide and 15 high: wParam their number, lParam a
+// toolbar::PictureSource. A strip that is there already is used again; if it is the last one it can
 // grow. Result the number of its first picture, or -1: no memory, a null pointer, a negative
 // number, or more pictures than 31 bits can count. The bitmap itself is loaded when it is first
 // painted; only 4-bit bitmaps with 16 colours are, others leave the buttons without pictures.

@@ -1,6 +1,7 @@
 // The window class of the toolbar: its registration and its procedure.
-#include "model.h"
-#include "paint.h"
+#include "toolbar/model.h"
+#include "toolbar/tracking.h"
+#include "toolbar/paint.h"
 
 namespace {
 
@@ -16,7 +17,7 @@ void changeState(HWND hwnd, const XferToolbar* pToolbar, XferToolButton* pButton
     pButton->fsState = fsState;
     if ((fsChanged & TOOLSTATE_HIDDEN) != 0) {
         // All that follows moves.
-        XferToolbarInvalidateAll(hwnd);
+        toolbar::invalidateAll(hwnd);
     } else if (fsChanged != 0) {
         vXferToolbarInvalidate(hwnd, pToolbar, pButton);
     }
@@ -25,7 +26,7 @@ void changeState(HWND hwnd, const XferToolbar* pToolbar, XferToolButton* pButton
 LRESULT onSetBit(HWND hwnd, XferToolbar* pToolbar, XferToolButton* pButton, BYTE fsBit,
                  LPARAM lParam)
 {
-    BYTE fsState = XferToolbarWith(pButton->fsState, fsBit, LOWORD(lParam) != 0);
+    BYTE fsState = toolbar::withBits(pButton->fsState, fsBit, LOWORD(lParam) != 0);
     if (fsState == pButton->fsState) {
         return 1;
     }
@@ -83,7 +84,7 @@ constexpr CommandMessage COMMAND_MESSAGES[] = {
 
 LRESULT onAddBitmap(HWND, XferToolbar* pToolbar, WPARAM wParam, LPARAM lParam)
 {
-    auto pPictures = reinterpret_cast<const XferToolPictures*>(lParam);
+    auto pPictures = reinterpret_cast<const toolbar::PictureSource*>(lParam);
     return pPictures == nullptr ? TOOL_NONE
                                 : nXferToolbarAddBitmap(pToolbar, LONG(wParam), pPictures->hModule,
                                                         LOWORD(pPictures->dwId));
@@ -147,7 +148,7 @@ template <typename Row, size_t COUNT> const Row* findRow(const Row (&rows)[COUNT
 
 LRESULT handleCommandMessage(HWND hwnd, const CommandMessage* pRow, WPARAM wParam, LPARAM lParam)
 {
-    XferToolbar* pToolbar = XferToolbarGet(hwnd);
+    XferToolbar* pToolbar = toolbar::recordOf(hwnd);
     int nButton = pToolbar == nullptr ? TOOL_NONE : nXferToolbarFindCommand(pToolbar, wParam);
     return nButton == TOOL_NONE
                ? pRow->lMissing
@@ -156,7 +157,7 @@ LRESULT handleCommandMessage(HWND hwnd, const CommandMessage* pRow, WPARAM wPara
 
 LRESULT handleRowMessage(HWND hwnd, const RowMessage* pRow, WPARAM wParam, LPARAM lParam)
 {
-    XferToolbar* pToolbar = XferToolbarGet(hwnd);
+    XferToolbar* pToolbar = toolbar::recordOf(hwnd);
     return pToolbar == nullptr ? pRow->lFailure : pRow->pfnHandle(hwnd, pToolbar, wParam, lParam);
 }
 
@@ -167,7 +168,7 @@ LRESULT onCreate(HWND hwnd, LPARAM lParam)
     auto pCreate = reinterpret_cast<const CREATESTRUCTA*>(lParam);
     XferToolbar* pToolbar = nullptr;
     if (fXferToolbarAcquireShared()) {
-        pToolbar = XferToolbarCreate(pCreate->hwndParent);
+        pToolbar = toolbar::createRecord(pCreate->hwndParent);
     }
     if (pToolbar == nullptr) {
         vXferToolbarReleaseShared();
@@ -179,10 +180,10 @@ LRESULT onCreate(HWND hwnd, LPARAM lParam)
 
 LRESULT onDestroy(HWND hwnd)
 {
-    XferToolbar* pToolbar = XferToolbarGet(hwnd);
+    XferToolbar* pToolbar = toolbar::recordOf(hwnd);
     if (pToolbar != nullptr) {
         SetWindowLongA(hwnd, 0, 0);
-        XferToolbarDestroy(pToolbar);
+        toolbar::destroyRecord(pToolbar);
         vXferToolbarReleaseShared();
     }
     return 0;
@@ -209,11 +210,11 @@ LRESULT handleMessage(HWND hwnd, XferToolbar* pToolbar, UINT uMessage, WPARAM wP
         vXferToolbarPaint(hwnd, pToolbar);
         return 0;
     case WM_LBUTTONDOWN:
-        return XferToolbarButtonDown(hwnd, pToolbar, lParam);
+        return toolbar::onButtonDown(hwnd, pToolbar, lParam);
     case WM_MOUSEMOVE:
-        return XferToolbarMouseMove(hwnd, pToolbar, lParam);
+        return toolbar::onMouseMove(hwnd, pToolbar, lParam);
     case WM_LBUTTONUP:
-        return XferToolbarButtonUp(hwnd, pToolbar, lParam);
+        return toolbar::onButtonUp(hwnd, pToolbar, lParam);
     case WM_COMMAND:
     case WM_DRAWITEM:
     case WM_MEASUREITEM:
@@ -224,7 +225,7 @@ LRESULT handleMessage(HWND hwnd, XferToolbar* pToolbar, UINT uMessage, WPARAM wP
         return 0;
     case WM_CANCELMODE:
     case WM_CAPTURECHANGED:
-        XferToolbarLetGo(hwnd, pToolbar);
+        toolbar::cancelPress(hwnd, pToolbar);
         break;
     }
     return DefWindowProcA(hwnd, uMessage, wParam, lParam);
@@ -248,7 +249,7 @@ LRESULT CALLBACK lXferToolbarProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARA
     case WM_SIZE:
         return onSize(hwnd);
     }
-    XferToolbar* pToolbar = XferToolbarGet(hwnd);
+    XferToolbar* pToolbar = toolbar::recordOf(hwnd);
     return pToolbar == nullptr ? DefWindowProcA(hwnd, uMessage, wParam, lParam)
                                : handleMessage(hwnd, pToolbar, uMessage, wParam, lParam);
 }
@@ -270,7 +271,7 @@ int fXferToolbarRegister(HINSTANCE hModule)
     return RegisterClassA(&wndclass) != 0;
 }
 
-void XferToolbarUnregister(HINSTANCE hModule)
+void toolbar::unregisterClass(HINSTANCE hModule)
 {
     UnregisterClassA(XFER_TOOLBARCLASS, hModule);
 }

@@ -1,36 +1,16 @@
 #include "copy.h"
 #include "job.h"
-#include "picture.h"
 #include "worker.h"
 
 #include <stdio.h>
 
 namespace {
 
-// Pictures of a run: one near its start, one in its middle, one when all is done.
-struct PictureMoment {
-    const char* pszFile;
-    DWORD nFile;          // the file in hand; 0 when all is done
-    WPARAM nFirst, nLast; // percentages of that file
-    bool fTaken;
-};
-
-PictureMoment s_moments[] = {
-    {"start.bmp", 1, 1, 50, false},
-    {"middle.bmp", 3, 51, 80, false},
-    {"end.bmp", 0, 0, 0, false},
-};
-
-// A picture waits some turns of the loop, until all that was drawn has come to the screen.
-constexpr int PICTURE_TURNS = 20;
-
 struct Copy {
     DemoOptions options;
     HWND hwndMain;
     HWND hwndLog;
     DWORD cFiles, cCopied;
-    PictureMoment* pDue;
-    int cTurnsToPicture;
 };
 
 Copy s_copy = {};
@@ -94,40 +74,6 @@ bool listFiles(const char* pszFolder, XferFileList* pList)
     return false;
 }
 
-bool takesPictures()
-{
-    return s_copy.options.szPictures[0] != '\0';
-}
-
-void noticeMoment(DWORD nFile, WPARAM nPercent)
-{
-    for (PictureMoment& moment : s_moments) {
-        if (takesPictures() && s_copy.pDue == nullptr && !moment.fTaken && moment.nFile == nFile &&
-            nPercent >= moment.nFirst && nPercent <= moment.nLast) {
-            s_copy.pDue = &moment;
-            s_copy.cTurnsToPicture = PICTURE_TURNS;
-        }
-    }
-}
-
-void takeDuePicture()
-{
-    char szPath[MAX_PATH];
-    RECT rcMain = {};
-    RECT rcStat = {};
-    RECT rc;
-    if (s_copy.pDue == nullptr || --s_copy.cTurnsToPicture > 0) {
-        return;
-    }
-    GetWindowRect(s_copy.hwndMain, &rcMain);
-    GetWindowRect(jobWindow(), &rcStat);
-    UnionRect(&rc, &rcMain, &rcStat);
-    joinPath(szPath, s_copy.options.szPictures, s_copy.pDue->pszFile);
-    takePicture(&rc, szPath);
-    s_copy.pDue->fTaken = true;
-    s_copy.pDue = nullptr;
-}
-
 } // namespace
 
 bool startCopy(const DemoOptions* pOptions, HWND hwndMain, HWND hwndLog)
@@ -164,19 +110,11 @@ bool startCopy(const DemoOptions* pOptions, HWND hwndMain, HWND hwndLog)
     return startJob(&job, list);
 }
 
-bool continueCopy()
+void continueCopy()
 {
-    if (!isJobRunning() && takesPictures()) {
-        noticeMoment(0, 0);
-        if (s_copy.pDue == nullptr) {
-            return false;
-        }
-    }
     if (isJobWindowDismissed()) {
         closeJobWindow();
     }
-    takeDuePicture();
-    return true;
 }
 
 void endCopy()
@@ -195,5 +133,4 @@ void copyPercent(HWND hwndMain, WPARAM nPercent)
     char szTitle[80];
     snprintf(szTitle, sizeof szTitle, "%u%% - Sample caller", unsigned(nPercent));
     SetWindowTextA(hwndMain, szTitle);
-    noticeMoment(jobFileNumber(), nPercent);
 }

@@ -9,8 +9,8 @@
 // copy or no window is to be had.
 bool startCopy(const DemoOptions* pOptions, HWND hwndMain, HWND hwndLog);
 
-// A turn of the message loop. Gives false when all is over.
-bool continueCopy();
+// A turn of the message loop.
+void continueCopy();
 
 // Ends a copy that is still running, and leaves nothing unfinished.
 void endCopy();

@@ -221,8 +221,3 @@ void closeJobWindow()
         s_job.hdlgStat = nullptr;
     }
 }
-
-DWORD jobFileNumber()
-{
-    return s_job.nFile + 1;
-}

@@ -43,7 +43,4 @@ HWND jobWindow();
 bool isJobWindowDismissed();
 void closeJobWindow();
 
-// The number of the file in hand, from 1.
-DWORD jobFileNumber();
-
 #endif

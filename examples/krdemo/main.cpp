@@ -12,13 +12,9 @@
 //   host.h          what is needed of a host; each host is one table
 //   folderhost.cpp  the host that is built in
 //   ftphost.cpp     a server, with names and texts by ftpnames.cpp
-//   driver.cpp      a user who works the transfer window by himself; the files of steps.h have
-//                   what he does, hands.cpp how, looks.cpp what he looks at
 //   language.cpp    the languages that the user can choose
-//   picture.cpp     pictures of a run that nobody watches
 #include "connect.h"
 #include "copy.h"
-#include "driver.h"
 #include "job.h"
 #include "language.h"
 #include "session.h"
@@ -166,7 +162,9 @@ bool handleMessages()
 void runLoop()
 {
     while (handleMessages()) {
-        if (s_options.fCopy ? !continueCopy() : sessionWindow() == nullptr) {
+        if (s_options.fCopy) {
+            continueCopy();
+        } else if (sessionWindow() == nullptr) {
             return;
         }
         MsgWaitForMultipleObjects(0, nullptr, FALSE, TURN_MS, QS_ALLINPUT);
@@ -195,14 +193,11 @@ int runSession(HINSTANCE hInstance)
     appendLanguageMenu(GetMenu(hwnd));
     DrawMenuBar(hwnd);
     showLanguage(GetMenu(hwnd), s_options.szLanguage);
-    if (s_options.fDrive) {
-        startDriver(&s_options);
-    }
     runLoop();
     if (sessionWindow() != nullptr) {
         closeSession();
     }
-    return s_options.fDrive ? endDriver() : 0;
+    return 0;
 }
 
 } // namespace

@@ -7,7 +7,6 @@
 namespace {
 
 constexpr DWORD DEFAULT_SPEED = 8 * 1024 * 1024;
-constexpr char PICTURES[] = "/pictures:";
 constexpr char SPEED[] = "/speed:";
 constexpr char LANGUAGE[] = "/language:";
 constexpr char ENGLISH[] = "EN";
@@ -68,16 +67,12 @@ void readOptions(DemoOptions* pOptions)
     setDefaults(pOptions);
     for (int n = 1; n < __argc; ++n) {
         const char* pszArgument = __argv[n];
-        if (const char* pszPictures = valueOf(pszArgument, PICTURES)) {
-            lstrcpynA(pOptions->szPictures, pszPictures, MAX_PATH);
-        } else if (const char* pszSpeed = valueOf(pszArgument, SPEED)) {
+        if (const char* pszSpeed = valueOf(pszArgument, SPEED)) {
             pOptions->cbPerSecond = strtoul(pszSpeed, nullptr, 10);
         } else if (const char* pszLanguage = valueOf(pszArgument, LANGUAGE)) {
             lstrcpynA(pOptions->szLanguage, pszLanguage, CCH_LANGUAGE);
         } else if (strcmp(pszArgument, "/copy") == 0) {
             pOptions->fCopy = true;
-        } else if (strcmp(pszArgument, "/drive") == 0) {
-            pOptions->fDrive = true;
         } else if (strcmp(pszArgument, "/connect") == 0) {
             pOptions->fConnect = true;
         } else if (isAddress(pszArgument)) {
@@ -86,8 +81,5 @@ void readOptions(DemoOptions* pOptions)
         } else if (cFolders < ARRAYSIZE(aszFolders)) {
             lstrcpynA(aszFolders[cFolders++], pszArgument, MAX_PATH);
         }
-    }
-    if (pOptions->fDrive) {
-        strcpy(pOptions->szLanguage, ENGLISH); // whose mnemonics are typed
     }
 }

@@ -11,19 +11,16 @@ struct DemoOptions {
     char szFirst[MAX_PATH];    // local folder, or the folder to copy from
     char szSecond[MAX_PATH];   // folder served as the host, or the folder to copy to
     bool fCopy;                // copy files, with a status window alone
-    bool fDrive;               // work the transfer window by itself, with real input
     bool fConnect;             // ask for a server
     bool fServer;              // the host is the server of this address
     HostAddress server;        // as the command line or the user has it
-    char szPictures[MAX_PATH]; // folder for pictures of the run, or empty for none
     DWORD cbPerSecond;         // speed of the line of the built-in host
     char szLanguage[CCH_LANGUAGE];
 };
 
-// Reads "[LOCAL [HOST | URL]] [/connect] [/copy] [/drive] [/pictures:FOLDER] [/speed:BYTES]
-// [/language:CODE]", where URL is "ftp://[user[:password]@]server[:port][/directory]". Without
+// Reads "[LOCAL [HOST | URL]] [/connect] [/copy] [/speed:BYTES] [/language:CODE]", where URL is "ftp://[user[:password]@]server[:port][/directory]". Without
 // folders the program's own folder is the local one, and a folder for temporary files the host;
-// without a language, or with /drive, it is English.
+// without a language it is English.
 void readOptions(DemoOptions* pOptions);
 
 // Joins a folder and a name. Gives false, with an empty result, if they don't fit.

@@ -1,5 +1,10 @@
 #include "input.h"
-#include "../../examples/krdemo/input.h"
+#include "../../tools/robot/input.h"
+
+using robot::middleOf;
+using robot::sendButton;
+using robot::sendKey;
+using robot::sendPointer;
 
 void clickWindow(HWND hwnd)
 {

@@ -1,7 +1,7 @@
 #include "pane_window.h"
 #include "../../examples/krutils/krutils.h"
 #include "../../resources/ids.h"
-#include "../../transfer/record.h"
+#include "../../transfer/window/record.h"
 
 #include <algorithm>
 #include <direct.h>

@@ -2,7 +2,7 @@
 // own size, goes into the first folder; the second one is what the transfer window shows. The
 // two windows are those that the library makes, the status window with a transfer under way and
 // the transfer window in both views; the dialogs are the bare templates.
-#include "../../examples/krdemo/picture.h"
+#include "../robot/picture.h"
 #include "../../include/krhaul.h"
 #include "../../resources/ids.h"
 
@@ -82,7 +82,7 @@ bool takeWindow(HWND hwnd, const std::string& file, void (*pfnFill)(HWND))
     // The first window of a program may have come up behind another one.
     SendMessageA(hwnd, WM_NCACTIVATE, TRUE, 0);
     GetWindowRect(hwnd, &rc);
-    const bool fTaken = takePicture(&rc, file.c_str());
+    const bool fTaken = robot::takePicture(&rc, file.c_str());
     DestroyWindow(hwnd);
     handleMessages();
     return fTaken;
@@ -93,9 +93,9 @@ bool takeLanguage(const std::string& folder, const char* pszCode)
     HMODULE hModule;
     const std::string start = folder + "\\" + pszCode + "-";
     bool fAll = nXferAllocLoadLanguage(&hModule, pszCode) == XFER_OK;
-    for (int i = 0; fAll && i < g_cLangTemplates; i++) {
-        const std::string name = g_langTemplates[i].name;
-        HWND hwnd = makeWindow(hModule, pszCode, name);
+    for (const langcheck::TemplateRow& row : langcheck::TEMPLATES) {
+        const std::string name = row.name;
+        HWND hwnd = fAll ? makeWindow(hModule, pszCode, name) : nullptr;
         fAll = hwnd &&
                takeWindow(hwnd, start + name + ".bmp", name == "DLGXFER" ? showTransfer : nullptr);
     }

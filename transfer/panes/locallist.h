@@ -1,0 +1,25 @@
+// The local panes. They are rebuilt whole by vXferDandDRefreshLocalFiles (krhaul.h).
+#ifndef TRANSFER_PANES_LOCALLIST_H
+#define TRANSFER_PANES_LOCALLIST_H
+
+#include "transfer/window/record.h"
+
+// The string of the mask that belongs to a row of the list of file types.
+UINT nXferDandDTypePatternId(LRESULT nTypeRow);
+
+int nXferDandDRemoveLocalFileName(HWND hdlgDandD, const char* pszName);
+
+namespace panes {
+
+// Names in the local panes are relative to the directory that is shown. Returns whether that is
+// still the current directory of the process; if it isn't, the panes are refilled.
+bool syncLocalPanes(XferWindowRecord* pRecord);
+
+// The same for the names of files: a path in the filter line that Enter hasn't followed yet fills
+// the list with the files of another directory. In that case it writes to the log and returns
+// false.
+bool syncLocalFiles(XferWindowRecord* pRecord);
+
+} // namespace panes
+
+#endif

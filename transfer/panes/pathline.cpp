@@ -1,0 +1,260 @@
+// Enter and double clicks: what they mean to each control, and how the local side follows a
+// typed text. Host directories are only asked for; the panes change when the caller fills them.
+#include "transfer/panes/pathline.h"
+#include "resources/ids.h"
+#include "shared/krutils.h"
+#include "transfer/panes/drives.h"
+#include "transfer/panes/locallist.h"
+#include "transfer/panes/splitpath.h"
+
+#include <direct.h>
+#include <stdlib.h>
+#include <string.h>
+
+namespace {
+
+constexpr int CCH_MASK = 10;
+constexpr int CCH_FAILED_FORMAT = 20;
+constexpr LONG LETTER_BEFORE_A = 0x60;
+constexpr char ROOT[] = "\\";
+constexpr DWORD TYPED = 0;
+constexpr DWORD FROM_LIST = 1;
+
+void readLine(const XferWindowRecord* pRecord, int idControl, char (&szText)[XFER_NAME_SIZE])
+{
+    szText[0] = '\0';
+    SendDlgItemMessageA(pRecord->hwndDialog, idControl, WM_GETTEXT, sizeof szText,
+                        reinterpret_cast<LPARAM>(szText));
+}
+
+bool readSelectedRow(HWND hwndList, panes::Row* pRow)
+{
+    LRESULT nRow = SendMessageA(hwndList, LB_GETCURSEL, 0, 0);
+    return nRow != LB_ERR && panes::readRow(hwndList, LONG(nRow), pRow);
+}
+
+// The window can die in the callback, and the text be overwritten by calls from inside it:
+// what is recorded after it comes from a copy of our own.
+void changeHostDir(const XferWindowRecord* pRecord, const char* pszDir, DWORD fFromList)
+{
+    char szDir[XFER_NAME_SIZE];
+    HWND hwndParent = pRecord->hwndParent;
+    if (pRecord->callbacks.pfnChangeHostDir == nullptr) {
+        return;
+    }
+    lstrcpynA(szDir, pszDir, sizeof szDir);
+    lstrcpynA(g_szScratch, pszDir, sizeof g_szScratch);
+    pRecord->callbacks.pfnChangeHostDir(pRecord->dwCallerData, 0, 0, g_szScratch, fFromList);
+    KrRecordAction(hwndParent, KRACTION_HOSTDIR_CHANGED, szDir);
+}
+
+// The pattern of the selected file type takes effect here, not when it is selected.
+void activateTypes(HWND hdlgDandD, XferWindowRecord* pRecord)
+{
+    LRESULT nRow = SendDlgItemMessageA(hdlgDandD, IDC_DANDD_LOCALTYPES, CB_GETCURSEL, 0, 0);
+    if (nRow == CB_ERR) {
+        return;
+    }
+    window::loadString(pRecord, nXferDandDTypePatternId(nRow), g_szScratch, sizeof g_szScratch);
+    SendDlgItemMessageA(hdlgDandD, IDC_DANDD_LOCALFILTER, WM_SETTEXT, 0,
+                        reinterpret_cast<LPARAM>(g_szScratch));
+    vXferDandDApplyLocalFilter(hdlgDandD);
+}
+
+void enterRoot(HWND hdlgDandD, const XferWindowRecord* pRecord)
+{
+    _chdir(ROOT);
+    KrRecordAction(pRecord->hwndParent, KRACTION_LOCALDIR_CHANGED, ROOT);
+    vXferDandDRefreshLocalFiles(hdlgDandD);
+}
+
+void enterLocalDir(HWND hdlgDandD, const XferWindowRecord* pRecord, const char* pszDir)
+{
+    if (_chdir(pszDir) == 0) {
+        KrRecordAction(pRecord->hwndParent, KRACTION_LOCALDIR_CHANGED, pszDir);
+        vXferDandDRefreshLocalFiles(hdlgDandD);
+        return;
+    }
+    panes::reportLocalFailure(hdlgDandD, pRecord, pszDir, CCH_FAILED_FORMAT);
+}
+
+// Only the path of an ancestor is whole. The other rows mean something only from the directory
+// that is shown, and the process can be in another one.
+void activateLocalDirs(HWND hdlgDandD, XferWindowRecord* pRecord)
+{
+    panes::Row row;
+    if (!readSelectedRow(GetDlgItem(hdlgDandD, IDC_DANDD_LOCALDIRS), &row)) {
+        return;
+    }
+    switch (row.nKind) {
+    case XFERITEM_ROOT:
+        if (panes::syncLocalPanes(pRecord)) {
+            enterRoot(hdlgDandD, pRecord);
+        }
+        break;
+    case XFERITEM_ANCESTOR:
+        panes::ancestorPath(pRecord, &row, row.szText);
+        enterLocalDir(hdlgDandD, pRecord, row.szText);
+        break;
+    case XFERITEM_CHILD:
+        if (panes::syncLocalPanes(pRecord)) {
+            enterLocalDir(hdlgDandD, pRecord, row.szText);
+        }
+        break;
+    }
+}
+
+void activateLocalFilter(HWND hdlgDandD, XferWindowRecord*)
+{
+    vXferDandDApplyLocalFilter(hdlgDandD);
+}
+
+void activateHostPath(HWND, XferWindowRecord* pRecord)
+{
+    char szDir[XFER_NAME_SIZE];
+    readLine(pRecord, IDC_DANDD_HOSTPATH, szDir);
+    changeHostDir(pRecord, szDir, TYPED);
+}
+
+void activateHostDirs(HWND hdlgDandD, XferWindowRecord* pRecord)
+{
+    panes::Row row;
+    if (readSelectedRow(GetDlgItem(hdlgDandD, IDC_DANDD_HOSTDIRS), &row) &&
+        (row.nKind == XFERITEM_ANCESTOR || row.nKind == XFERITEM_CHILD)) {
+        changeHostDir(pRecord, row.szText, FROM_LIST);
+    }
+}
+
+void activateHostFilter(HWND, XferWindowRecord* pRecord)
+{
+    readLine(pRecord, IDC_DANDD_HOSTFILTER, g_szScratch);
+    if (pRecord->callbacks.pfnHostFilter != nullptr) {
+        pRecord->callbacks.pfnHostFilter(pRecord->dwCallerData, 0, 0, g_szScratch);
+    }
+}
+
+// What is recorded can end the window, or come back with calls that use the scratch buffers.
+void activateCommandLine(HWND hdlgDandD, XferWindowRecord* pRecord)
+{
+    char szCommand[XFER_NAME_SIZE];
+    readLine(pRecord, IDC_DANDD_COMMANDLINE, szCommand);
+    if (pRecord->callbacks.pfnHostCommand == nullptr || szCommand[0] == '\0') {
+        return;
+    }
+    KrRecordCommand(pRecord->hwndParent, szCommand);
+    if (window::isAlive(hdlgDandD, pRecord)) {
+        pRecord->callbacks.pfnHostCommand(pRecord->dwCallerData, 0, 0, szCommand);
+    }
+}
+
+struct ActivateRow {
+    int idControl;
+    void (*pfnActivate)(HWND, XferWindowRecord*);
+};
+
+constexpr ActivateRow ACTIVATIONS[] = {
+    {IDC_DANDD_LOCALTYPES, activateTypes},        {IDC_DANDD_LOCALDIRS, activateLocalDirs},
+    {IDC_DANDD_LOCALFILTER, activateLocalFilter}, {IDC_DANDD_HOSTPATH, activateHostPath},
+    {IDC_DANDD_HOSTDIRS, activateHostDirs},       {IDC_DANDD_HOSTFILTER, activateHostFilter},
+    {IDC_DANDD_COMMANDLINE, activateCommandLine},
+};
+
+// Follows the drive of a typed path. Its row is selected by a posted message, so that a drive
+// without one leaves the list without a selection.
+void followDrive(HWND hdlgDandD, XferWindowRecord* pRecord, XferPathParts* pParts)
+{
+    _strlwr(pParts->szDrive);
+    LONG nDrive = pParts->szDrive[0] - LETTER_BEFORE_A;
+    if (pParts->szDrive[0] == '\0' || nDrive == pRecord->nLocalDrive) {
+        return;
+    }
+    _chdrive(nDrive);
+    pRecord->nLocalDrive = nDrive;
+    LRESULT nRow = panes::findDriveRow(hdlgDandD, nDrive);
+    PostMessageA(GetDlgItem(hdlgDandD, IDC_DANDD_LOCALDRIVES), CB_SETCURSEL, WPARAM(nRow), 0);
+}
+
+void followTypedDir(XferWindowRecord* pRecord, XferPathParts* pParts)
+{
+    size_t cch = strlen(pParts->szDir);
+    if (cch > 1) {
+        pParts->szDir[cch - 1] = '\0';
+    }
+    _chdir(pParts->szDir);
+    if (_getcwd(pRecord->szLocalDir, sizeof pRecord->szLocalDir) == nullptr) {
+        pRecord->szLocalDir[0] = '\0';
+    }
+}
+
+// Takes the text apart and goes where it says; only the mask stays in the line.
+void followText(HWND hdlgDandD, XferWindowRecord* pRecord, const char* pszText,
+                const char* pszDefaultMask)
+{
+    XferPathParts parts;
+    g_szScratch[0] = '\0';
+    if (_fullpath(g_szScratch, pszText, sizeof g_szScratch) == nullptr ||
+        nXferDandDSplitPath(g_szScratch, &parts) != 0) {
+        SetDlgItemTextA(hdlgDandD, IDC_DANDD_LOCALFILTER, pszDefaultMask);
+        return;
+    }
+    followDrive(hdlgDandD, pRecord, &parts);
+    followTypedDir(pRecord, &parts);
+    SetDlgItemTextA(hdlgDandD, IDC_DANDD_LOCALFILTER,
+                    parts.szName[0] != '\0' ? parts.szName : pszDefaultMask);
+}
+
+} // namespace
+
+void panes::ancestorPath(const XferWindowRecord* pRecord, const panes::Row* pRow,
+                         char (&szPath)[XFER_NAME_SIZE])
+{
+    DWORD cch = pRow->cchPath < XFER_NAME_SIZE ? pRow->cchPath : XFER_MAX_NAME;
+    lstrcpynA(szPath, pRecord->szLocalDir, int(cch) + 1);
+}
+
+void panes::reportLocalFailure(HWND hdlgDandD, const XferWindowRecord* pRecord, const char* pszName,
+                               int cchFormat)
+{
+    char szFormat[80];
+    char szText[XFER_FORMAT_SIZE];
+    window::loadString(pRecord, IDS_LOCAL_FAILED, szFormat, cchFormat);
+    wsprintfA(szText, szFormat, pszName);
+    vXferDandDInfoLine(hdlgDandD, szText);
+}
+
+int fXferDandDActivate(HWND hdlgDandD, XferWindowRecord* pRecord, HWND hwndControl)
+{
+    for (const ActivateRow& row : ACTIVATIONS) {
+        if (hwndControl != nullptr && GetDlgItem(hdlgDandD, row.idControl) == hwndControl) {
+            row.pfnActivate(hdlgDandD, pRecord);
+            return 1;
+        }
+    }
+    return 0;
+}
+
+void vXferDandDApplyLocalFilter(HWND hdlgDandD)
+{
+    char szMask[CCH_MASK];
+    XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
+    if (pRecord == nullptr) {
+        return;
+    }
+    LRESULT nType = SendDlgItemMessageA(hdlgDandD, IDC_DANDD_LOCALTYPES, CB_GETCURSEL, 0, 0);
+    window::loadString(pRecord, nXferDandDTypePatternId(nType), szMask, sizeof szMask);
+    readLine(pRecord, IDC_DANDD_LOCALFILTER, g_szScratch2);
+    if (g_szScratch2[0] != '\0') {
+        followText(hdlgDandD, pRecord, g_szScratch2, szMask);
+    }
+    // The new text of the line is told to the caller's window procedure first.
+    if (!window::isAlive(hdlgDandD, pRecord)) {
+        return;
+    }
+    HWND hwndFilter = GetDlgItem(hdlgDandD, IDC_DANDD_LOCALFILTER);
+    UpdateWindow(hwndFilter);
+    SendDlgItemMessageA(hdlgDandD, IDC_DANDD_LOCALPATH, WM_SETTEXT, 0,
+                        reinterpret_cast<LPARAM>(pRecord->szLocalDir));
+    vXferDandDRefreshLocalFiles(hdlgDandD);
+    SendMessageA(hwndFilter, EM_SETSEL, WPARAM(-1), 1);
+    SendMessageA(hwndFilter, EM_SCROLLCARET, 0, 0);
+}

@@ -1,0 +1,34 @@
+// Requests to the caller, through the callbacks of its table. A callback that is null is not
+// called, and nothing is recorded for it. The window can be destroyed in every callback.
+#ifndef TRANSFER_WINDOW_REQUEST_H
+#define TRANSFER_WINDOW_REQUEST_H
+
+#include "transfer/window/record.h"
+
+enum Direction { XFERDIR_RECEIVE = 0, XFERDIR_SEND = 1 };
+
+// The confirmation flags, which the caller keeps. Only LOCALDELETE and LOCALRMDIR are read here.
+enum ConfirmFlag : DWORD {
+    XFERCONFIRM_LOCALREPLACE = 1,
+    XFERCONFIRM_LOCALDELETE = 2,
+    XFERCONFIRM_LOCALRMDIR = 4,
+    XFERCONFIRM_HOSTDELETE = 8,
+    XFERCONFIRM_HOSTREPLACE = 16
+};
+
+namespace window {
+
+// Asks the caller for the confirmation flags. If the caller keeps none, every deletion is
+// confirmed.
+DWORD confirmFlags(const XferWindowRecord* pRecord);
+
+// Whether the caller has a callback for transfers in this direction.
+bool canTransfer(const XferWindowRecord* pRecord, Direction direction);
+
+// Passes a list of names to the callback for the direction, which owns it from then on.
+void requestTransfer(const XferWindowRecord* pRecord, Direction direction, XferFileList list,
+                     const char* pszHostDir);
+
+} // namespace window
+
+#endif
