@@ -31,7 +31,7 @@ THIS = [sys.executable, "-I", "-S", os.path.realpath(__file__)]
 SHARED_FOLDERS = ("drive_c/windows/system32", "drive_c/windows/winsxs")
 # A Wine root has its own; only what is named below them is shown in it.
 SYSTEM_FOLDERS = "bin boot dev etc lib lib32 lib64 proc root run sbin sys usr var".split()
-KEPT_VARIABLES = ("KRHAUL_", "GTEST_", "GCOV_", "WINE", "DISPLAY", "XAUTHORITY")
+KEPT_VARIABLES = ("KRHAUL_", "GTEST_", "GCOV_", "LC_ALL", "LOCPATH", "WINE", "DISPLAY", "XAUTHORITY")
 # Windows without a window manager, and a crash that ends a test instead of asking.
 SETTINGS = r"""REGEDIT4
 

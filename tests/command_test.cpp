@@ -724,18 +724,11 @@ TEST_F(Command, DetailsOfSeveralFilesStandInTheirOrder)
     EXPECT_EQ(log()[1].substr(0, 20), "c                  0");
 }
 
-// The save dialog, and what the user does in it.
-OPENFILENAMEA s_open;
-Strings s_openTexts;
+// What the user does in the save dialog.
 std::function<bool(char*)> s_inSave;
 
 BOOL WINAPI fakeGetSaveFileName(LPOPENFILENAMEA pOpen)
 {
-    s_open = *pOpen;
-    s_openTexts = {pOpen->lpstrTitle, pOpen->lpstrDefExt};
-    for (const char* psz = pOpen->lpstrFilter; *psz != '\0'; psz += strlen(psz) + 1) {
-        s_openTexts.push_back(psz);
-    }
     return s_inSave(pOpen->lpstrFile);
 }
 
@@ -748,11 +741,6 @@ int refuseEnd(FILE* pFile)
 {
     fclose(pFile);
     return EOF;
-}
-
-DWORD WINAPI oldVersion()
-{
-    return 3;
 }
 
 class SaveLog : public Command {
@@ -809,24 +797,6 @@ TEST_F(SaveLog, WritesTheSelectedPartOfEachLine)
         EXPECT_EQ(stripText(), "");
         EXPECT_EQ(selection(), std::make_pair(part.nStart, part.nEnd));
     }
-}
-
-TEST_F(SaveLog, AsksForTheFileAsItsVersionDoes)
-{
-    save(2, 7);
-    EXPECT_EQ(s_open.hwndOwner, m_hwnd);
-    EXPECT_EQ(s_open.hInstance, GetModuleHandleA("XFREN.DLL"));
-    EXPECT_EQ(s_open.Flags,
-              DWORD(OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY | OFN_PATHMUSTEXIST | OFN_EXPLORER));
-    EXPECT_EQ(s_open.nFilterIndex, 2u);
-    EXPECT_EQ(s_open.nMaxFile, 260u);
-    EXPECT_EQ(s_openTexts, (Strings{english(IDS_SAVE_TITLE), "txt", english(IDS_TYPE1_NAME), "*.*",
-                                    english(IDS_TYPE2_NAME), "*.txt"}));
-    ReplacedImport version(library(), "GetVersion", oldVersion);
-    save(2, 7);
-    EXPECT_EQ(s_open.Flags, DWORD(OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY | OFN_PATHMUSTEXIST |
-                                  OFN_ENABLETEMPLATE));
-    EXPECT_STREQ(s_open.lpTemplateName, "FILEOPEN");
 }
 
 TEST_F(SaveLog, FailuresAreTold)

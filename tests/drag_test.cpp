@@ -4,7 +4,6 @@
 #include "../transfer/window/record.h"
 #include "support/imports.h"
 #include "support/input.h"
-#include "support/ledger.h"
 #include "support/pane_window.h"
 #include "support/subclassed.h"
 
@@ -653,27 +652,6 @@ TEST_F(Drag, WhatAFailedDropSaysStays)
     // The next change of the selection counts again.
     notify(IDC_DANDD_HOSTFILES, LBN_SELCHANGE);
     EXPECT_EQ(stripText(), "");
-}
-
-TEST_F(Drag, AWindowThatWasUsedLeavesNothingBehind)
-{
-    close();
-    Ledger ledger;
-    open();
-    feedHost({"x", "y", "z"});
-    SetForegroundWindow(m_hwnd);
-    pumpMessages();
-    const size_t cBefore = ledger.count();
-    drag({pointOf(IDC_DANDD_LOCALFILES, "a"), emptyPart(IDC_DANDD_HOSTFILES)});
-    drag({pointOf(IDC_DANDD_LOCALFILES, "b"), pointOf(IDC_DANDD_HOSTDIRS, "two")});
-    drag({pointOf(IDC_DANDD_HOSTFILES, "x"), pointOf(IDC_DANDD_LOCALDIRS, "child")});
-    type(IDC_DANDD_LOCALFILTER, m_dir.path("*.*"));
-    enter(IDC_DANDD_LOCALFILTER);
-    pumpMessages();
-    EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), (Strings{"a", "b", "c"}));
-    EXPECT_EQ(ledger.count(), cBefore) << ledger.owed();
-    close();
-    EXPECT_EQ(ledger.owed(), "");
 }
 
 TEST_F(Drag, ACallbackMayEndTheWindow)

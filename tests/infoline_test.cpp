@@ -2,14 +2,14 @@
 // in its own way.
 #include "../resources/ids.h"
 #include "support/input.h"
-#include "support/transfer_window.h"
+#include "support/looks.h"
 
 namespace {
 
 constexpr size_t TRIM_LIMIT = 30000;
 constexpr size_t KEPT_LENGTH = 24000;
 
-class InfoLine : public TransferTest {
+class InfoLine : public PaneWindow {
 protected:
     // Makes a window that isn't shown: scroll bars are slow to draw, and long logs draw many.
     void createHidden()

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <direct.h>
+#include <utility>
 
 namespace {
 
@@ -407,13 +408,14 @@ void KRHAULAPI feedAndFilter(DWORD, DWORD, DWORD, const char* pszFilter)
 
 TEST_F(PathLine, ACallbackMayFeedThePanes)
 {
-    m_callbacks.pfnHostFilter = feedAndFilter;
+    const auto pfnFilter = std::exchange(m_callbacks.pfnHostFilter, feedAndFilter);
     open();
     s_hwndFed = m_hwnd;
     feedHost({"f"});
     type(IDC_DANDD_HOSTFILTER, "*.c");
     enter(IDC_DANDD_HOSTFILTER);
     EXPECT_EQ(s_filter, "*.c");
+    m_callbacks.pfnHostFilter = pfnFilter;
     close();
     open();
     feedHost({"f"});

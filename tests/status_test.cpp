@@ -402,69 +402,6 @@ TEST_F(Status, StatusTextIsCutToItsFieldAndStays)
     nXferStatDestroy(hwnd);
 }
 
-// A language module whose strings are as long as the test wants.
-size_t s_cchString;
-std::vector<int> s_bufferSizes;
-int WINAPI fakeLoadString(HINSTANCE, UINT, LPSTR pszBuffer, int cchBuffer)
-{
-    s_bufferSizes.push_back(cchBuffer);
-    const std::string text(std::min(s_cchString, size_t(cchBuffer) - 1), 'm');
-    lstrcpyA(pszBuffer, text.c_str());
-    return int(text.size());
-}
-
-size_t s_cchWritten;
-BOOL WINAPI recordingExtTextOut(HDC, int, int, UINT, const RECT*, LPCSTR, UINT cch, const INT*)
-{
-    s_cchWritten = cch;
-    return TRUE;
-}
-
-TEST_F(Status, StringsHaveRoomForTheirLimits)
-{
-    const struct {
-        int cchBuffer;
-        void (*pfnShow)(HWND);
-        std::vector<int> controls; // none: the text goes onto the bar
-        size_t cchKept;            // what an empty string leaves
-    } cases[] = {
-        {20, [](HWND hwnd) { nXferStatFileInfo(hwnd, "a", "b", 0); }, {IDC_STAT_SIZE}, 0},
-        {80,
-         [](HWND hwnd) { SendMessageA(hwnd, WM_TIMER, 0, 0); },
-         {IDC_STAT_REMAINING, IDC_STAT_TIMELEFT},
-         0},
-        {30, [](HWND hwnd) { nXferStatStartTransfer(hwnd); }, {}, 0},
-        {10, [](HWND hwnd) { vXferStatButtonText(hwnd, 1); }, {IDC_STAT_BUTTON}, 9},
-    };
-    ReplacedImport load(library(), "LoadStringA", fakeLoadString);
-    ReplacedImport write(library(), "ExtTextOutA", recordingExtTextOut);
-    for (size_t cch : {50u, 49u, 0u}) {
-        s_cchString = cch;
-        s_bufferSizes.clear();
-        HWND hwnd = create(0);
-        EXPECT_EQ(s_bufferSizes, std::vector<int>{50});
-        EXPECT_EQ(textOf(hwnd, IDC_STAT_LABEL), std::string(std::min<size_t>(cch, 49), 'm'));
-        nXferStatDestroy(hwnd);
-    }
-    HWND hwnd = create();
-    for (const auto& c : cases) {
-        // Too long by one, exact, and empty behind one that isn't.
-        for (int cch : {c.cchBuffer, c.cchBuffer - 1, 0}) {
-            SCOPED_TRACE(testing::Message() << cch << " characters for " << c.cchBuffer);
-            s_cchString = size_t(cch);
-            s_bufferSizes.clear();
-            c.pfnShow(hwnd);
-            EXPECT_EQ(s_bufferSizes, std::vector<int>{c.cchBuffer});
-            const size_t cchShown = cch == 0 ? c.cchKept : size_t(c.cchBuffer) - 1;
-            for (int id : c.controls) {
-                EXPECT_EQ(textOf(hwnd, id), std::string(cchShown, 'm'));
-            }
-            EXPECT_TRUE(!c.controls.empty() || s_cchWritten == cchShown);
-        }
-    }
-    nXferStatDestroy(hwnd);
-}
-
 TEST_F(Status, ButtonTakesItsCaptions)
 {
     HWND hwnd = create();
@@ -714,13 +651,10 @@ TEST_F(Status, ProcedureAnswersByItsTable)
                  {WM_COMMAND, IDCANCEL, 1, 1},
                  {WM_COMMAND, IDC_STAT_BUTTON, 1, 1},
                  {WM_COMMAND, MAKELONG(IDC_STAT_BUTTON, BN_DOUBLECLICKED), 1, 1},
-                 {WM_COMMAND, IDOK, 0, 0},
                  {WM_COMMAND, IDC_STAT_BAR, 0, 0},
                  {WM_TIMER, 12345, 1, 1},
                  {WM_ERASEBKGND, 0, 0, 1},
                  {WM_PAINT, 0, 0, 1},
-                 {WM_SIZE, 0, 0, 0},
-                 {WM_XFERSTAT_PERCENT, 0, 0, 0},
                  {WM_CLOSE, 0, 1, 1}};
     HelpCalls help;
     ReplacedImport erase(library(), "DefDlgProcA", recordingDefDlgProc);

@@ -1,6 +1,6 @@
 // The message strip: where its boxes are, what is painted into them, and how often.
 #include "../resources/ids.h"
-#include "support/transfer_window.h"
+#include "support/looks.h"
 
 #include <limits.h>
 
@@ -21,9 +21,9 @@ struct Geometry {
     RECT rcStrip, rcText, rcThermo, rcBar;
 };
 
-class Strip : public TransferTest {
+class Strip : public PaneWindow {
 protected:
-    Strip() : m_clock(krhaul(), "GetTickCount", fakeTickCount)
+    Strip() : m_clock(library(), "GetTickCount", fakeTickCount)
     {
         s_dwNow = 100000;
         HDC hdc = GetDC(nullptr);
@@ -141,7 +141,7 @@ TEST_F(Strip, ClipsItsTextsToTheirBoxes)
     // The number, as the string of the language has it.
     for (DWORD dwPosition : {0u, 1u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFEu}) {
         char szExpected[80];
-        wsprintfA(szExpected, stringOf(m_hEnglish, IDS_THERMO_COUNT).c_str(), dwPosition);
+        wsprintfA(szExpected, english(IDS_THERMO_COUNT).c_str(), dwPosition);
         vXferDandDUpdateThermometer(m_hwnd, LONG(dwPosition));
         drawn = texts.of(m_hwnd);
         ASSERT_EQ(drawn.size(), 2u);
@@ -247,9 +247,9 @@ BOOL WINAPI checkingDeleteObject(HGDIOBJ h)
 TEST_F(Strip, NoPenIsDeletedWhileItIsSelected)
 {
     create();
-    ReplacedImport make(krhaul(), "CreatePen", failingCreatePen);
-    ReplacedImport select(krhaul(), "SelectObject", notingSelectObject);
-    ReplacedImport drop(krhaul(), "DeleteObject", checkingDeleteObject);
+    ReplacedImport make(library(), "CreatePen", failingCreatePen);
+    ReplacedImport select(library(), "SelectObject", notingSelectObject);
+    ReplacedImport drop(library(), "DeleteObject", checkingDeleteObject);
     s_nPen = 0;
     s_selected = nullptr;
     InvalidateRect(m_hwnd, nullptr, FALSE);

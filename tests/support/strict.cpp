@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <set>
 #include <utility>
 
@@ -81,6 +82,17 @@ LRESULT selectWithoutScrolling(HWND hwnd, WPARAM wParam, LPARAM lParam)
     return nResult;
 }
 
+// Not every version keeps room for a line in an edit that has none.
+LRESULT formattingRect(HWND hwnd, LPARAM lParam)
+{
+    RECT rc;
+    auto prc = reinterpret_cast<RECT*>(lParam);
+    const LRESULT nResult = SendMessageA(hwnd, EM_GETRECT, 0, lParam);
+    GetClientRect(hwnd, &rc);
+    prc->bottom = std::max(prc->top, std::min(prc->bottom, rc.bottom));
+    return nResult;
+}
+
 LRESULT moveCaret(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
     if (LONG(wParam) == -1 && SendMessageA(hwnd, LB_GETCURSEL, 0, 0) == LB_ERR) {
@@ -99,6 +111,9 @@ LRESULT WINAPI strictSendMessage(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM
     }
     if (uMessage == EM_SETSEL && isOfClass(hwnd, "Edit", ES_MULTILINE)) {
         return selectWithoutScrolling(hwnd, wParam, lParam);
+    }
+    if (uMessage == EM_GETRECT && isOfClass(hwnd, "Edit", ES_MULTILINE)) {
+        return formattingRect(hwnd, lParam);
     }
     if (uMessage == LB_SETCARETINDEX && !isOfClass(hwnd, "ListBox", LBS_EXTENDEDSEL)) {
         return moveCaret(hwnd, uMessage, wParam, lParam);

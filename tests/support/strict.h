@@ -13,7 +13,7 @@
 // Serves the library for as long as the object lives, and fails the test at its end for calls that
 // some version of the platform doesn't forgive:
 // - Texts of the system come in the system's own language (0) alone.
-// - A multi-line edit scrolls to its selection by EM_SCROLLCARET alone, and never past its last
+// - A multi-line edit scrolls to its selection by EM_SCROLLCARET alone, and can be too low for a
 //   line.
 // - A single-selection list without a selected row takes LB_SETCARETINDEX with -1, and scrolls to
 //   it.
