@@ -1,4 +1,5 @@
 @echo off
+rem check.cmd [PROGRAMS]
 rem Runs the test programs in this folder one after the other on this Windows, and leaves
 rem report.txt, to be sent in. Don't use mouse and keyboard meanwhile: the tests do. A program
 rem that doesn't come to an end counts as failed when you close it.
@@ -12,7 +13,9 @@ echo KRHAUL @PROJECT_VERSION@, check of the library on this machine> report.txt
 ver>> report.txt
 echo %PROCESSOR_ARCHITECTURE%, %NUMBER_OF_PROCESSORS% processors>> report.txt
 chcp>> report.txt
-for %%p in (*_test.exe) do call :run %%p
+set PROGRAMS=%~1
+if "%PROGRAMS%"=="" set PROGRAMS=*_test.exe
+for %%p in (%PROGRAMS%) do call :run %%p
 set RESULT=%PASSED% passed, %FAILED% failed, %SKIPPED% skipped; programs that ended with an error: %BROKEN%
 echo.>> report.txt
 echo %RESULT%>> report.txt
