@@ -117,12 +117,14 @@ def start_display():
         command = ["chroot", ROOT, *command, "-nolock"]
     elif not shutil.which("Xvfb"):
         raise Failure("a virtual display is needed: install the package xvfb")
-    start(command, pass_fds=[writer], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-    os.close(writer)
-    with os.fdopen(reader) as answer:
+    with tempfile.TemporaryFile() as errors, os.fdopen(reader) as answer:
+        start(command, pass_fds=[writer], stdout=subprocess.DEVNULL, stderr=errors)
+        os.close(writer)
         number = answer.readline().strip()
-    if not number:
-        raise Failure("the virtual display did not start")
+        if not number:
+            errors.seek(0)
+            problem = " ".join(errors.read().decode(errors="replace").split())
+            raise Failure("the virtual display did not start: " + problem[-200:])
     os.environ["DISPLAY"] = ":" + number
 
 
