@@ -151,8 +151,11 @@ def folders_to_show(words):
 def fill_namespace(words):
     """Shows in the Wine root what its programs need to see of this machine."""
     if not os.environ.get("DISPLAY"):
-        os.makedirs("/tmp/.X11-unix", exist_ok=True)
-        mount("-t", "tmpfs", "tmpfs", "/tmp/.X11-unix")
+        sockets = "/tmp/.X11-unix"
+        if not os.path.isdir(sockets):
+            os.mkdir(sockets)
+            os.chmod(sockets, 0o1777)
+        mount("-t", "tmpfs", "tmpfs", sockets)
     for path in ("/proc", "/dev", *folders_to_show(words)):
         os.makedirs(ROOT + path, exist_ok=True)
         mount("--rbind", path, ROOT + path)
