@@ -67,7 +67,7 @@ const char* nameOf(int nAction)
     return "unknown action";
 }
 
-// The help file of a program has its name and stands beside it.
+// The help file of a program has its name and is beside it.
 bool findHelpFile(char (&szFile)[MAX_PATH])
 {
     DWORD cch = GetModuleFileNameA(nullptr, szFile, MAX_PATH);

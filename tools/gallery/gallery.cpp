@@ -77,7 +77,7 @@ HWND makeWindow(HMODULE hModule, const char* pszCode, const std::string& name)
     return CreateDialogParamA(hModule, name.c_str(), nullptr, bareProc, 0);
 }
 
-// What pfnFill adds is lost when the window is painted anew.
+// What pfnFill adds is lost when the window is repainted.
 bool takeWindow(HWND hwnd, const std::string& file, void (*pfnFill)(HWND))
 {
     RECT rc;
@@ -188,7 +188,7 @@ int main(int argc, char** argv)
     char self[MAX_PATH];
     GetModuleFileNameA(nullptr, self, sizeof self);
     bool fAll = argc > 3 && SetCurrentDirectoryA(argv[2]);
-    // The pointer stands in no picture.
+    // Keeps the pointer out of the pictures.
     SetCursorPos(GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN));
     if (fAll && argv[3][0] == '-')
         return takeWindows(argv[1], argv[3]) ? 0 : 1;
