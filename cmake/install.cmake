@@ -49,7 +49,7 @@ function(krhaul_add_symbols)
     install(FILES ${symbols} DESTINATION lib)
 endfunction()
 
-# The blocks of C code of a page, one behind the other.
+# The blocks of C code of a page, joined.
 function(krhaul_code_of page output)
     file(READ ${page} rest)
     set(code "")

@@ -383,9 +383,32 @@ INT_PTR CALLBACK fDlgXferStatProc(HWND hdlgStat, UINT uMessage, WPARAM wParam, L
 #define XFERTYPE_AUTOMATIC 3 /**< The caller decides for each file. */
 /**@}*/
 
-/** @name Commands that only the caller can carry out */
+/** @name Commands of the window
+ *  For accelerators and menus of the caller: sent as WM_COMMAND, they do what the menu item does,
+ *  also while that is disabled. Only XFERCMD_REFRESH does nothing by itself: the caller refills
+ *  the host panes. */
 /**@{*/
-#define XFERCMD_REFRESH 228 /**< The user wants the host panes refilled. */
+#define XFERCMD_REMOVEDIR 204     /**< Remove the selected directory. */
+#define XFERCMD_HELP 205          /**< Show help. */
+#define XFERCMD_TRANSFER 206      /**< Send or receive. */
+#define XFERCMD_DELETE 217        /**< Delete files. */
+#define XFERCMD_MAKEDIR 218       /**< Make a directory. */
+#define XFERCMD_RENAME 219        /**< Rename a file. */
+#define XFERCMD_CONFIRM 225       /**< Open the confirmation dialog. */
+#define XFERCMD_REFRESH 228       /**< The user wants the host panes refilled. */
+#define XFERCMD_TYPEAUTO 241      /**< Select #XFERTYPE_AUTOMATIC. */
+#define XFERCMD_TYPETEXT 242      /**< Select #XFERTYPE_TEXT. */
+#define XFERCMD_TYPEBINARY 243    /**< Select #XFERTYPE_BINARY. */
+#define XFERCMD_COMMANDLINE 244   /**< Change to #XFERVIEW_COMMANDLINE. */
+#define XFERCMD_TWOPANE 245       /**< Change to #XFERVIEW_TWOPANE. */
+#define XFERCMD_VIEW 246          /**< View files. */
+#define XFERCMD_DETAILS 247       /**< Show details of files. */
+#define XFERCMD_CHANGEDIR 248     /**< Change the directory. */
+#define XFERCMD_COPY 249          /**< Copy the selection of the log. */
+#define XFERCMD_SAVESELECTION 250 /**< Save the selection of the log. */
+#define XFERCMD_SELECTALL 251     /**< Select all of the log. */
+#define XFERCMD_HELPSEARCH 252    /**< Search for help. */
+#define XFERCMD_STOP 256          /**< Stop: sends WM_COMMAND with IDABORT. */
 /**@}*/
 
 /** @name Confirmation flags

@@ -183,7 +183,7 @@ size_t findText(const Bytes& bytes, const std::wstring& text)
     return found == bytes.end() ? 0 : static_cast<size_t>(found - bytes.begin());
 }
 
-// A control's id stands before the number of its class.
+// A control's id precedes the number of its class.
 size_t findControl(const Bytes& bytes, WORD id)
 {
     for (size_t pos = 18; pos + 6 <= bytes.size(); pos += sizeof(WORD))
@@ -277,8 +277,8 @@ Change setText(std::wstring from, std::wstring to)
     }};
 }
 
-// The word that stands some bytes before a text. A menu item is its flags, its id and its text;
-// a popup has no id. The size of a font stands before its name.
+// The word some bytes before a text. A menu item consists of its flags, its id and its text; a
+// popup has no id. The size of a font precedes its name.
 constexpr int LAST = -2;
 constexpr int LAST_BUT_ONE = -4;
 
@@ -399,7 +399,7 @@ const Break BREAKS[] = {
     {"DLGCOPY: IDC_COPY_RECEIVE * must not begin a group", setStyle(IDC_COPY_RECEIVE, 0, WS_GROUP)},
     {"DLGCOPY: IDC_COPY_SEND * begins a group of radio buttons that must have one tab stop",
      setStyle(IDC_COPY_RECEIVE, 0, WS_TABSTOP)},
-    {"DLGVIEW: IDOK (\"OK\") must begin a group, being behind radio buttons",
+    {"DLGVIEW: IDOK (\"OK\") must begin a group, because it follows radio buttons",
      setStyle(IDOK, WS_GROUP, 0)},
     // mnemonics
     {"DLGVIEW: the mnemonic H is used twice", setText(L"H&ost", L"&Host")},
@@ -507,7 +507,7 @@ void writeFile(const std::string& file, const Bytes& bytes)
                  static_cast<std::streamsize>(bytes.size()));
 }
 
-// The directory of resources has the name behind its length. A last letter that is one higher
+// In the directory of resources a name follows its length. A last letter that is one higher
 // keeps the order of the names. (Wine's UpdateResource can't take a resource out.)
 Change renameResource(const std::string& name)
 {
@@ -584,19 +584,19 @@ TEST_F(LanguageModule, OneThatCannotBeCheckedIsReported)
     EXPECT_EQ(check({}, &reports), 2u);
 }
 
-// Whatever stands in the section of resources, the check comes to its end.
+// Whatever the section of resources holds, the check finishes.
 TEST_F(LanguageModule, GarbledResourcesAreSurvived)
 {
     constexpr int FILES = 100;
     const Bytes whole = readFile(MODULE_FILE);
-    const size_t start = findText(whole, L"DLGCHDIR"); // among the names, behind the directory
+    const size_t start = findText(whole, L"DLGCHDIR"); // among the names, after the directory
     std::vector<std::string> files;
     std::vector<Lines> reports;
     std::mt19937 random(FILES);
     ASSERT_NE(start, 0u);
     for (int i = 0; i < FILES; i++) {
         Bytes bytes = whole;
-        const size_t first = i % 2 ? 0x200 : start; // the whole section, or what lies behind
+        const size_t first = i % 2 ? 0x200 : start; // the whole section, or all after that
         for (int changes = 0; changes < 1 << i % 12; changes++)
             bytes[first + random() % (bytes.size() - first)] = static_cast<BYTE>(random());
         files.push_back(copyOf(MODULE_FILE));

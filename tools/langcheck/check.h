@@ -37,7 +37,7 @@ std::string stringName(const Check& check, const StringRow& row);
 std::string stringName(const Check& check, const CommandRow& row);
 std::string stringName(const Check& check, UINT id);
 
-// The letters behind each single "&" of a text, in upper case.
+// The letters after each single "&" of a text, in upper case.
 std::string mnemonicsOf(const std::string& text);
 
 // The first of them; 0 if the text has none.

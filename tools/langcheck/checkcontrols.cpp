@@ -67,8 +67,8 @@ char controlMnemonic(const Control& control)
     return mayHaveMnemonic(control) ? mnemonicOf(control.text) : '\0';
 }
 
-// Texts that show what the user or the code fills in have no mnemonic, and a label reaches
-// over them to the control behind.
+// Texts that the user or the code fills in have no mnemonic, and a label belongs to the control
+// after them.
 int labelOf(const Dialog& dialog, size_t index)
 {
     while (index > 0) {
@@ -172,7 +172,7 @@ void checkTabStop(const Subject& subject, const Control& control)
 }
 
 // Radio buttons that follow each other are one group: it begins with the first one, ends
-// before the next control, and has one tab stop. Returns the index behind the group.
+// before the next control, and has one tab stop. Returns the index after the group.
 size_t checkRadioGroup(const Subject& subject, size_t first)
 {
     const std::vector<Control>& controls = subject.dialog.controls;
@@ -191,7 +191,7 @@ size_t checkRadioGroup(const Subject& subject, size_t first)
     if (tabStops != 1)
         report(first, "begins a group of radio buttons that must have one tab stop");
     if (end < controls.size() && !(controls[end].style & WS_GROUP))
-        report(end, "must begin a group, being behind radio buttons");
+        report(end, "must begin a group, because it follows radio buttons");
     return end;
 }
 

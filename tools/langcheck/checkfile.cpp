@@ -6,7 +6,7 @@ namespace langcheck {
 
 namespace {
 
-// The library knows a module by its language code alone, which stands in the name.
+// The library finds a module by the language code in its name.
 bool isModuleName(const std::string& name)
 {
     constexpr size_t CCH_FIXED = 7;

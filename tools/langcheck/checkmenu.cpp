@@ -91,7 +91,7 @@ void checkItemText(Check* check, const std::string& where, const MenuItem& item)
         found(check, "%s: \"%s\" has a line end", where.c_str(), item.text.c_str());
 }
 
-// A separator stands between two commands.
+// A separator has a command before and after it.
 void checkSeparators(Check* check, const std::string& where, const std::vector<MenuItem>& level)
 {
     for (size_t i = 0; i < level.size(); i++) {

@@ -6,7 +6,7 @@ namespace langcheck {
 
 namespace {
 
-// The placeholders of a format text, one behind the other as they stand there.
+// The placeholders of a format text, joined, as they are written.
 std::string placeholdersIn(const std::string& text)
 {
     std::string all;

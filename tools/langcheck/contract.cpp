@@ -218,8 +218,8 @@ const ControlRow FILEOPEN_CONTROLS[] = {
 
 // No step of the code shows the two modeless windows, so they have to be visible themselves.
 const StyleRule VISIBLE = {WS_VISIBLE, WS_VISIBLE, "WS_VISIBLE"};
-// The layout moves the controls without redraw and then repaints the window once, with all that
-// stands on it.
+// The layout moves the controls without redraw and then repaints the window with everything on it
+// once.
 const StyleRule REPAINTED = {WS_VISIBLE | WS_CLIPCHILDREN, WS_VISIBLE,
                              "WS_VISIBLE, no WS_CLIPCHILDREN"};
 const StyleRule MODAL = {WS_CHILD, 0, "WS_CHILD"};
@@ -241,7 +241,7 @@ const OverlapRow OVERLAP_ROWS[] = {
     // Command line mode puts the log elsewhere, two-pane mode hides the other two.
     {"DLGDANDD", IDC_DANDD_INFOLINE, IDC_DANDD_COMMANDLABEL},
     {"DLGDANDD", IDC_DANDD_INFOLINE, IDC_DANDD_COMMANDLINE},
-    // The list of file types and its label may stand behind the last toolbar button.
+    // The list of file types and its label may be next to the last toolbar button.
     {"DLGDANDD", IDC_DANDD_TOOLBAR, IDC_DANDD_LOCALTYPES},
     {"DLGDANDD", IDC_DANDD_TOOLBAR, UNNAMED},
 };

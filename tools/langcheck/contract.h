@@ -59,7 +59,7 @@ enum Kind {
     KINDS
 };
 
-// The bits of mask must stand as in value.
+// The bits in mask must be as in value.
 struct StyleRule {
     DWORD mask;
     DWORD value;
@@ -99,8 +99,8 @@ struct TemplateRow {
     Table<ControlRow> controls;
 };
 
-// Two controls of one template that may lie on each other: the code never shows both, or one
-// stands on the other. UNNAMED is any control without an id of its own.
+// Two controls of one template that may overlap: the code never shows both, or one is on top of
+// the other. UNNAMED is any control without an id of its own.
 struct OverlapRow {
     const char* templateName;
     WORD id1;

@@ -56,7 +56,7 @@ Bytes bytesOf(const Image& image, const IMAGE_SECTION_HEADER& section)
     return {image.file.data() + section.PointerToRawData, section.SizeOfRawData};
 }
 
-// What lies in the file from an address of the loaded module to the end of its section.
+// The bytes from an address of the loaded module to the end of its section.
 Bytes bytesFrom(const Image& image, DWORD address)
 {
     for (const IMAGE_SECTION_HEADER& section : sectionsOf(image)) {
@@ -165,7 +165,7 @@ namespace {
 
 constexpr DWORD POINTS_ON = 0x80000000; // to a name, or to a directory one level down
 
-// The name of an entry is a number, or a text behind its length.
+// The name of an entry is a number, or a text that follows its length.
 bool isNamed(Bytes tree, DWORD entryName, const char* wanted)
 {
     if (IS_INTRESOURCE(wanted))

@@ -1,5 +1,5 @@
-// KRLANGCHK, the check of language modules for those who make them. The English module stands in
-// its own resources.
+// KRLANGCHK, the checker of language modules for those who make them. Its own resources hold the
+// English texts.
 #include "contract.h"
 
 #include <stdio.h>

@@ -115,8 +115,8 @@ bool isUtf8(const std::string& bytes)
     return hasLong;
 }
 
-// The one text of a language that by chance is UTF-8 too would have to be made of such letters as
-// no code page holds together.
+// A text that is meant as it is hardly ever happens to be valid UTF-8. Where it does, it decodes to
+// letters that no code page has.
 bool isMisreadUtf8(const std::wstring& wide)
 {
     static const UINT COMPILERS_CODE_PAGES[] = {1252, 1250, 1251, 1253, 1254,
@@ -147,7 +147,7 @@ std::string readText(Reader* reader)
     return convert(wide, reader->bad);
 }
 
-// A name, or the number 0xFFFF with a number behind it, which becomes "#number".
+// A name, or the number 0xFFFF followed by a number, which becomes "#number".
 std::string readName(Reader* reader)
 {
     const size_t start = reader->pos;
@@ -262,7 +262,7 @@ ReadResult readMenu(const Image& image, const char* name, std::vector<MenuItem>*
     return reader.isShort ? ReadResult::BROKEN : ReadResult::OK;
 }
 
-// Sixteen strings make a block, each behind its length.
+// A block has sixteen strings, each of which follows its length.
 std::string readString(const Image& image, UINT id, BadTexts* bad)
 {
     Reader reader;
