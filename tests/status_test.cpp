@@ -1,6 +1,7 @@
 // The status window: its slots, its calls, its figures and its procedure.
 #include "../include/krhaul.h"
 #include "../resources/ids.h"
+#include "support/clock.h"
 #include "support/help.h"
 #include "support/input.h"
 #include "support/ledger.h"
@@ -16,13 +17,6 @@ namespace {
 HMODULE library()
 {
     return GetModuleHandleA("KRHAUL.DLL");
-}
-
-// The clock of the library, set by the test.
-DWORD s_dwNow;
-DWORD WINAPI fakeTickCount()
-{
-    return s_dwNow;
 }
 
 // The timers of the library: id and window of those that run.
@@ -61,11 +55,9 @@ HDC WINAPI windowsDC(HWND hwnd)
 class Status : public testing::Test {
 protected:
     Status()
-        : m_clock(library(), "GetTickCount", fakeTickCount),
-          m_setTimer(library(), "SetTimer", fakeSetTimer),
+        : m_setTimer(library(), "SetTimer", fakeSetTimer),
           m_killTimer(library(), "KillTimer", fakeKillTimer), m_getDC(library(), "GetDC", windowsDC)
     {
-        s_dwNow = 5000;
         s_timers.clear();
         s_fTimersFail = false;
         s_cTimersSet = 0;
@@ -94,7 +86,7 @@ protected:
 
     void tickAfter(HWND hwnd, DWORD dwMs)
     {
-        s_dwNow += dwMs;
+        FakeClock::s_dwNow += dwMs;
         SendMessageA(hwnd, WM_TIMER, 0, 0);
     }
 
@@ -104,7 +96,8 @@ protected:
 private:
     StrictPlatform m_strict;
     Ledger m_ledger;
-    ReplacedImport m_clock, m_setTimer, m_killTimer, m_getDC;
+    FakeClock m_clock{5000};
+    ReplacedImport m_setTimer, m_killTimer, m_getDC;
 };
 
 // The boxes that were asked of KRUTILS; the module still has the text when one is shown.
@@ -317,7 +310,7 @@ TEST_F(Status, TickTurnsValuesIntoFigures)
         SCOPED_TRACE(testing::Message()
                      << tick.cbCount << " of " << tick.cbSize << " in " << tick.dwMs);
         // The clock runs over the end of the counter meanwhile.
-        s_dwNow = 0xFFFFFF00;
+        FakeClock::s_dwNow = 0xFFFFFF00;
         HWND hwnd = create();
         for (int id : {IDC_STAT_RATE, IDC_STAT_REMAINING, IDC_STAT_TIMELEFT}) {
             SetDlgItemTextA(hwnd, id, KEPT);
@@ -363,7 +356,7 @@ TEST_F(Status, StartAndEndRunOneTimer)
     EXPECT_EQ(nXferStatStartTransfer(hwnd), XFER_OK);
     EXPECT_EQ(s_timers.size(), 1u);
     nXferStatCountInfo(hwnd, 40);
-    s_dwNow += 2000;
+    FakeClock::s_dwNow += 2000;
     EXPECT_EQ(nXferStatEndTransfer(hwnd), XFER_OK);
     EXPECT_EQ(textOf(hwnd, IDC_STAT_ELAPSED), "00:00:02");
     EXPECT_EQ(textOf(hwnd, IDC_STAT_RATE), "20");
