@@ -66,15 +66,20 @@ protected:
     }
     ~Status() override
     {
+        for (HWND hwnd : m_windows) {
+            nXferStatDestroy(hwnd);
+        }
         EXPECT_EQ(Ledger::owed(), "");
         EXPECT_TRUE(s_timers.empty());
         FreeLibrary(m_hEnglish);
     }
 
+    // Goes with the test, if it is still there.
     HWND create(DWORD dwLabel = 1)
     {
         HWND hwnd = hdlgXferStatCreate("Title", dwLabel, m_parent.hwnd(), 0, 0);
         EXPECT_NE(hwnd, nullptr);
+        m_windows.push_back(hwnd);
         return hwnd;
     }
 
@@ -94,6 +99,7 @@ protected:
     HMODULE m_hEnglish;
 
 private:
+    std::vector<HWND> m_windows;
     StrictPlatform m_strict;
     Ledger m_ledger;
     FakeClock m_clock{5000};
@@ -253,7 +259,6 @@ TEST_F(Status, CreationFailuresLeaveNothing)
     HWND hwnd = create();
     nXferStatStartTransfer(hwnd);
     EXPECT_EQ(s_timers.count(0), 1u);
-    nXferStatDestroy(hwnd);
 }
 
 TEST_F(Status, FileInfoAndErrorsShowAtOnce)
@@ -273,7 +278,6 @@ TEST_F(Status, FileInfoAndErrorsShowAtOnce)
     nXferStatErrorInfo(hwnd, 0, 0xFFFFFFFF);
     EXPECT_EQ(textOf(hwnd, IDC_STAT_ERRORS1), "0");
     EXPECT_EQ(textOf(hwnd, IDC_STAT_ERRORS2), "4294967295");
-    nXferStatDestroy(hwnd);
 }
 
 constexpr LONG NO_MESSAGE = -1;
@@ -361,7 +365,6 @@ TEST_F(Status, StartAndEndRunOneTimer)
     EXPECT_EQ(textOf(hwnd, IDC_STAT_ELAPSED), "00:00:02");
     EXPECT_EQ(textOf(hwnd, IDC_STAT_RATE), "20");
     EXPECT_TRUE(s_timers.empty());
-    nXferStatDestroy(hwnd);
 }
 
 TEST(StatusTimer, TicksByItselfOnceStarted)
@@ -392,7 +395,6 @@ TEST_F(Status, StatusTextIsCutToItsFieldAndStays)
     hwnd = create();
     tickAfter(hwnd, 0);
     EXPECT_EQ(textOf(hwnd, IDC_STAT_STATUS), longText.substr(0, 79));
-    nXferStatDestroy(hwnd);
 }
 
 TEST_F(Status, ButtonTakesItsCaptions)
@@ -413,7 +415,6 @@ TEST_F(Status, ButtonTakesItsCaptions)
     vXferStatButtonText(hwnd, XFERSTAT_CAPTION_NONE);
     vXferStatButtonText(hwnd, XFERSTAT_CAPTION_STOP);
     EXPECT_FALSE(IsWindowVisible(hwndButton));
-    nXferStatDestroy(hwnd);
 }
 
 TEST_F(Status, NoSlotNoEffect)
@@ -432,7 +433,6 @@ TEST_F(Status, NoSlotNoEffect)
     vXferStatDummy();
     EXPECT_TRUE(IsWindow(m_parent.hwnd()));
     EXPECT_EQ(textOf(hwndOwn, IDC_STAT_SIZE), "");
-    nXferStatDestroy(hwndOwn);
 }
 
 TEST_F(Status, TheCallerGoesOnWhenTheUserClosesTheWindow)
@@ -457,7 +457,6 @@ TEST_F(Status, TheCallerGoesOnWhenTheUserClosesTheWindow)
     EXPECT_EQ(nXferStatDestroy(hwnd), XFER_OK);
     EXPECT_EQ(m_parent.messages(), (std::vector<Message>{{WM_XFERSTAT_CLOSED, 0, 0}}));
     EXPECT_EQ(nXferStatDestroy(hwnd), XFER_NOWINDOW);
-    nXferStatDestroy(hwndNext);
 }
 
 // A caller that destroys the window from inside its last tick or its end, and makes another, which
@@ -598,7 +597,6 @@ TEST_F(Status, HelpAndFocusGoByTheParentOfTheLastWindow)
     SendMessageA(hwnd, WM_XFERSTAT_FOCUSPARENT, 0, 0);
     EXPECT_EQ(GetFocus(), second.hwnd());
     nXferStatDestroy(hwndSecond);
-    nXferStatDestroy(hwnd);
 }
 
 // How a window is painted as an icon: the background that its class has for that, then the icon.
@@ -664,7 +662,6 @@ TEST_F(Status, ProcedureAnswersByItsTable)
     EXPECT_FALSE(IsWindow(hwnd));
     EXPECT_FALSE(IsWindow(hwndIcon));
     nXferStatDestroy(hwndIcon);
-    nXferStatDestroy(hwnd);
 }
 
 // What a caller does that wants to know of Stop and Cancel.
@@ -686,7 +683,6 @@ TEST_F(Status, ASubclassSeesRealPressesOfItsButtons)
         EXPECT_EQ(commands, std::vector<WORD>{WORD(id)});
         EXPECT_TRUE(IsWindow(hwnd));
     }
-    nXferStatDestroy(hwnd);
 }
 
 } // namespace
