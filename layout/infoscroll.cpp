@@ -3,7 +3,7 @@
 
 namespace {
 
-int askInfoLine(HWND hdlgDandD, UINT uMessage)
+int sendInfoLine(HWND hdlgDandD, UINT uMessage)
 {
     return int(SendDlgItemMessageA(hdlgDandD, IDC_DANDD_INFOLINE, uMessage, 0, 0));
 }
@@ -37,7 +37,7 @@ int nXferDandDInfoVisibleLines(HWND hdlgDandD)
 
 int nXferDandDInfoLastTopLine(HWND hdlgDandD, int cLines)
 {
-    int cAll = cLines != 0 ? cLines : askInfoLine(hdlgDandD, EM_GETLINECOUNT);
+    int cAll = cLines != 0 ? cLines : sendInfoLine(hdlgDandD, EM_GETLINECOUNT);
     int nTop = cAll - nXferDandDInfoVisibleLines(hdlgDandD);
     // A log that is too low for a single line can still be scrolled no further than to its last.
     nTop = nTop < cAll ? nTop : cAll - 1;
@@ -49,14 +49,14 @@ int fXferDandDInfoAtEnd(HWND hdlgDandD)
     if (GetFocus() == GetDlgItem(hdlgDandD, IDC_DANDD_INFOLINE)) {
         return 0;
     }
-    return askInfoLine(hdlgDandD, EM_GETFIRSTVISIBLELINE) >=
+    return sendInfoLine(hdlgDandD, EM_GETFIRSTVISIBLELINE) >=
            nXferDandDInfoLastTopLine(hdlgDandD, 0);
 }
 
 void vXferDandDInfoScrollToEnd(HWND hdlgDandD, int cLines)
 {
     int nDifference = nXferDandDInfoLastTopLine(hdlgDandD, cLines) -
-                      askInfoLine(hdlgDandD, EM_GETFIRSTVISIBLELINE);
+                      sendInfoLine(hdlgDandD, EM_GETFIRSTVISIBLELINE);
     if (nDifference != 0) {
         SendDlgItemMessageA(hdlgDandD, IDC_DANDD_INFOLINE, EM_LINESCROLL, 0, nDifference);
     }

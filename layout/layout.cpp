@@ -17,7 +17,7 @@ constexpr LONG CENTRE_HALF = 5;
 constexpr UINT MOVE_FLAGS = SWP_NOZORDER | SWP_NOREDRAW | SWP_NOACTIVATE;
 constexpr UINT STAY_FLAGS = MOVE_FLAGS | SWP_NOSIZE | SWP_NOMOVE;
 
-// The closed drive list is this many times as high when it is dropped down.
+// Height of the opened drive list, as a multiple of the closed one.
 constexpr int DROPDOWN_FACTOR = 10;
 
 // The place of the log in command line mode: past both sides of the client area, from below the
@@ -77,7 +77,7 @@ RECT edgesOf(const References* pReferences, const XferAnchorSet* pSet)
             edgeOf(pReferences, pSet->bBottom, &RECT::bottom, &RECT::top)};
 }
 
-// A control's place in client coordinates of the window.
+// The rectangle of a control in client coordinates of the window.
 RECT placeOf(HWND hdlgDandD, HWND hwndControl)
 {
     RECT rc = {};
@@ -114,7 +114,7 @@ void moveRow(HWND hdlgDandD, const References* pReferences, const XferLayoutRow*
                  MOVE_FLAGS);
 }
 
-// The height of a combo box is that of its dropped down list.
+// The height of a combo box is that of its opened list.
 void setDropDownHeight(HWND hdlgDandD)
 {
     HWND hwndDrives = GetDlgItem(hdlgDandD, IDC_DANDD_LOCALDRIVES);
@@ -153,7 +153,7 @@ void showRow(HWND hdlgDandD, const XferLayoutRow* pRow, int nMode)
 
 } // namespace
 
-// Fields of a set: in mode, top, bottom, left, right.
+// Fields of a set: whether the control is in the mode, then top, bottom, left, right.
 const XferLayoutRow g_xferLayoutRows[XFERLAYOUT_ROWS] = {
     {IDC_DANDD_LOCALFILTERLABEL, {{1, CLIENT, FAR_CLIENT, FAR_CENTRE, CENTRE}, ABSENT}},
     {IDC_DANDD_LOCALFILTER, {{1, CLIENT, FAR_CLIENT, CENTRE, CLIENT}, ABSENT}},

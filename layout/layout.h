@@ -39,7 +39,7 @@ struct XferLayout {
 // puts them.
 void vXferDandDCaptureLayout(HWND hdlgDandD, XferLayout* pLayout);
 
-// Places and shows the controls of a mode, 0 or 1, and hides the others; one repaint.
+// Moves and shows the controls of a mode, 0 or 1, and hides the others, with one repaint.
 void vXferDandDApplyLayout(HWND hdlgDandD, const XferLayout* pLayout, int nMode);
 
 #endif

@@ -10,7 +10,7 @@ constexpr LONG FIRST_CAPACITY = 4;
 constexpr LONG FIRST_GROWBY = 16;
 constexpr UINT BLOCK_FLAGS = GMEM_MOVEABLE | GMEM_ZEROINIT;
 
-// Bytes of a list with room for so many rows; 0 if they can't be counted in 32 bits.
+// Size of a list with room for this number of rows, in bytes; 0 if that exceeds 32 bits.
 SIZE_T cbOfList(LONG cRows)
 {
     uint64_t cb = sizeof(XferFileListHeader) + uint64_t(cRows) * sizeof(shared::FileListRow);
@@ -36,8 +36,8 @@ void clearCell(shared::FileListRow* pRow, LONG nColumn)
     pRow->values[nColumn] = 0;
 }
 
-// Brings a cell into use and empties it. Gives its row, or null for a cell that the list
-// can't have: the list came by value, so it must not grow here and move away.
+// Brings a cell into use and empties it. Returns its row, or null for a cell beyond the capacity:
+// the list was passed by value, so it must not grow here and move.
 shared::FileListRow* openCell(XferFileList list, LONG nRow, LONG nColumn)
 {
     if (list == nullptr || nRow < 0 || nRow >= list->cCapacity || !isColumn(nColumn)) {

@@ -1,5 +1,5 @@
 // The file list container: its block in memory, and the calls that only this library uses.
-// The exported calls stand in krhaul.h.
+// The exported calls are in krhaul.h.
 #ifndef SHARED_FILELIST_H
 #define SHARED_FILELIST_H
 
@@ -26,7 +26,7 @@ struct XferFileListHeader {
     LONG cCapacity;
     LONG cUsed;
     LONG cGrowBy;
-    shared::FileListRow* pRows; // set anew whenever the block has moved
+    shared::FileListRow* pRows; // set again whenever the block has moved
 };
 
 static_assert(sizeof(shared::FileListRow) == 16, "a row is four 32-bit words");
@@ -38,8 +38,7 @@ static_assert(offsetof(XferFileListHeader, cUsed) == 4, "the rows in use follow 
 static_assert(offsetof(XferFileListHeader, cGrowBy) == 8, "the growth follows them");
 static_assert(offsetof(XferFileListHeader, pRows) == 12, "the address of the rows comes last");
 
-// Makes a list of one row with a text in one column. Gives 1, or 0 with no list made and
-// *pList 0.
+// Makes a list of one row with a text in one column. Returns 1, or 0 with no list and *pList 0.
 int XferFileListCreateOne(XferFileList* pList, LONG nColumn, const char* pszText);
 
 // Empties the cells of some rows and frees their texts.

@@ -2,20 +2,10 @@
 #ifndef SHARED_HELP_H
 #define SHARED_HELP_H
 
-#include <windows.h>
+#include "include/krhaul.h"
 
-enum HelpContext : DWORD {
-    XFERHELP_VIEW = 801,
-    XFERHELP_CHANGEDIR = 802,
-    XFERHELP_TRANSFER = 812,
-    XFERHELP_DELETE = 813,
-    XFERHELP_RENAME = 814,
-    XFERHELP_COPY = 815,
-    XFERHELP_MAKEDIR = 816,
-    XFERHELP_REMOVEDIR = 817,
-    XFERHELP_CONFIRM = 818,
-    XFERHELP_STATUS = 990,
-};
+// One of the XFERHELP_ numbers.
+using HelpContext = DWORD;
 
 namespace shared {
 

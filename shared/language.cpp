@@ -9,7 +9,7 @@ constexpr char FILENAME_START[] = "XFR";
 constexpr char FILENAME_END[] = ".DLL";
 constexpr char ERROR_CAPTION[] = "Korvalen";
 
-// A module is never half loaded: the handle is stored, 0 included, before the result is told.
+// The handle is stored in any case, so that it is 0 after a failure.
 int storeModule(HMODULE* phModule, const char* pszLanguage)
 {
     *phModule = XferLoadLanguageModule(pszLanguage);

@@ -4,8 +4,8 @@
 
 namespace shared {
 
-// Whether the platform's major version is 4 or later. It is queried on every call, because it
-// counts at the moment when a window is created.
+// Whether the platform's major version is 4 or later. Queried on every call: what counts is
+// the version at the creation of a window.
 bool isVersion4();
 
 } // namespace shared

@@ -38,20 +38,24 @@ void closeBar(const Bar* pBar)
     ReleaseDC(pBar->hwnd, pBar->hdc);
 }
 
+struct Text {
+    int x;
+    const char* psz;
+};
+
 // Fills a part of the bar and writes the part of the text that lies in it.
-void paintPart(const Bar* pBar, const RECT* prc, HBRUSH hbr, COLORREF clrText, int x,
-               const char* pszText)
+void paintPart(const Bar* pBar, const RECT* prc, HBRUSH hbr, COLORREF clrText, const Text& text)
 {
     FillRect(pBar->hdc, prc, hbr);
     SetTextColor(pBar->hdc, clrText);
-    ExtTextOutA(pBar->hdc, x, TEXT_TOP, ETO_CLIPPED, prc, pszText, UINT(lstrlenA(pszText)),
+    ExtTextOutA(pBar->hdc, text.x, TEXT_TOP, ETO_CLIPPED, prc, text.psz, UINT(lstrlenA(text.psz)),
                 nullptr);
 }
 
-void paintEmptyPart(const Bar* pBar, const RECT* prc, int x, const char* pszText)
+void paintEmptyPart(const Bar* pBar, const RECT* prc, const Text& text)
 {
     HBRUSH hbr = CreateSolidBrush(GetSysColor(COLOR_WINDOW));
-    paintPart(pBar, prc, hbr, BLACK, x, pszText);
+    paintPart(pBar, prc, hbr, BLACK, text);
     DeleteObject(hbr);
 }
 
@@ -83,7 +87,7 @@ void status::paintEmptyBar(const Ref& ref)
     }
     LoadStringA(ref.pSlot->hLanguage, IDS_NOT_KNOWN, szText, sizeof szText);
     int x = (bar.rc.right - bar.rc.left - widthOfText(bar.hdc, szText)) / 2;
-    paintEmptyPart(&bar, &bar.rc, x, szText);
+    paintEmptyPart(&bar, &bar.rc, {x, szText});
     closeBar(&bar);
 }
 
@@ -99,7 +103,7 @@ void status::paintBar(const Ref& ref, DWORD nPercent)
     RECT rcFilled = bar.rc;
     RECT rcRest = bar.rc;
     rcFilled.right = rcRest.left = fillEdge(&bar.rc, nPercent);
-    paintPart(&bar, &rcFilled, HBRUSH(GetStockObject(GRAY_BRUSH)), WHITE, x, szText);
-    paintEmptyPart(&bar, &rcRest, x, szText);
+    paintPart(&bar, &rcFilled, HBRUSH(GetStockObject(GRAY_BRUSH)), WHITE, {x, szText});
+    paintEmptyPart(&bar, &rcRest, {x, szText});
     closeBar(&bar);
 }

@@ -63,7 +63,7 @@ INT_PTR onHelp(HWND, WPARAM, LPARAM)
     return 1;
 }
 
-// Cancel and the caption button are swallowed: a caller that subclasses the window sees them.
+// Cancel and the caption button do nothing here: a caller that subclasses the window sees them.
 INT_PTR onCommand(HWND hdlgStat, WPARAM wParam, LPARAM lParam)
 {
     switch (LOWORD(wParam)) {

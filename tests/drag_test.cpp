@@ -203,10 +203,17 @@ protected:
     }
 
     // The window's thread must be asked for points before the user begins.
+    // In view, however deep the tests' folder lies below others in the list.
     POINT pointOf(int idList, const std::string& row) const
     {
-        RECT rc;
-        tell(idList, LB_GETITEMRECT, WPARAM(rowOf(idList, row)), LPARAM(&rc));
+        const WPARAM nRow = WPARAM(rowOf(idList, row));
+        RECT rc, rcList;
+        GetClientRect(item(idList), &rcList);
+        if (tell(idList, LB_GETITEMRECT, nRow, LPARAM(&rc)) == LB_ERR ||
+            rc.bottom > rcList.bottom) {
+            tell(idList, LB_SETTOPINDEX, nRow);
+            tell(idList, LB_GETITEMRECT, nRow, LPARAM(&rc));
+        }
         return at(idList, rc.left + 20, (rc.top + rc.bottom) / 2);
     }
     POINT at(int idControl, LONG x, LONG y) const

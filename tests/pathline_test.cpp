@@ -127,6 +127,7 @@ Strings s_asked;
 DWORD s_dwVersion;
 std::vector<int> s_drives;
 int s_nChangeDrive;
+int s_nDrive; // of the process
 
 DWORD WINAPI fakeLogicalDrives()
 {
@@ -156,7 +157,13 @@ DWORD WINAPI fakeVersion()
 int fakeChdrive(int nDrive)
 {
     s_drives.push_back(nDrive);
+    s_nDrive = s_nChangeDrive == 0 ? nDrive : s_nDrive;
     return s_nChangeDrive;
+}
+
+int fakeGetdrive()
+{
+    return s_nDrive;
 }
 
 class Drives : public PaneWindow {
@@ -166,6 +173,7 @@ protected:
         s_asked.clear();
         s_drives.clear();
         s_nChangeDrive = 0;
+        s_nDrive = 3;
     }
     std::string shownDrive() const
     {
@@ -178,6 +186,7 @@ private:
     ReplacedImport m_type{library(), "GetDriveTypeA", fakeDriveType};
     ReplacedImport m_volume{library(), "GetVolumeInformationA", fakeVolume};
     ReplacedImport m_chdrive{library(), "_chdrive", fakeChdrive};
+    ReplacedImport m_getdrive{library(), "_getdrive", fakeGetdrive};
 };
 
 TEST_F(Drives, EachKindHasItsRow)

@@ -593,6 +593,11 @@ TEST_F(Status, HelpAndFocusGoByTheParentOfTheLastWindow)
         EXPECT_EQ(call.uCommand, UINT(HELP_CONTEXT));
         EXPECT_EQ(call.data, 990u);
     }
+    {
+        HelpCalls shownByKrutils(nullptr);
+        SendMessageA(hwnd, WM_XFER_HELP, 0, 0);
+        EXPECT_TRUE(shownByKrutils.take().empty());
+    }
     SetFocus(hwnd);
     SendMessageA(hwnd, WM_XFERSTAT_FOCUSPARENT, 0, 0);
     EXPECT_EQ(GetFocus(), second.hwnd());

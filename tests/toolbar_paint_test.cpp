@@ -1,5 +1,7 @@
 // The looks of the toolbar, pixel by pixel, and the drawing objects behind them.
 #include "../resources/ids.h"
+#include "../toolbar/bitmap.h"
+#include "../toolbar/objects.h"
 #include "../toolbar/paint.h"
 #include "support/ledger.h"
 #include "support/picture.h"

@@ -16,14 +16,14 @@ LONG stepOf(const XferToolButton* pButton)
     return toolbar::hasStyle(pButton, TOOLSTYLE_SEPARATOR) ? pButton->iPicture : TOOL_STEP;
 }
 
-// Bytes of a record with so many rows; 0 if they can't be counted in 32 bits.
+// Size of a record with this number of rows, in bytes; 0 if that exceeds 32 bits.
 size_t cbOfRecord(uint64_t cButtons)
 {
     uint64_t cb = offsetof(XferToolbar, buttons) + cButtons * sizeof(XferToolButton);
     return cb > UINT32_MAX ? 0 : size_t(cb);
 }
 
-// Gives the record with room for more rows, or null with the old one as it was.
+// Returns the record with room for more rows, or null with the old one unchanged.
 XferToolbar* growRecord(HWND hwnd, XferToolbar* pToolbar, DWORD cMore)
 {
     size_t cb = cbOfRecord(uint64_t(pToolbar->cButtons) + cMore);
@@ -56,7 +56,7 @@ void copyRows(XferToolButton* pTo, const XferToolButton* pFrom, DWORD cRows)
     }
 }
 
-// What is left to do when rows have come or gone: everything behind them has moved.
+// The last step after rows were added or removed: everything behind them has moved.
 int rowsChanged(HWND hwnd, bool fPress)
 {
     toolbar::invalidateAll(hwnd);
@@ -83,7 +83,7 @@ bool appendStrip(XferToolbar* pToolbar, const XferToolBitmap* pStrip)
     return true;
 }
 
-// Whether a strip serves for this number of pictures; the last strip is made to, if it can.
+// Whether a strip has this number of pictures; the last strip is extended if it can be.
 bool serves(const XferToolbar* pToolbar, XferToolBitmap* pStrip, LONG nFirst, LONG cPictures)
 {
     bool fLast = pStrip == &pToolbar->pBitmaps[pToolbar->cBitmaps - 1];

@@ -1,6 +1,5 @@
-// The press of a button. The mouse is followed from the press to the release, and the parent
-// learns of it step by step. It may do anything while it does, so that nothing of the record is
-// kept in hand from before a notification to after it.
+// The parent is notified of every step of a press, and may do anything on a notification. No
+// pointer into the record is kept from before a notification to after it.
 #include "toolbar/tracking.h"
 
 namespace {
@@ -25,7 +24,7 @@ void setPressed(HWND hwnd, const XferToolbar* pToolbar, XferToolButton* pButton,
     }
 }
 
-// The control may be gone since the last notification; then this one has no receiver.
+// The control may have been destroyed on the previous notification; then this one isn't sent.
 void notify(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
     const XferToolbar* pToolbar = toolbar::recordOf(hwnd);
@@ -44,8 +43,8 @@ void sendPress(HWND hwnd, WORD wCode, DWORD idCommand)
     notify(hwnd, WM_COMMAND, WPARAM(GetWindowLongA(hwnd, GWL_ID)), MAKELPARAM(idCommand, wCode));
 }
 
-// Whether there is a press. Versions below 4 don't tell a window that its capture was taken
-// away; a press that has lost it is ended here.
+// Whether there is a press. Versions below 4 don't notify a window that it has lost the capture;
+// a press without the capture is ended here.
 bool holdsPress(HWND hwnd, XferToolbar* pToolbar)
 {
     if (GetCapture() != hwnd) {
@@ -54,7 +53,7 @@ bool holdsPress(HWND hwnd, XferToolbar* pToolbar)
     return pToolbar->pTracked != nullptr;
 }
 
-// Puts the pressed look on the screen before the parent hears of the press.
+// Draws the pressed look before the parent is notified of the press.
 void showPressed(HWND hwnd)
 {
     XferToolbar* pToolbar = toolbar::recordOf(hwnd);
@@ -65,8 +64,8 @@ void showPressed(HWND hwnd)
     }
 }
 
-// Gives the capture back at the release. The press outlives it, until the parent has heard of
-// the release, so the message that the capture is lost must not find it.
+// Releases the capture at the end of a press. The press itself lasts until the parent has been
+// notified of the release, so the message about the lost capture must not find it.
 void freeCaptureInPress(HWND hwnd, XferToolbar* pToolbar)
 {
     DWORD nRow = DWORD(pToolbar->pTracked - pToolbar->buttons);
@@ -78,8 +77,8 @@ void freeCaptureInPress(HWND hwnd, XferToolbar* pToolbar)
     }
 }
 
-// Brings the check of a clicked button up to date. Gives false if the click counts for nothing:
-// a group can't be emptied by clicking.
+// Updates the check of a clicked button. Returns false if the click has no effect: a group can't
+// be emptied by clicking.
 bool toggleCheck(HWND hwnd, XferToolbar* pToolbar, XferToolButton* pButton)
 {
     if (!toolbar::hasStyle(pButton, TOOLSTYLE_CHECK)) {
@@ -97,8 +96,8 @@ bool toggleCheck(HWND hwnd, XferToolbar* pToolbar, XferToolButton* pButton)
     return true;
 }
 
-// The end of a press, once the parent has heard of the release. The command is the last thing,
-// since it may change everything.
+// The end of a press, after the parent was notified of the release. The command comes last, since
+// it may change everything.
 void finishPress(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam)
 {
     XferToolButton* pButton = pToolbar->pTracked;
@@ -119,7 +118,7 @@ void finishPress(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam)
 
 LRESULT toolbar::onButtonDown(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam)
 {
-    // A press that is still there has lost its release.
+    // A press that still exists has missed its release.
     toolbar::cancelPress(hwnd, pToolbar);
     pToolbar = toolbar::recordOf(hwnd);
     int nHit = pToolbar == nullptr ? TOOL_NONE : hitTest(pToolbar, lParam);
@@ -160,7 +159,8 @@ LRESULT toolbar::onButtonUp(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam)
     freeCaptureInPress(hwnd, pToolbar);
     sendPress(hwnd, TOOLN_RELEASE, idCommand);
     pToolbar = toolbar::recordOf(hwnd);
-    // With the capture here again, the press is a new one, begun in a loop of the parent's.
+    // If the control has the capture again, the press is a new one, which began in a message loop
+    // of the parent.
     if (pToolbar != nullptr && pToolbar->pTracked != nullptr && GetCapture() != hwnd) {
         finishPress(hwnd, pToolbar, lParam);
     }

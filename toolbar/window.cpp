@@ -1,7 +1,8 @@
 // The window class of the toolbar: its registration and its procedure.
 #include "toolbar/model.h"
-#include "toolbar/tracking.h"
+#include "toolbar/objects.h"
 #include "toolbar/paint.h"
+#include "toolbar/tracking.h"
 
 namespace {
 
@@ -16,7 +17,7 @@ void changeState(HWND hwnd, const XferToolbar* pToolbar, XferToolButton* pButton
     int fsChanged = pButton->fsState ^ fsState;
     pButton->fsState = fsState;
     if ((fsChanged & TOOLSTATE_HIDDEN) != 0) {
-        // All that follows moves.
+        // All rows behind it move.
         toolbar::invalidateAll(hwnd);
     } else if (fsChanged != 0) {
         vXferToolbarInvalidate(hwnd, pToolbar, pButton);
@@ -135,7 +136,7 @@ constexpr RowMessage ROW_MESSAGES[] = {
     {TOOLM_GETBUTTON, onGetButton, 0},         {TOOLM_BUTTONCOUNT, onButtonCount, 0},
 };
 
-// Gives the row of a table that is for the message, or null.
+// Returns the row of a table for the message, or null.
 template <typename Row, size_t COUNT> const Row* findRow(const Row (&rows)[COUNT], UINT uMessage)
 {
     for (const Row& row : rows) {
@@ -161,8 +162,8 @@ LRESULT handleRowMessage(HWND hwnd, const RowMessage* pRow, WPARAM wParam, LPARA
     return pToolbar == nullptr ? pRow->lFailure : pRow->pfnHandle(hwnd, pToolbar, wParam, lParam);
 }
 
-// Whoever has a record is a user of the shared objects. A failure gives them back at once: not
-// every platform sends WM_DESTROY after it.
+// A control with a record is a user of the shared objects. A failure releases them at once, because
+// not every version sends WM_DESTROY after it.
 LRESULT onCreate(HWND hwnd, LPARAM lParam)
 {
     auto pCreate = reinterpret_cast<const CREATESTRUCTA*>(lParam);
@@ -189,7 +190,8 @@ LRESULT onDestroy(HWND hwnd)
     return 0;
 }
 
-// The parent hands its own WM_SIZE on: the control follows the parent and reads nothing else.
+// The parent forwards its own WM_SIZE. The control adapts to the parent's client area and reads
+// nothing else from the message.
 LRESULT onSize(HWND hwnd)
 {
     HWND hwndParent = GetParent(hwnd);
@@ -202,7 +204,7 @@ LRESULT onSize(HWND hwnd)
     return 0;
 }
 
-// What can only come to a control with a record.
+// Messages that need the record.
 LRESULT handleMessage(HWND hwnd, XferToolbar* pToolbar, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
     switch (uMessage) {
@@ -220,7 +222,7 @@ LRESULT handleMessage(HWND hwnd, XferToolbar* pToolbar, UINT uMessage, WPARAM wP
     case WM_MEASUREITEM:
     case WM_VKEYTOITEM:
     case WM_CHARTOITEM:
-        // A child of the control behaves as a child of the parent.
+        // A child of the control behaves like a child of the parent.
         SendMessageA(pToolbar->hwndNotify, uMessage, wParam, lParam);
         return 0;
     case WM_CANCELMODE:

@@ -13,6 +13,7 @@
 //   folderhost.cpp  the host that is built in
 //   ftphost.cpp     a server, with names and texts by ftpnames.cpp
 //   language.cpp    the languages that the user can choose
+#include "../krutils/krutils.h"
 #include "connect.h"
 #include "copy.h"
 #include "job.h"
@@ -205,5 +206,6 @@ int runSession(HINSTANCE hInstance)
 int WINAPI WinMain(HINSTANCE hInstance, HINSTANCE, LPSTR, int)
 {
     readOptions(&s_options);
+    KrUseHelpBox(TRUE);
     return s_options.fCopy ? runCopy(hInstance) : runSession(hInstance);
 }

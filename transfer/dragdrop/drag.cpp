@@ -1,9 +1,10 @@
-// Dragging files from one pane to the other: a hand-made loop over the mouse, inside this
-// window alone, and the window procedures that begin it.
+// Dragging files from one pane to the other: a loop of our own that polls the mouse and never
+// leaves this window, and the procedures of the lists that begin it.
 #include "transfer/dragdrop/drag.h"
 #include "resources/ids.h"
 #include "shared/module.h"
 #include "transfer/dragdrop/drop.h"
+#include "transfer/dragdrop/hung.h"
 #include "transfer/frame/strip.h"
 
 #include <stdlib.h>
@@ -19,6 +20,10 @@ bool g_fLocalPressArmed;
 POINT g_ptHostPress;
 POINT g_ptLocalPress;
 
+// The row of the directory target that the last drag marked, or NO_ROW. The caret of a list is no
+// proof of a mark: a single-selection list can keep it against LB_SETCARETINDEX -1.
+LONG s_nMarkedRow = NO_ROW;
+
 // A file list that a drag can begin on.
 struct DragSource {
     int idSource;
@@ -30,28 +35,46 @@ struct DragSource {
     POINT* pptPress;
 };
 
-constexpr DragSource HOST_SOURCE = {IDC_DANDD_HOSTFILES,
-                                    IDC_DANDD_LOCALFILES,
-                                    IDC_DANDD_LOCALDIRS,
-                                    XFERDIR_RECEIVE,
-                                    &XferWindowRecord::pfnOrigHostFileList,
-                                    &g_fHostPressArmed,
-                                    &g_ptHostPress};
+constexpr DragSource HOST_SOURCE = {
+    /* idSource */ IDC_DANDD_HOSTFILES,
+    /* idFileTarget */ IDC_DANDD_LOCALFILES,
+    /* idDirTarget */ IDC_DANDD_LOCALDIRS,
+    /* direction */ XFERDIR_RECEIVE,
+    /* pOriginal */ &XferWindowRecord::pfnOrigHostFileList,
+    /* pfArmed */ &g_fHostPressArmed,
+    /* pptPress */ &g_ptHostPress,
+};
 
-constexpr DragSource LOCAL_SOURCE = {IDC_DANDD_LOCALFILES,
-                                     IDC_DANDD_HOSTFILES,
-                                     IDC_DANDD_HOSTDIRS,
-                                     XFERDIR_SEND,
-                                     &XferWindowRecord::pfnOrigLocalFileList,
-                                     &g_fLocalPressArmed,
-                                     &g_ptLocalPress};
+constexpr DragSource LOCAL_SOURCE = {
+    /* idSource */ IDC_DANDD_LOCALFILES,
+    /* idFileTarget */ IDC_DANDD_HOSTFILES,
+    /* idDirTarget */ IDC_DANDD_HOSTDIRS,
+    /* direction */ XFERDIR_SEND,
+    /* pOriginal */ &XferWindowRecord::pfnOrigLocalFileList,
+    /* pfArmed */ &g_fLocalPressArmed,
+    /* pptPress */ &g_ptLocalPress,
+};
+
+// A message to one of the lists.
+struct ListMessage {
+    HWND hwnd;
+    UINT uMessage;
+    WPARAM wParam;
+    LPARAM lParam;
+};
 
 struct Drag {
-    HWND hwndSource, hwndFileTarget, hwndDirTarget;
-    int idFileTarget, idDirTarget;
-    HCURSOR hcurNot, hcurCount, hcurArrow;
-    LONG nTopRow, cRows; // of the directory target
-    LONG nMarked;        // row marked since the pointer last came into these lists
+    window::Ref ref;
+    HWND hwndSource;
+    HWND hwndFileTarget;
+    HWND hwndDirTarget;
+    int idFileTarget;
+    int idDirTarget;
+    HCURSOR hcurNot;
+    HCURSOR hcurCount;
+    HCURSOR hcurArrow;
+    LONG nTopRow; // this and the number of rows: of the directory target
+    LONG cRows;
     POINT ptStart;
 };
 
@@ -62,48 +85,60 @@ bool isAnyButtonDown()
             0x8000) != 0;
 }
 
-// The mark is the caret of the directory list, and what a drop goes by.
-void markRow(Drag* pDrag, POINT pt)
+// Marks the row under the pointer by the caret of the directory list, which the drop reads.
+void markRow(const Drag* pDrag, POINT pt)
 {
     ScreenToClient(pDrag->hwndDirTarget, &pt);
     LONG y = pt.y > 0 ? pt.y - 1 : pt.y;
     LONG nRow = pDrag->nTopRow + y / g_nListItemHeight;
-    if (nRow == pDrag->nMarked || nRow >= pDrag->cRows) {
+    if (nRow == s_nMarkedRow || nRow >= pDrag->cRows) {
         return;
     }
     if (GetFocus() != pDrag->hwndDirTarget) {
         SetFocus(pDrag->hwndDirTarget);
     }
+    // The caller's windows hear of the focus, and the window can end in that.
+    if (!window::isAlive(pDrag->ref)) {
+        return;
+    }
     // With a selected row, a single-selection list would refuse to move its caret.
     if (SendMessageA(pDrag->hwndDirTarget, LB_GETCURSEL, 0, 0) != LB_ERR) {
         SendMessageA(pDrag->hwndDirTarget, LB_SETCURSEL, WPARAM(-1), 0);
     }
-    // A row that shows in part is enough: the list must not scroll under the pointer.
+    // A row may show in part: the list must not scroll under the pointer.
     SendMessageA(pDrag->hwndDirTarget, LB_SETCARETINDEX, WPARAM(nRow), TRUE);
-    pDrag->nMarked = nRow;
+    s_nMarkedRow = nRow;
 }
 
-// A single-selection list can keep its caret against this, hence the marked row of our own.
-void unmark(Drag* pDrag)
+// A list that accepts -1 scrolls to it, but the rows must stay where the pointer sees them.
+void unmark(const Drag* pDrag)
 {
+    if (s_nMarkedRow == NO_ROW) {
+        return;
+    }
+    s_nMarkedRow = NO_ROW;
     SendMessageA(pDrag->hwndDirTarget, LB_SETCARETINDEX, WPARAM(-1), 0);
-    pDrag->nMarked = NO_ROW;
+    if (SendMessageA(pDrag->hwndDirTarget, LB_GETTOPINDEX, 0, 0) != pDrag->nTopRow) {
+        SendMessageA(pDrag->hwndDirTarget, LB_SETTOPINDEX, WPARAM(pDrag->nTopRow), 0);
+    }
 }
 
-// One pass of the loop. Gives the id of the target under the pointer, or 0.
-int track(Drag* pDrag, POINT pt)
+// Handles one pass of the loop. Returns the id of the target under the pointer, or 0. On some
+// screens, such as that of a locked system, the pointer has no position: it is over no window then.
+int track(const Drag* pDrag)
 {
-    HWND hwndUnder = WindowFromPoint(pt);
-    if (hwndUnder == pDrag->hwndFileTarget) {
+    POINT pt;
+    HWND hwndUnder = GetCursorPos(&pt) ? WindowFromPoint(pt) : nullptr;
+    if (hwndUnder != nullptr && hwndUnder == pDrag->hwndFileTarget) {
         SetCursor(pDrag->hcurCount);
         return pDrag->idFileTarget;
     }
-    if (hwndUnder == pDrag->hwndDirTarget) {
+    if (hwndUnder != nullptr && hwndUnder == pDrag->hwndDirTarget) {
         SetCursor(pDrag->hcurCount);
         markRow(pDrag, pt);
-        return pDrag->nMarked != NO_ROW ? pDrag->idDirTarget : 0;
+        return pDrag->idDirTarget;
     }
-    if (hwndUnder == pDrag->hwndSource) {
+    if (hwndUnder != nullptr && hwndUnder == pDrag->hwndSource) {
         bool fLeftStart = pt.x != pDrag->ptStart.x && pt.y != pDrag->ptStart.y;
         SetCursor(fLeftStart ? pDrag->hcurCount : pDrag->hcurArrow);
         return 0;
@@ -113,9 +148,11 @@ int track(Drag* pDrag, POINT pt)
     return 0;
 }
 
-Drag openDrag(HWND hdlgDandD, int idSource, int idFileTarget, int idDirTarget)
+Drag openDrag(const window::Ref& ref, int idSource, int idFileTarget, int idDirTarget)
 {
+    HWND hdlgDandD = ref.hdlgDandD;
     Drag drag = {};
+    drag.ref = ref;
     drag.hwndSource = GetDlgItem(hdlgDandD, idSource);
     drag.hwndFileTarget = GetDlgItem(hdlgDandD, idFileTarget);
     drag.hwndDirTarget = GetDlgItem(hdlgDandD, idDirTarget);
@@ -124,56 +161,62 @@ Drag openDrag(HWND hdlgDandD, int idSource, int idFileTarget, int idDirTarget)
     bool fSeveral = SendMessageA(drag.hwndSource, LB_GETSELCOUNT, 0, 0) > 1;
     drag.hcurNot = LoadCursorA(g_hInstance, "DropNot");
     drag.hcurCount = LoadCursorA(g_hInstance, fSeveral ? "DropMultiple" : "DropSingle");
-    drag.hcurArrow = LoadCursorA(nullptr, MAKEINTRESOURCEA(32512)); // IDC_ARROW
+    drag.hcurArrow = LoadCursorA(nullptr, IDC_ARROW);
     drag.nTopRow = LONG(SendMessageA(drag.hwndDirTarget, LB_GETTOPINDEX, 0, 0));
     drag.cRows = LONG(SendMessageA(drag.hwndDirTarget, LB_GETCOUNT, 0, 0));
-    drag.nMarked = NO_ROW;
     GetCursorPos(&drag.ptStart);
     return drag;
 }
 
-// Runs the drag and what follows it. Gives its result.
-int runDrag(HWND hdlgDandD, XferWindowRecord* pRecord, const DragSource* pSource)
+void closeDrag(const Drag* pDrag)
 {
-    int idTarget = nXferDandDTrackDrag(hdlgDandD, pSource->idSource, pSource->idFileTarget,
+    SetCursor(pDrag->hcurArrow);
+    DestroyCursor(pDrag->hcurNot);
+    DestroyCursor(pDrag->hcurCount);
+}
+
+// Runs a drag and what follows it. Returns its result. The press has ended with the tracking: a
+// callback that handles messages must not begin a second drag. A directory list without a mark is
+// a target on which nothing is dropped.
+int runDrag(const window::Ref& ref, XferWindowRecord* pRecord, const DragSource* pSource)
+{
+    int idTarget = nXferDandDTrackDrag(ref.hdlgDandD, pSource->idSource, pSource->idFileTarget,
                                        pSource->idDirTarget);
-    // The marking of rows moves the focus, which tells the caller's windows.
-    if (idTarget > 0 && window::isAlive(hdlgDandD, pRecord)) {
-        vXferDandDDropOn(pRecord, pSource->idSource, idTarget, pSource->direction,
-                         idTarget == pSource->idDirTarget);
+    bool fOnDirList = idTarget == pSource->idDirTarget;
+    *pSource->pfArmed = false;
+    if (idTarget > 0 && window::isAlive(ref) && (!fOnDirList || s_nMarkedRow != NO_ROW)) {
+        vXferDandDDropOn(pRecord, pSource->idSource, idTarget, pSource->direction, fOnDirList);
     }
     return idTarget;
 }
 
-// Lets the list box end its press. What the strip says of a failed drop outlives the
-// notification that comes with it.
-void releaseButton(HWND hwnd, const XferWindowRecord* pRecord, const DragSource* pSource,
-                   WPARAM wParam)
+LRESULT passOn(WNDPROC pfnOriginal, const ListMessage& message)
 {
-    CallWindowProcA(pRecord->*pSource->pOriginal, hwnd, WM_LBUTTONUP, wParam,
-                    MAKELPARAM(pSource->pptPress->x, pSource->pptPress->y));
-    frame::keepStripText(false);
+    return CallWindowProcA(pfnOriginal, message.hwnd, message.uMessage, message.wParam,
+                           message.lParam);
 }
 
-// A drag runs the caller's code, and the window can die in it.
-LRESULT dragAndRelease(HWND hwnd, XferWindowRecord* pRecord, const DragSource* pSource,
-                       WPARAM wParam, bool fReplayPress)
+// Runs a drag from a press or a move, and lets the list box end the press that it began with. A
+// drag and a replayed press run the caller's code, and the window can die in either.
+LRESULT dragAndRelease(XferWindowRecord* pRecord, const DragSource* pSource,
+                       const ListMessage& message, bool fReplayPress)
 {
-    HWND hdlgDandD = pRecord->hwndDialog;
-    int idTarget = runDrag(hdlgDandD, pRecord, pSource);
+    window::Ref ref = window::refOf(pRecord);
+    const POINT ptPress = *pSource->pptPress;
+    ListMessage ending = message;
+    ending.lParam = MAKELPARAM(ptPress.x, ptPress.y);
+    int idTarget = runDrag(ref, pRecord, pSource);
+    if (window::isAlive(ref) && fReplayPress && idTarget < 1) {
+        ending.uMessage = WM_LBUTTONDOWN;
+        passOn(pRecord->*pSource->pOriginal, ending);
+    }
     *pSource->pfArmed = false;
-    if (!window::isAlive(hdlgDandD, pRecord)) {
-        return 0;
+    if (window::isAlive(ref)) {
+        ending.uMessage = WM_LBUTTONUP;
+        passOn(pRecord->*pSource->pOriginal, ending);
     }
-    if (fReplayPress && idTarget < 1) {
-        CallWindowProcA(pRecord->*pSource->pOriginal, hwnd, WM_LBUTTONDOWN, wParam,
-                        MAKELPARAM(pSource->pptPress->x, pSource->pptPress->y));
-        // Its notifications pass through the caller's window procedure.
-        if (!window::isAlive(hdlgDandD, pRecord)) {
-            return 0;
-        }
-    }
-    releaseButton(hwnd, pRecord, pSource, wParam);
+    // Only now may a notification change what the strip says of a failed drop.
+    frame::keepStripText(false);
     return 0;
 }
 
@@ -189,98 +232,93 @@ bool isFarFromPress(const DragSource* pSource, LPARAM lParam)
            abs(int(pt.y - pSource->pptPress->y)) >= THRESHOLD;
 }
 
-LRESULT passOn(HWND hwnd, const XferWindowRecord* pRecord, WNDPROC XferWindowRecord::*pOriginal,
-               UINT uMessage, WPARAM wParam, LPARAM lParam)
-{
-    return CallWindowProcA(pRecord->*pOriginal, hwnd, uMessage, wParam, lParam);
-}
-
-LRESULT onPress(HWND hwnd, XferWindowRecord* pRecord, const DragSource* pSource, WPARAM wParam,
-                LPARAM lParam)
+LRESULT onPress(XferWindowRecord* pRecord, const DragSource* pSource, const ListMessage& message)
 {
     if (pRecord->fBusy) {
         return 0;
     }
-    *pSource->pptPress = pointOf(lParam);
+    *pSource->pptPress = pointOf(message.lParam);
     *pSource->pfArmed = true;
-    if (SendMessageA(hwnd, LB_GETSELCOUNT, 0, 0) > 1) {
-        return dragAndRelease(hwnd, pRecord, pSource, wParam, true);
+    if (SendMessageA(message.hwnd, LB_GETSELCOUNT, 0, 0) > 1) {
+        return dragAndRelease(pRecord, pSource, message, true);
     }
-    return passOn(hwnd, pRecord, pSource->pOriginal, WM_LBUTTONDOWN, wParam, lParam);
+    return passOn(pRecord->*pSource->pOriginal, message);
 }
 
-LRESULT fileListProc(HWND hwnd, const DragSource* pSource, UINT uMessage, WPARAM wParam,
-                     LPARAM lParam)
+LRESULT fileListProc(const DragSource* pSource, const ListMessage& message)
 {
-    XferWindowRecord* pRecord = window::recordOf(GetParent(hwnd));
+    XferWindowRecord* pRecord = window::recordOf(GetParent(message.hwnd));
     if (pRecord == nullptr || pRecord->*pSource->pOriginal == nullptr) {
-        return DefWindowProcA(hwnd, uMessage, wParam, lParam);
+        return DefWindowProcA(message.hwnd, message.uMessage, message.wParam, message.lParam);
     }
     // Also the second press of a double click, which would change the selection.
-    if (uMessage == WM_LBUTTONDBLCLK && pRecord->fBusy) {
+    if (message.uMessage == WM_LBUTTONDBLCLK && pRecord->fBusy) {
         return 0;
     }
-    if (uMessage == WM_LBUTTONDOWN) {
-        return onPress(hwnd, pRecord, pSource, wParam, lParam);
+    if (message.uMessage == WM_LBUTTONDOWN) {
+        return onPress(pRecord, pSource, message);
     }
-    if (uMessage == WM_MOUSEMOVE && *pSource->pfArmed && isFarFromPress(pSource, lParam)) {
-        return dragAndRelease(hwnd, pRecord, pSource, wParam, false);
+    if (message.uMessage == WM_MOUSEMOVE && *pSource->pfArmed &&
+        isFarFromPress(pSource, message.lParam)) {
+        return dragAndRelease(pRecord, pSource, message, false);
     }
-    if (uMessage == WM_LBUTTONUP) {
+    if (message.uMessage == WM_LBUTTONUP) {
         *pSource->pfArmed = false;
     }
-    return passOn(hwnd, pRecord, pSource->pOriginal, uMessage, wParam, lParam);
+    return passOn(pRecord->*pSource->pOriginal, message);
 }
 
 // A directory list shows a selected row only while it has the focus.
-LRESULT dirListProc(HWND hwnd, WNDPROC XferWindowRecord::*pOriginal, UINT uMessage, WPARAM wParam,
-                    LPARAM lParam)
+LRESULT dirListProc(WNDPROC XferWindowRecord::*pOriginal, const ListMessage& message)
 {
-    const XferWindowRecord* pRecord = window::recordOf(GetParent(hwnd));
+    const XferWindowRecord* pRecord = window::recordOf(GetParent(message.hwnd));
     if (pRecord == nullptr || pRecord->*pOriginal == nullptr) {
-        return DefWindowProcA(hwnd, uMessage, wParam, lParam);
+        return DefWindowProcA(message.hwnd, message.uMessage, message.wParam, message.lParam);
     }
-    if (uMessage == WM_KILLFOCUS) {
-        SendMessageA(hwnd, LB_SETCURSEL, WPARAM(-1), 0);
+    if (message.uMessage == WM_KILLFOCUS) {
+        SendMessageA(message.hwnd, LB_SETCURSEL, WPARAM(-1), 0);
     }
-    return passOn(hwnd, pRecord, pOriginal, uMessage, wParam, lParam);
+    return passOn(pRecord->*pOriginal, message);
 }
 
 } // namespace
 
 int nXferDandDTrackDrag(HWND hdlgDandD, int idSource, int idFileTarget, int idDirTarget)
 {
-    Drag drag = openDrag(hdlgDandD, idSource, idFileTarget, idDirTarget);
+    const XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
+    if (pRecord == nullptr) {
+        return 0;
+    }
+    Drag drag = openDrag(window::refOf(pRecord), idSource, idFileTarget, idDirTarget);
+    dragdrop::Silence silence = dragdrop::beginSilence();
     int idResult;
-    POINT pt;
+    s_nMarkedRow = NO_ROW;
     SetCapture(hdlgDandD);
     do {
-        GetCursorPos(&pt);
-        idResult = track(&drag, pt);
-    } while (isAnyButtonDown());
+        idResult = track(&drag);
+        dragdrop::keepResponsive(&silence);
+    } while (window::isAlive(drag.ref) && isAnyButtonDown());
     ReleaseCapture();
-    SetCursor(drag.hcurArrow);
-    DestroyCursor(drag.hcurNot);
-    DestroyCursor(drag.hcurCount);
+    closeDrag(&drag);
     return idResult;
 }
 
 LRESULT CALLBACK lHFileListProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
-    return fileListProc(hwnd, &HOST_SOURCE, uMessage, wParam, lParam);
+    return fileListProc(&HOST_SOURCE, {hwnd, uMessage, wParam, lParam});
 }
 
 LRESULT CALLBACK lLFileListProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
-    return fileListProc(hwnd, &LOCAL_SOURCE, uMessage, wParam, lParam);
+    return fileListProc(&LOCAL_SOURCE, {hwnd, uMessage, wParam, lParam});
 }
 
 LRESULT CALLBACK lHDirListProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
-    return dirListProc(hwnd, &XferWindowRecord::pfnOrigHostDirList, uMessage, wParam, lParam);
+    return dirListProc(&XferWindowRecord::pfnOrigHostDirList, {hwnd, uMessage, wParam, lParam});
 }
 
 LRESULT CALLBACK lLDirListProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
-    return dirListProc(hwnd, &XferWindowRecord::pfnOrigLocalDirList, uMessage, wParam, lParam);
+    return dirListProc(&XferWindowRecord::pfnOrigLocalDirList, {hwnd, uMessage, wParam, lParam});
 }

@@ -26,8 +26,8 @@ constexpr DirectionRow DIRECTIONS[] = {
     {XFERLIST_LOCAL, KRACTION_FILE_SENT},
 };
 
-// Makes the row's text the directory that a drop on the row means. Gives null for the row of
-// the present directory.
+// Returns the directory that a drop on a row means, or null for the row of the current directory.
+// The row's text is replaced where it isn't that directory.
 const char* directoryOfRow(const XferWindowRecord* pRecord, panes::Row* pRow, Direction direction)
 {
     switch (pRow->nKind) {
@@ -45,9 +45,9 @@ const char* directoryOfRow(const XferWindowRecord* pRecord, panes::Row* pRow, Di
     }
 }
 
-// What is sent stands in the shown directory, and what is received lands in it, or in one that
-// a row names from there. The directory of the process can be another one by now.
-bool meansShownDir(XferWindowRecord* pRecord, Direction direction)
+// Whether a transfer can go by the local panes: files are sent from the shown directory, and
+// received into it or into one that a row names from there. The process can be elsewhere by now.
+bool syncForTransfer(XferWindowRecord* pRecord, Direction direction)
 {
     return direction == XFERDIR_SEND ? panes::syncLocalFiles(pRecord)
                                      : panes::syncLocalPanes(pRecord);
@@ -62,38 +62,78 @@ bool enterForReceive(XferWindowRecord* pRecord, const char* pszDir)
         frame::keepStripText(true);
         return false;
     }
+    window::Ref ref = window::refOf(pRecord);
     vXferDandDRefreshLocalFiles(pRecord->hwndDialog);
-    return window::recordAction(pRecord, KRACTION_LOCALDIR_CHANGED, pszDir);
+    return window::isAlive(ref) && window::recordAction(pRecord, KRACTION_LOCALDIR_CHANGED, pszDir);
+}
+
+// What becomes of the names of a selection while they are put into a list.
+enum NamesResult {
+    NAMES_ALL,
+    NAMES_SOME,      // no memory for one; the list holds those before it
+    NAMES_UNREADABLE // a row's name can't be read, or the rows don't match their count
+};
+
+// Counts the names that the list then holds, of those that it has room for.
+NamesResult listNames(HWND hwndSource, LONG nColumn, XferFileList list, LONG* pcNames)
+{
+    char szName[XFER_NAME_SIZE];
+    LONG cSelected = XferFileList_cGetSize(list);
+    auto cRows = LONG(SendMessageA(hwndSource, LB_GETCOUNT, 0, 0));
+    *pcNames = 0;
+    for (LONG n = 0; n < cRows; ++n) {
+        if (SendMessageA(hwndSource, LB_GETSEL, WPARAM(n), 0) <= 0) {
+            continue;
+        }
+        if (*pcNames == cSelected || panes::readRowText(hwndSource, n, szName) == LB_ERR) {
+            return NAMES_UNREADABLE;
+        }
+        if (!XferFileList_fSetString(list, *pcNames, nColumn, szName)) {
+            return NAMES_SOME;
+        }
+        ++*pcNames;
+    }
+    return *pcNames == cSelected ? NAMES_ALL : NAMES_UNREADABLE;
+}
+
+// Records the first names of a list. Returns whether the window still exists afterwards.
+bool recordNames(const XferWindowRecord* pRecord, XferFileList list, LONG cNames, LONG nColumn,
+                 int nAction)
+{
+    char szName[XFER_NAME_SIZE];
+    bool fAlive = true;
+    for (LONG n = 0; fAlive && n < cNames; ++n) {
+        XferFileList_lpszGetString(list, n, nColumn, szName, sizeof szName);
+        fAlive = window::recordAction(pRecord, nAction, szName);
+    }
+    return fAlive;
 }
 
 } // namespace
 
-int dragdrop::listSelection(const XferWindowRecord* pRecord, int idSource, LONG nColumn,
-                            int nAction, XferFileList* pList)
+// Recording can run code that changes the rows, so all names are taken first. Those before one for
+// which there is no memory are recorded although the list goes.
+bool dragdrop::listSelection(const XferWindowRecord* pRecord, int idSource, LONG nColumn,
+                             int nAction, XferFileList* pList)
 {
     HWND hwndSource = GetDlgItem(pRecord->hwndDialog, idSource);
     auto cSelected = LONG(SendMessageA(hwndSource, LB_GETSELCOUNT, 0, 0));
-    auto cRows = LONG(SendMessageA(hwndSource, LB_GETCOUNT, 0, 0));
+    LONG cNames = 0;
+    NamesResult result = NAMES_UNREADABLE;
     if (!XferFileList_fCreate(pList)) {
-        return 0;
+        return false;
     }
-    LONG nEntry = 0;
-    bool fMade = XferFileList_fSetSize(pList, cSelected, XFERLIST_KEEPGROWTH) != 0;
-    for (LONG n = 0; fMade && n < cRows; ++n) {
-        if (SendMessageA(hwndSource, LB_GETSEL, WPARAM(n), 0) <= 0) {
-            continue;
-        }
-        panes::readRowText(hwndSource, n, g_szScratch);
-        fMade = XferFileList_fSetString(*pList, nEntry++, nColumn, g_szScratch) != 0;
-        if (fMade && nAction != 0) {
-            fMade = window::recordAction(pRecord, nAction, g_szScratch);
-        }
+    if (XferFileList_fSetSize(pList, cSelected, XFERLIST_KEEPGROWTH)) {
+        result = listNames(hwndSource, nColumn, *pList, &cNames);
     }
-    if (!fMade) {
+    bool fAlive = result != NAMES_UNREADABLE &&
+                  (nAction == 0 || recordNames(pRecord, *pList, cNames, nColumn, nAction));
+    if (!fAlive || result != NAMES_ALL) {
         XferFileList_vDestroy(*pList);
         *pList = nullptr;
+        return false;
     }
-    return fMade;
+    return true;
 }
 
 int fXferDandDTransferSelection(XferWindowRecord* pRecord, int idSource, Direction direction,
@@ -101,7 +141,7 @@ int fXferDandDTransferSelection(XferWindowRecord* pRecord, int idSource, Directi
 {
     const DirectionRow* pRow = &DIRECTIONS[direction];
     *pList = nullptr;
-    if (!window::canTransfer(pRecord, direction) || !meansShownDir(pRecord, direction)) {
+    if (!window::canTransfer(pRecord, direction) || !syncForTransfer(pRecord, direction)) {
         return 0;
     }
     if (pszDir != nullptr && direction == XFERDIR_RECEIVE && !enterForReceive(pRecord, pszDir)) {

@@ -16,10 +16,11 @@ int fXferDandDTransferSelection(XferWindowRecord* pRecord, int idSource, Directi
 
 namespace dragdrop {
 
-// Makes a list of the selected rows' names, in one column, and records each name as nAction,
-// unless that is 0. Returns 1, or 0 with no list.
-int listSelection(const XferWindowRecord* pRecord, int idSource, LONG nColumn, int nAction,
-                  XferFileList* pList);
+// Makes a list of the names of the selected rows, in one column, and then records each name as
+// nAction, unless that is 0. Returns false, with no list and *pList 0, if a name can't be read,
+// memory is short or the window has ended.
+bool listSelection(const XferWindowRecord* pRecord, int idSource, LONG nColumn, int nAction,
+                   XferFileList* pList);
 
 } // namespace dragdrop
 

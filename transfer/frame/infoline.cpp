@@ -19,14 +19,14 @@ LONG ask(HWND hwndInfo, UINT uMessage, LONG nValue = 0)
     return LONG(SendMessageA(hwndInfo, uMessage, WPARAM(nValue), 0));
 }
 
-// The index behind the last character of a line, its line end not counted.
+// The index behind the last character of a line, not counting its line end.
 LONG endOfLine(HWND hwndInfo, LONG nLine)
 {
     LONG nStart = ask(hwndInfo, EM_LINEINDEX, nLine);
     return nStart + ask(hwndInfo, EM_LINELENGTH, nStart);
 }
 
-// Every entry begins with a line end and has none behind it. Gives its length.
+// Every entry begins with a line end and has none at its end. Returns its length.
 LONG buildEntry(char (&szEntry)[ENTRY_SIZE], const char* pszText)
 {
     strcpy(szEntry, LINE_START);
@@ -38,14 +38,14 @@ LONG buildEntry(char (&szEntry)[ENTRY_SIZE], const char* pszText)
     return cch;
 }
 
-// Cuts whole lines from the start of the log, so that it holds KEPT_LENGTH characters at most
-// when the entry has come.
+// Deletes whole lines from the start of the log, so that it holds at most KEPT_LENGTH characters
+// together with the new entry.
 void trim(HWND hdlgDandD, HWND hwndInfo, LONG cLines, LONG cchTotal)
 {
     SendMessageA(hwndInfo, WM_SETREDRAW, FALSE, 0);
     LONG nLine = ask(hwndInfo, EM_LINEFROMCHAR, cchTotal - KEPT_LENGTH);
     LONG nEnd = endOfLine(hwndInfo, nLine);
-    // A cut that falls on a line end would leave a character too many.
+    // If the cut falls on a line end, one line more has to go to stay within the limit.
     if (cchTotal - nEnd > KEPT_LENGTH) {
         nEnd = endOfLine(hwndInfo, ++nLine);
     }

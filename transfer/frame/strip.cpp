@@ -1,5 +1,4 @@
-// The message strip along the bottom of the window: a text box and the thermometer, painted by
-// the window itself.
+// The strip is no control: the window paints it.
 #include "transfer/frame/strip.h"
 #include "resources/ids.h"
 
@@ -37,8 +36,8 @@ RECT thermoBox(const RECT* prcStrip)
     return rc;
 }
 
-// The corners are part of the box: the lines run through them. In a narrow window there may be
-// no room for a box, and its lines would then cross its neighbour.
+// The lines include the corners of the box. In a narrow window there may be no room for a box, and
+// its lines would then cross its neighbour.
 void drawSunkenBox(HDC hdc, const RECT* prc, HPEN hpenShadow, HPEN hpenHighlight)
 {
     if (prc->right <= prc->left) {
@@ -61,7 +60,7 @@ void drawClipped(HDC hdc, const RECT* prc, const char* pszText)
     }
 }
 
-// How far a known total is filled. Never past the bar, and nothing where there is no bar.
+// The width of the filled part for a known total, within the bar; 0 if the bar has no width.
 LONG fillWidth(const XferWindowRecord* pRecord, LONG cxBar)
 {
     int64_t cx = int64_t(pRecord->nThermoPos) * cxBar / pRecord->nThermoTotal;
@@ -142,8 +141,8 @@ void drawBoxes(HDC hdc, XferWindowRecord* pRecord)
 
 bool s_fKeepText;
 
-// Always after the thermometer was off, also in the half second in which the counter begins
-// anew. Otherwise by the difference, so that the limit holds while the counter runs over.
+// The first painting after the thermometer was off is always due, even if the tick counter has just
+// wrapped to less than the limit. Otherwise the difference decides, which is right across the wrap.
 bool isPaintDue(const XferWindowRecord* pRecord)
 {
     return pRecord->dwLastThermoPaint == 0 ||
@@ -186,7 +185,7 @@ void vXferDandDPaintStrip(HWND hdlgDandD)
     }
     PAINTSTRUCT paint;
     HDC hdc = BeginPaint(hdlgDandD, &paint);
-    // Erasing sends messages, which the caller can look at first.
+    // Erasing sends messages, on which the caller can destroy the window.
     if (!window::isAlive(hdlgDandD, pRecord)) {
         EndPaint(hdlgDandD, &paint);
         return;
@@ -215,7 +214,8 @@ void KRHAULAPI vXferDandDDisplayDILText(HWND hdlgDandD, const char* pszText)
     if (pRecord == nullptr) {
         return;
     }
-    // What would be stored is compared, so that a text that is too long repaints once too.
+    // The text is compared as it would be stored, so that a text that is too long is painted only
+    // once as well.
     lstrcpynA(szStored, pszText == nullptr ? "" : pszText, sizeof szStored);
     if (strcmp(szStored, pRecord->szStripText) != 0) {
         strcpy(pRecord->szStripText, szStored);

@@ -1,6 +1,8 @@
 // Details of local files: lines in the style of a directory listing, and the size of a file.
 #include "transfer/panes/details.h"
+#include "shared/text.h"
 
+#include <errno.h>
 #include <fcntl.h>
 #include <io.h>
 #include <string.h>
@@ -14,7 +16,7 @@ constexpr int FIRST_YEAR = 1900;
 typedef char DateText[12];
 typedef char TimeText[8];
 
-// Gives the text in the buffer; the year has three digits from 2000 on.
+// Returns the text in the buffer; the year has three digits from 2000 on.
 const char* lpszXferDandDFormatDate(const SYSTEMTIME* pTime, DateText& szDate)
 {
     wsprintfA(szDate, "%02i-%02i-%02i", pTime->wYear - FIRST_YEAR, int(pTime->wMonth),
@@ -28,7 +30,7 @@ const char* lpszXferDandDFormatTime(const SYSTEMTIME* pTime, TimeText& szTime)
     return szTime;
 }
 
-// Cuts a name at its first dot. Gives what stands behind the dot.
+// Cuts a name at its first dot. Returns what follows the dot, or a blank if there is none.
 const char* cutAtDot(char* pszName)
 {
     char* pchDot = strchr(pszName, '.');
@@ -50,7 +52,7 @@ void formatLine(char (&szLine)[XFER_FORMAT_SIZE], const WIN32_FIND_DATAA* pFind)
     DateText szDate;
     TimeText szTime;
     SYSTEMTIME time = {};
-    lstrcpynA(szName, pFind->cFileName, sizeof szName);
+    shared::copyText(szName, pFind->cFileName, sizeof szName);
     const char* pszExtension = cutAtDot(szName);
     if (isListedAsDirectory(pFind)) {
         wsprintfA(szLine, DIRECTORY_LINE, szName, pszExtension, "<DIR>");
@@ -71,9 +73,9 @@ void vXferDandDFileDetails(HWND hdlgDandD, const char* pszName)
         return;
     }
     memset(g_szScratch2, 0, sizeof g_szScratch2);
-    lstrcpynA(g_szScratch2, pszName, sizeof g_szScratch2);
-    for (char* pch = g_szScratch2; (pch = strchr(pch, '/')) != nullptr;) {
-        *pch = '\\';
+    shared::copyText(g_szScratch2, pszName, sizeof g_szScratch2);
+    while (const char* pchSlash = shared::findFirstOf(g_szScratch2, "/")) {
+        g_szScratch2[pchSlash - g_szScratch2] = '\\';
     }
     CharUpperBuffA(g_szScratch2, sizeof g_szScratch2);
     HANDLE hFind = FindFirstFileA(g_szScratch2, &find);

@@ -61,23 +61,25 @@ COLORREF colorOf(Look look, int nPlain, int nHighlight)
     return look == LOOK_BLACK ? 0 : GetSysColor(look == LOOK_PLAIN ? nPlain : nHighlight);
 }
 
-// A row's text is read whole: what doesn't fit into a row's width is for the drawing to clip.
-bool readText(const DRAWITEMSTRUCT* pDraw, const ListRow* pList, char (&szText)[XFER_NAME_SIZE])
+// The text is read whole: the drawing clips what doesn't fit into the width of the row.
+bool readText(HWND hwndList, UINT nRow, const ListRow* pList, char (&szText)[XFER_NAME_SIZE])
 {
-    LRESULT cch = SendMessageA(pDraw->hwndItem, pList->uGetTextLen, pDraw->itemID, 0);
+    LRESULT cch = SendMessageA(hwndList, pList->uGetTextLen, nRow, 0);
     return cch >= 0 && cch <= XFER_MAX_NAME &&
-           SendMessageA(pDraw->hwndItem, pList->uGetText, pDraw->itemID,
-                        reinterpret_cast<LPARAM>(szText)) >= 0;
+           SendMessageA(hwndList, pList->uGetText, nRow, reinterpret_cast<LPARAM>(szText)) >= 0;
 }
 
-void vXferDandDDrawListItemBody(const DRAWITEMSTRUCT* pDraw, const ListRow* pList)
+// Reads the row from the window's own list, whatever window the message names: only there is the
+// data of a row known to be a block of the heap.
+void vXferDandDDrawListItemBody(HWND hdlgDandD, const DRAWITEMSTRUCT* pDraw, const ListRow* pList)
 {
+    HWND hwndList = GetDlgItem(hdlgDandD, int(pDraw->CtlID));
     char szText[XFER_NAME_SIZE];
     POINT ptText = {ICON_WIDTH, 0};
-    if (!readText(pDraw, pList, szText)) {
+    if (!readText(hwndList, pDraw->itemID, pList, szText)) {
         return;
     }
-    LRESULT nData = SendMessageA(pDraw->hwndItem, pList->uGetData, pDraw->itemID, 0);
+    LRESULT nData = SendMessageA(hwndList, pList->uGetData, pDraw->itemID, 0);
     auto hItem = reinterpret_cast<HGLOBAL>(nData == LB_ERR ? 0 : nData);
     auto pItem = static_cast<const XferListItem*>(hItem == nullptr ? nullptr : GlobalLock(hItem));
     if (pItem == nullptr) {
@@ -92,7 +94,7 @@ void vXferDandDDrawListItemBody(const DRAWITEMSTRUCT* pDraw, const ListRow* pLis
     GlobalUnlock(hItem);
 }
 
-void drawRow(const DRAWITEMSTRUCT* pDraw, const ListRow* pList, Look look)
+void drawRow(HWND hdlgDandD, const DRAWITEMSTRUCT* pDraw, const ListRow* pList, Look look)
 {
     const RECT* prc = &pDraw->rcItem;
     COLORREF clr = colorOf(look, COLOR_WINDOW, COLOR_HIGHLIGHT);
@@ -102,7 +104,7 @@ void drawRow(const DRAWITEMSTRUCT* pDraw, const ListRow* pList, Look look)
     HGDIOBJ hbrOld = SelectObject(pDraw->hDC, hbr);
     PatBlt(pDraw->hDC, prc->left, prc->top, prc->right - prc->left, prc->bottom - prc->top,
            PATCOPY);
-    vXferDandDDrawListItemBody(pDraw, pList);
+    vXferDandDDrawListItemBody(hdlgDandD, pDraw, pList);
     SetBkColor(pDraw->hDC, clrOld);
     SelectObject(pDraw->hDC, hbrOld);
     DeleteObject(hbr);
@@ -123,7 +125,7 @@ void vXferDandDDrawListItem(HWND hdlgDandD, XferWindowRecord* pRecord, const DRA
         if (draw.CtlID != IDC_DANDD_LOCALDRIVES) {
             return;
         }
-        // The closed list always shows the present drive.
+        // The closed list always shows the current drive.
         draw.itemID = UINT(panes::findDriveRow(hdlgDandD, pRecord->nLocalDrive));
     }
     if ((draw.itemAction & ODA_FOCUS) != 0) {
@@ -133,7 +135,7 @@ void vXferDandDDrawListItem(HWND hdlgDandD, XferWindowRecord* pRecord, const DRA
     if (look == LOOK_NONE) {
         return;
     }
-    drawRow(&draw, pList, look);
+    drawRow(hdlgDandD, &draw, pList, look);
     if ((draw.itemAction & ODA_DRAWENTIRE) != 0 && (draw.itemState & ODS_FOCUS) != 0) {
         DrawFocusRect(draw.hDC, &draw.rcItem);
     }

@@ -1,6 +1,7 @@
 // The local drive list and the list of file types, both filled once.
 #include "transfer/panes/drives.h"
 #include "resources/ids.h"
+#include "shared/text.h"
 #include "shared/version.h"
 #include "transfer/panes/rows.h"
 
@@ -10,7 +11,6 @@ namespace {
 
 constexpr int DRIVES = 26;
 constexpr int CCH_TYPE_NAME = 80;
-constexpr LONG LETTER_BEFORE_A = 96; // of the lower case letters
 
 struct DriveType {
     UINT uType;
@@ -38,7 +38,7 @@ const DriveType* typeOfDrive(int nDrive)
     return nullptr;
 }
 
-// Reads the label of a drive, 0 for A:. Gives what GetVolumeInformationA does.
+// Reads the label of a drive, 0 for A:. Returns what GetVolumeInformationA does.
 int fXferDandDVolumeLabel(int nDrive, char (&szLabel)[XFER_NAME_SIZE])
 {
     const char szRoot[] = {char('A' + nDrive), ':', '\\', '\0'};
@@ -64,7 +64,7 @@ void addDrive(HWND hdlgDandD, int nDrive)
         }
         strcat(szRow, g_szScratch2);
     }
-    _strlwr(szRow);
+    shared::toLowerCase(szRow);
     fXferDandDAddListItem(hdlgDandD, IDC_DANDD_LOCALDRIVES, szRow, pType->nIcon, 0, 0, 0);
 }
 
@@ -83,7 +83,7 @@ void vXferDandDFillDriveList(HWND hdlgDandD)
 LRESULT panes::findDriveRow(HWND hdlgDandD, LONG nDrive)
 {
     char szDrive[4];
-    wsprintfA(szDrive, "%c:", int(nDrive + LETTER_BEFORE_A));
+    wsprintfA(szDrive, "%c:", int(nDrive + panes::LETTER_BEFORE_A));
     return SendDlgItemMessageA(hdlgDandD, IDC_DANDD_LOCALDRIVES, CB_FINDSTRING, WPARAM(-1),
                                reinterpret_cast<LPARAM>(szDrive));
 }

@@ -2,12 +2,14 @@
 // local filter line.
 #include "transfer/panes/locallist.h"
 #include "resources/ids.h"
+#include "shared/text.h"
 #include "transfer/panes/columns.h"
 #include "transfer/panes/namesort.h"
 #include "transfer/panes/pathline.h"
 #include "transfer/panes/rows.h"
 
 #include <direct.h>
+#include <stdlib.h>
 #include <string.h>
 
 namespace {
@@ -16,9 +18,6 @@ constexpr size_t CCH_ROOT = 3;
 constexpr LONG REPAINT_MARGIN = -4;
 constexpr char ALL_FILES[] = "*.*";
 constexpr int CCH_FAILED_FORMAT = 80;
-
-// Calls for every entry that a mask yields.
-typedef void (*EntryProc)(panes::Names* pNames, const WIN32_FIND_DATAA* pFind);
 
 bool isHidden(const WIN32_FIND_DATAA* pFind)
 {
@@ -66,6 +65,7 @@ void enumerate(const char* pszMask, panes::Names* pDirs, panes::Names* pFiles)
 // The mask of the file list: the text of the filter line, or that of the selected type.
 void readMask(const XferWindowRecord* pRecord, char (&szMask)[XFER_NAME_SIZE])
 {
+    szMask[0] = '\0';
     GetDlgItemTextA(pRecord->hwndDialog, IDC_DANDD_LOCALFILTER, szMask, sizeof szMask);
     if (szMask[0] == '\0') {
         LRESULT nType =
@@ -74,9 +74,18 @@ void readMask(const XferWindowRecord* pRecord, char (&szMask)[XFER_NAME_SIZE])
     }
 }
 
-bool namesDirectory(const char* pszMask)
+// Whether the files of a mask are those of the shown directory, however the mask names it.
+bool isInShownDir(const XferWindowRecord* pRecord, const char* pszMask)
 {
-    return strpbrk(pszMask, "\\/:") != nullptr;
+    char szTyped[XFER_NAME_SIZE];
+    char szDir[XFER_NAME_SIZE];
+    size_t cb = shared::dirLength(pszMask);
+    if (cb == 0) {
+        return true;
+    }
+    shared::copyText(szTyped, pszMask, cb + 1);
+    return _fullpath(szDir, szTyped, sizeof szDir) != nullptr &&
+           shared::isSameDir(szDir, pRecord->szLocalDir);
 }
 
 bool isAllFiles(const char* pszMask)
@@ -87,64 +96,81 @@ bool isAllFiles(const char* pszMask)
 // Directories and files, in one pass where both masks yield the same entries.
 void collect(XferWindowRecord* pRecord, panes::Names* pDirs, panes::Names* pFiles)
 {
-    char szMask[XFER_NAME_SIZE];
-    readMask(pRecord, szMask);
-    pRecord->fForeignFiles = namesDirectory(szMask);
-    if (isAllFiles(szMask)) {
+    readMask(pRecord, pRecord->szLocalMask);
+    pRecord->fForeignFiles = !isInShownDir(pRecord, pRecord->szLocalMask);
+    if (isAllFiles(pRecord->szLocalMask)) {
         enumerate(ALL_FILES, pDirs, pFiles);
     } else {
         enumerate(ALL_FILES, pDirs, nullptr);
-        enumerate(szMask, nullptr, pFiles);
+        enumerate(pRecord->szLocalMask, nullptr, pFiles);
     }
     panes::sortNames(pDirs);
     panes::sortNames(pFiles);
 }
 
-void addDirRow(const XferWindowRecord* pRecord, const char* pszText, panes::ListIcon nIcon,
-               DWORD nIndent, LONG nKind, DWORD cchPath)
+struct DirRow {
+    const char* pszText;
+    panes::ListIcon nIcon;
+    DWORD nIndent;
+    LONG nKind;
+    DWORD cchPath;
+};
+
+void addDirRow(HWND hdlgDandD, const DirRow& row)
 {
-    fXferDandDAddListItem(pRecord->hwndDialog, IDC_DANDD_LOCALDIRS, pszText, nIcon, nIndent, nKind,
-                          cchPath);
+    fXferDandDAddListItem(hdlgDandD, IDC_DANDD_LOCALDIRS, row.pszText, row.nIcon, row.nIndent,
+                          row.nKind, row.cchPath);
 }
 
-// The chain from the root to the current directory. Gives the level of its subdirectories.
-DWORD addAncestors(const XferWindowRecord* pRecord)
+DirRow rootRow(const char* pszText, bool fCurrent)
+{
+    panes::ListIcon nIcon = fCurrent ? panes::ICON_SELECTEDFOLDER : panes::ICON_OPENFOLDER;
+    return {pszText, nIcon, 0, XFERITEM_ROOT, CCH_ROOT};
+}
+
+DirRow ancestorRow(const char* pszText, DWORD nIndent, size_t cchPath)
+{
+    return {pszText, panes::ICON_OPENFOLDER, nIndent, XFERITEM_ANCESTOR, DWORD(cchPath)};
+}
+
+DirRow currentRow(const char* pszText, DWORD nIndent)
+{
+    return {pszText, panes::ICON_SELECTEDFOLDER, nIndent, XFERITEM_CURRENT, 0};
+}
+
+// Adds the chain from the root to a directory. Returns the level of its subdirectories.
+DWORD addAncestors(HWND hdlgDandD, const char* pszDir)
 {
     char szPart[XFER_NAME_SIZE];
-    const char* pszDir = pRecord->szLocalDir;
     bool fRoot = strlen(pszDir) <= CCH_ROOT;
-    lstrcpynA(szPart, pszDir, CCH_ROOT + 1);
-    addDirRow(pRecord, szPart, fRoot ? panes::ICON_SELECTEDFOLDER : panes::ICON_OPENFOLDER, 0,
-              XFERITEM_ROOT, CCH_ROOT);
+    shared::copyText(szPart, pszDir, CCH_ROOT + 1);
+    addDirRow(hdlgDandD, rootRow(szPart, fRoot));
     if (fRoot) {
         return 1;
     }
     DWORD nIndent = 1;
     const char* pszPart = pszDir + CCH_ROOT;
-    while (const char* pchEnd = strchr(pszPart, '\\')) {
-        lstrcpynA(szPart, pszPart, int(pchEnd - pszPart) + 1);
-        addDirRow(pRecord, szPart, panes::ICON_OPENFOLDER, nIndent++, XFERITEM_ANCESTOR,
-                  DWORD(pchEnd - pszDir));
+    while (const char* pchEnd = shared::findFirstOf(pszPart, "\\")) {
+        shared::copyText(szPart, pszPart, size_t(pchEnd - pszPart) + 1);
+        addDirRow(hdlgDandD, ancestorRow(szPart, nIndent++, size_t(pchEnd - pszDir)));
         pszPart = pchEnd + 1;
     }
-    addDirRow(pRecord, pszPart, panes::ICON_SELECTEDFOLDER, nIndent, XFERITEM_CURRENT, 0);
+    addDirRow(hdlgDandD, currentRow(pszPart, nIndent));
     return nIndent + 1;
 }
 
 // The names come sorted and below the chain of ancestors, so each belongs at the end.
-void addSubDirs(const XferWindowRecord* pRecord, const panes::Names* pDirs, DWORD nIndent)
+void addSubDirs(HWND hdlgDandD, const panes::Names* pDirs, DWORD nIndent)
 {
     for (LONG n = 0; n < pDirs->cNames; ++n) {
-        panes::appendSubDir(pRecord->hwndDialog, IDC_DANDD_LOCALDIRS, pDirs->pNames[n].pszName,
-                            nIndent);
+        panes::appendSubDir(hdlgDandD, IDC_DANDD_LOCALDIRS, pDirs->pNames[n].pszName, nIndent);
     }
 }
 
-void addFiles(XferWindowRecord* pRecord, HWND hwndFiles, const panes::Names* pFiles)
+void addFiles(HWND hwndFiles, const panes::Names* pFiles)
 {
     for (LONG n = 0; n < pFiles->cNames; ++n) {
         if (!panes::equalsPrevious(pFiles, n)) {
-            pRecord->fListsChanged = 1;
             SendMessageA(hwndFiles, LB_ADDSTRING, 0,
                          reinterpret_cast<LPARAM>(pFiles->pNames[n].pszName));
         }
@@ -165,33 +191,35 @@ void showAgain(HWND hwndList)
     InvalidateRect(hwndList, &rc, FALSE);
 }
 
-// Follows the process. Gives false if its directory can't be had; the panes then stay empty.
+// Takes the current directory of the process over into the record and the path line. Returns
+// whether the panes can be filled: they stay empty if the directory is unavailable. The caller's
+// windows hear of the new text, and the window can end in that.
 bool followDirectory(XferWindowRecord* pRecord)
 {
-    if (_getcwd(pRecord->szLocalDir, sizeof pRecord->szLocalDir) == nullptr) {
-        pRecord->szLocalDir[0] = '\0';
-    }
-    _strlwr(pRecord->szLocalDir);
+    window::Ref ref = window::refOf(pRecord);
+    bool fRead = panes::readCurrentDir(pRecord->szLocalDir);
     SendDlgItemMessageA(pRecord->hwndDialog, IDC_DANDD_LOCALPATH, WM_SETTEXT, 0,
                         reinterpret_cast<LPARAM>(pRecord->szLocalDir));
-    return pRecord->szLocalDir[0] != '\0';
+    return window::isAlive(ref) && fRead;
 }
 
+// The record is not touched any more once rows are added: a list that lacks memory notifies the
+// caller's windows.
 void fillPanes(XferWindowRecord* pRecord, HWND hwndFiles)
 {
     panes::Names dirs = {};
     panes::Names files = {};
+    char szDir[XFER_NAME_SIZE];
+    HWND hdlgDandD = pRecord->hwndDialog;
     collect(pRecord, &dirs, &files);
-    addSubDirs(pRecord, &dirs, addAncestors(pRecord));
-    addFiles(pRecord, hwndFiles, &files);
+    shared::copyText(szDir, pRecord->szLocalDir, sizeof szDir);
+    if (files.cNames > 0) {
+        pRecord->fListsChanged = 1;
+    }
+    addSubDirs(hdlgDandD, &dirs, addAncestors(hdlgDandD, szDir));
+    addFiles(hwndFiles, &files);
     panes::freeNames(&dirs);
     panes::freeNames(&files);
-}
-
-const char* behindLastBackslash(const char* pszPath)
-{
-    const char* pchLast = pszPath == nullptr ? nullptr : strrchr(pszPath, '\\');
-    return pchLast != nullptr ? pchLast + 1 : pszPath;
 }
 
 } // namespace
@@ -207,25 +235,44 @@ void KRHAULAPI vXferDandDRefreshLocalFiles(HWND hdlgDandD)
     if (pRecord == nullptr) {
         return;
     }
+    window::Ref ref = window::refOf(pRecord);
     HWND hwndDirs = GetDlgItem(hdlgDandD, IDC_DANDD_LOCALDIRS);
     HWND hwndFiles = GetDlgItem(hdlgDandD, IDC_DANDD_LOCALFILES);
     setRedraw(hwndDirs, FALSE);
     setRedraw(hwndFiles, FALSE);
     SendMessageA(hwndFiles, LB_RESETCONTENT, 0, 0);
     panes::clearRows(hwndDirs);
-    if (followDirectory(pRecord)) {
+    // The list reports each row that goes to the window, and so to the caller's procedure.
+    if (window::isAlive(ref) && followDirectory(pRecord)) {
         fillPanes(pRecord, hwndFiles);
+    }
+    if (!window::isAlive(ref)) {
+        return;
     }
     vXferDandDSetColumnWidth(pRecord, IDC_DANDD_LOCALFILES);
     showAgain(hwndDirs);
     showAgain(hwndFiles);
 }
 
+bool panes::readCurrentDir(char (&szDir)[XFER_NAME_SIZE])
+{
+    if (_getcwd(szDir, sizeof szDir) == nullptr) {
+        szDir[0] = '\0';
+    }
+    shared::toLowerCase(szDir);
+    return szDir[0] != '\0';
+}
+
+bool panes::isCurrentDir(const char* pszDir)
+{
+    char szDir[XFER_NAME_SIZE];
+    readCurrentDir(szDir);
+    return strcmp(szDir, pszDir) == 0;
+}
+
 bool panes::syncLocalPanes(XferWindowRecord* pRecord)
 {
-    char szDir[XFER_NAME_SIZE] = "";
-    _getcwd(szDir, sizeof szDir);
-    if (strcmp(_strlwr(szDir), pRecord->szLocalDir) == 0) {
+    if (isCurrentDir(pRecord->szLocalDir)) {
         return true;
     }
     vXferDandDRefreshLocalFiles(pRecord->hwndDialog);
@@ -234,23 +281,31 @@ bool panes::syncLocalPanes(XferWindowRecord* pRecord)
 
 bool panes::syncLocalFiles(XferWindowRecord* pRecord)
 {
-    char szMask[XFER_NAME_SIZE];
-    if (!panes::syncLocalPanes(pRecord)) {
+    if (!syncLocalPanes(pRecord)) {
         return false;
     }
     if (pRecord->fForeignFiles) {
-        readMask(pRecord, szMask);
-        panes::reportLocalFailure(pRecord->hwndDialog, pRecord, szMask, CCH_FAILED_FORMAT);
+        reportLocalFailure(pRecord->hwndDialog, pRecord, pRecord->szLocalMask, CCH_FAILED_FORMAT);
         return false;
     }
     return true;
+}
+
+bool panes::showsCurrentFiles(const XferWindowRecord* pRecord)
+{
+    return !pRecord->fForeignFiles && isCurrentDir(pRecord->szLocalDir);
+}
+
+bool panes::showsFilesOf(const XferWindowRecord* pRecord, const char* pszDir)
+{
+    return !pRecord->fForeignFiles && shared::isSameDir(pRecord->szLocalDir, pszDir);
 }
 
 int KRHAULAPI nXferDandDAddLocalFileName(HWND hdlgDandD, const char* pszName)
 {
     XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
     if (pRecord != nullptr && pszName != nullptr) {
-        panes::insertFileName(pRecord, IDC_DANDD_LOCALFILES, behindLastBackslash(pszName));
+        panes::insertFileName(pRecord, IDC_DANDD_LOCALFILES, shared::behindLastBackslash(pszName));
     }
     return 0;
 }
@@ -259,7 +314,7 @@ int nXferDandDRemoveLocalFileName(HWND hdlgDandD, const char* pszName)
 {
     XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
     if (pRecord != nullptr && pszName != nullptr) {
-        panes::removeFileName(pRecord, IDC_DANDD_LOCALFILES, behindLastBackslash(pszName));
+        panes::removeFileName(pRecord, IDC_DANDD_LOCALFILES, shared::behindLastBackslash(pszName));
     }
     return 0;
 }

@@ -3,6 +3,7 @@
 #include "transfer/panes/pathline.h"
 #include "resources/ids.h"
 #include "shared/krutils.h"
+#include "shared/text.h"
 #include "transfer/panes/drives.h"
 #include "transfer/panes/locallist.h"
 #include "transfer/panes/splitpath.h"
@@ -15,7 +16,7 @@ namespace {
 
 constexpr int CCH_MASK = 10;
 constexpr int CCH_FAILED_FORMAT = 20;
-constexpr LONG LETTER_BEFORE_A = 0x60;
+constexpr int MAX_FAILED_FORMAT = 80;
 constexpr char ROOT[] = "\\";
 constexpr DWORD TYPED = 0;
 constexpr DWORD FROM_LIST = 1;
@@ -33,8 +34,8 @@ bool readSelectedRow(HWND hwndList, panes::Row* pRow)
     return nRow != LB_ERR && panes::readRow(hwndList, LONG(nRow), pRow);
 }
 
-// The window can die in the callback, and the text be overwritten by calls from inside it:
-// what is recorded after it comes from a copy of our own.
+// The callback can end the window, and the calls that it makes can overwrite the scratch buffer
+// that it was given. So what is recorded afterwards comes from a copy.
 void changeHostDir(const XferWindowRecord* pRecord, const char* pszDir, DWORD fFromList)
 {
     char szDir[XFER_NAME_SIZE];
@@ -42,8 +43,8 @@ void changeHostDir(const XferWindowRecord* pRecord, const char* pszDir, DWORD fF
     if (pRecord->callbacks.pfnChangeHostDir == nullptr) {
         return;
     }
-    lstrcpynA(szDir, pszDir, sizeof szDir);
-    lstrcpynA(g_szScratch, pszDir, sizeof g_szScratch);
+    shared::copyText(szDir, pszDir, sizeof szDir);
+    shared::copyText(g_szScratch, pszDir, sizeof g_szScratch);
     pRecord->callbacks.pfnChangeHostDir(pRecord->dwCallerData, 0, 0, g_szScratch, fFromList);
     KrRecordAction(hwndParent, KRACTION_HOSTDIR_CHANGED, szDir);
 }
@@ -55,27 +56,31 @@ void activateTypes(HWND hdlgDandD, XferWindowRecord* pRecord)
     if (nRow == CB_ERR) {
         return;
     }
+    window::Ref ref = window::refOf(pRecord);
     window::loadString(pRecord, nXferDandDTypePatternId(nRow), g_szScratch, sizeof g_szScratch);
     SendDlgItemMessageA(hdlgDandD, IDC_DANDD_LOCALFILTER, WM_SETTEXT, 0,
                         reinterpret_cast<LPARAM>(g_szScratch));
-    vXferDandDApplyLocalFilter(hdlgDandD);
+    // The line reports its new text to the caller's window procedure first.
+    if (window::isAlive(ref)) {
+        vXferDandDApplyLocalFilter(hdlgDandD);
+    }
 }
 
 void enterRoot(HWND hdlgDandD, const XferWindowRecord* pRecord)
 {
     _chdir(ROOT);
-    KrRecordAction(pRecord->hwndParent, KRACTION_LOCALDIR_CHANGED, ROOT);
-    vXferDandDRefreshLocalFiles(hdlgDandD);
+    if (window::recordAction(pRecord, KRACTION_LOCALDIR_CHANGED, ROOT)) {
+        vXferDandDRefreshLocalFiles(hdlgDandD);
+    }
 }
 
 void enterLocalDir(HWND hdlgDandD, const XferWindowRecord* pRecord, const char* pszDir)
 {
-    if (_chdir(pszDir) == 0) {
-        KrRecordAction(pRecord->hwndParent, KRACTION_LOCALDIR_CHANGED, pszDir);
+    if (_chdir(pszDir) != 0) {
+        panes::reportLocalFailure(hdlgDandD, pRecord, pszDir, CCH_FAILED_FORMAT);
+    } else if (window::recordAction(pRecord, KRACTION_LOCALDIR_CHANGED, pszDir)) {
         vXferDandDRefreshLocalFiles(hdlgDandD);
-        return;
     }
-    panes::reportLocalFailure(hdlgDandD, pRecord, pszDir, CCH_FAILED_FORMAT);
 }
 
 // Only the path of an ancestor is whole. The other rows mean something only from the directory
@@ -125,24 +130,28 @@ void activateHostDirs(HWND hdlgDandD, XferWindowRecord* pRecord)
     }
 }
 
+// The text has a buffer of its own: the calls with which the callback adds names use the scratch
+// buffers.
 void activateHostFilter(HWND, XferWindowRecord* pRecord)
 {
-    readLine(pRecord, IDC_DANDD_HOSTFILTER, g_szScratch);
+    char szFilter[XFER_NAME_SIZE];
+    readLine(pRecord, IDC_DANDD_HOSTFILTER, szFilter);
     if (pRecord->callbacks.pfnHostFilter != nullptr) {
-        pRecord->callbacks.pfnHostFilter(pRecord->dwCallerData, 0, 0, g_szScratch);
+        pRecord->callbacks.pfnHostFilter(pRecord->dwCallerData, 0, 0, szFilter);
     }
 }
 
-// What is recorded can end the window, or come back with calls that use the scratch buffers.
-void activateCommandLine(HWND hdlgDandD, XferWindowRecord* pRecord)
+// Recording can end the window, or run calls that use the scratch buffers.
+void activateCommandLine(HWND, XferWindowRecord* pRecord)
 {
     char szCommand[XFER_NAME_SIZE];
     readLine(pRecord, IDC_DANDD_COMMANDLINE, szCommand);
     if (pRecord->callbacks.pfnHostCommand == nullptr || szCommand[0] == '\0') {
         return;
     }
+    window::Ref ref = window::refOf(pRecord);
     KrRecordCommand(pRecord->hwndParent, szCommand);
-    if (window::isAlive(hdlgDandD, pRecord)) {
+    if (window::isAlive(ref)) {
         pRecord->callbacks.pfnHostCommand(pRecord->dwCallerData, 0, 0, szCommand);
     }
 }
@@ -159,16 +168,20 @@ constexpr ActivateRow ACTIVATIONS[] = {
     {IDC_DANDD_COMMANDLINE, activateCommandLine},
 };
 
-// Follows the drive of a typed path. Its row is selected by a posted message, so that a drive
-// without one leaves the list without a selection.
+// Follows the drive of a typed path. The process can be on another drive than the window followed
+// last. The drive list only moves with the window: by a posted message, so that a drive without a
+// row leaves the list without a selection.
 void followDrive(HWND hdlgDandD, XferWindowRecord* pRecord, XferPathParts* pParts)
 {
-    _strlwr(pParts->szDrive);
-    LONG nDrive = pParts->szDrive[0] - LETTER_BEFORE_A;
-    if (pParts->szDrive[0] == '\0' || nDrive == pRecord->nLocalDrive) {
+    shared::toLowerCase(pParts->szDrive);
+    int nDrive = BYTE(pParts->szDrive[0]) - panes::LETTER_BEFORE_A;
+    if (pParts->szDrive[0] == '\0' || (nDrive == pRecord->nLocalDrive && nDrive == _getdrive())) {
         return;
     }
     _chdrive(nDrive);
+    if (nDrive == pRecord->nLocalDrive) {
+        return;
+    }
     pRecord->nLocalDrive = nDrive;
     LRESULT nRow = panes::findDriveRow(hdlgDandD, nDrive);
     PostMessageA(GetDlgItem(hdlgDandD, IDC_DANDD_LOCALDRIVES), CB_SETCURSEL, WPARAM(nRow), 0);
@@ -203,19 +216,39 @@ void followText(HWND hdlgDandD, XferWindowRecord* pRecord, const char* pszText,
                     parts.szName[0] != '\0' ? parts.szName : pszDefaultMask);
 }
 
+// Shows where a followed text has led. Each painting asks the caller's window procedure for the
+// colours.
+void showFollowedText(const window::Ref& ref)
+{
+    HWND hwndFilter = GetDlgItem(ref.hdlgDandD, IDC_DANDD_LOCALFILTER);
+    UpdateWindow(hwndFilter);
+    if (!window::isAlive(ref)) {
+        return;
+    }
+    SendDlgItemMessageA(ref.hdlgDandD, IDC_DANDD_LOCALPATH, WM_SETTEXT, 0,
+                        reinterpret_cast<LPARAM>(ref.pRecord->szLocalDir));
+    if (window::isAlive(ref)) {
+        vXferDandDRefreshLocalFiles(ref.hdlgDandD);
+    }
+    if (window::isAlive(ref)) {
+        SendMessageA(hwndFilter, EM_SETSEL, WPARAM(-1), 1);
+        SendMessageA(hwndFilter, EM_SCROLLCARET, 0, 0);
+    }
+}
+
 } // namespace
 
 void panes::ancestorPath(const XferWindowRecord* pRecord, const panes::Row* pRow,
                          char (&szPath)[XFER_NAME_SIZE])
 {
     DWORD cch = pRow->cchPath < XFER_NAME_SIZE ? pRow->cchPath : XFER_MAX_NAME;
-    lstrcpynA(szPath, pRecord->szLocalDir, int(cch) + 1);
+    shared::copyText(szPath, pRecord->szLocalDir, cch + 1);
 }
 
 void panes::reportLocalFailure(HWND hdlgDandD, const XferWindowRecord* pRecord, const char* pszName,
                                int cchFormat)
 {
-    char szFormat[80];
+    char szFormat[MAX_FAILED_FORMAT];
     char szText[XFER_FORMAT_SIZE];
     window::loadString(pRecord, IDS_LOCAL_FAILED, szFormat, cchFormat);
     wsprintfA(szText, szFormat, pszName);
@@ -240,21 +273,15 @@ void vXferDandDApplyLocalFilter(HWND hdlgDandD)
     if (pRecord == nullptr) {
         return;
     }
+    window::Ref ref = window::refOf(pRecord);
     LRESULT nType = SendDlgItemMessageA(hdlgDandD, IDC_DANDD_LOCALTYPES, CB_GETCURSEL, 0, 0);
     window::loadString(pRecord, nXferDandDTypePatternId(nType), szMask, sizeof szMask);
     readLine(pRecord, IDC_DANDD_LOCALFILTER, g_szScratch2);
     if (g_szScratch2[0] != '\0') {
         followText(hdlgDandD, pRecord, g_szScratch2, szMask);
     }
-    // The new text of the line is told to the caller's window procedure first.
-    if (!window::isAlive(hdlgDandD, pRecord)) {
-        return;
+    // The line reports its new text to the caller's window procedure.
+    if (window::isAlive(ref)) {
+        showFollowedText(ref);
     }
-    HWND hwndFilter = GetDlgItem(hdlgDandD, IDC_DANDD_LOCALFILTER);
-    UpdateWindow(hwndFilter);
-    SendDlgItemMessageA(hdlgDandD, IDC_DANDD_LOCALPATH, WM_SETTEXT, 0,
-                        reinterpret_cast<LPARAM>(pRecord->szLocalDir));
-    vXferDandDRefreshLocalFiles(hdlgDandD);
-    SendMessageA(hwndFilter, EM_SETSEL, WPARAM(-1), 1);
-    SendMessageA(hwndFilter, EM_SCROLLCARET, 0, 0);
 }

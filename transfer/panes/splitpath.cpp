@@ -1,4 +1,5 @@
 #include "transfer/panes/splitpath.h"
+#include "shared/text.h"
 
 #include <string.h>
 
@@ -10,19 +11,30 @@ constexpr size_t MAX_EXTENSION = 4; // with its dot
 
 bool holdsDirectory(const char* pszRest)
 {
-    return strchr(pszRest, '\\') != nullptr || strstr(pszRest, "..") != nullptr;
+    return shared::findFirstOf(pszRest, "\\") != nullptr || strstr(pszRest, "..") != nullptr;
 }
 
-// Takes a drive off the front of the text. Gives the rest, or null for a bad drive.
+bool holdsDoubleBackslash(const char* pszDir)
+{
+    const char* pch = pszDir;
+    while ((pch = shared::findFirstOf(pch, "\\")) != nullptr && pch[1] != '\\') {
+        ++pch;
+    }
+    return pch != nullptr;
+}
+
+// Takes a drive off the front of the text. Returns the rest, or null for a bad drive.
 const char* takeDrive(const char* pszPath, XferPathParts* pParts)
 {
-    if (strchr(pszPath, ':') == nullptr) {
+    const char* pchColon = shared::findFirstOf(pszPath, ":");
+    if (pchColon == nullptr) {
         return pszPath;
     }
-    if (!IsCharAlphaA(pszPath[0]) || pszPath[1] != ':' || strchr(pszPath + 2, ':') != nullptr) {
+    if (!IsCharAlphaA(pszPath[0]) || pchColon != pszPath + 1 ||
+        shared::findFirstOf(pchColon + 1, ":") != nullptr) {
         return nullptr;
     }
-    lstrcpynA(pParts->szDrive, pszPath, sizeof pParts->szDrive);
+    shared::copyText(pParts->szDrive, pszPath, sizeof pParts->szDrive);
     return pszPath + 2;
 }
 
@@ -37,7 +49,7 @@ bool appendToDir(XferPathParts* pParts, const char* pch, size_t cch)
     return true;
 }
 
-// Takes the directory off the front of the text. Gives the rest, or null for a bad directory.
+// Takes the directory off the front of the text. Returns the rest, or null for a bad directory.
 const char* takeDir(const char* pszPath, XferPathParts* pParts)
 {
     const char* pszRest = pszPath;
@@ -45,7 +57,7 @@ const char* takeDir(const char* pszPath, XferPathParts* pParts)
         return pszRest;
     }
     while (holdsDirectory(pszRest)) {
-        ++pszRest;
+        pszRest = shared::nextChar(pszRest);
     }
     if (!appendToDir(pParts, pszPath, size_t(pszRest - pszPath))) {
         return nullptr;
@@ -56,7 +68,7 @@ const char* takeDir(const char* pszPath, XferPathParts* pParts)
         }
         ++pszRest;
     }
-    bool fBad = strstr(pParts->szDir, "\\\\") != nullptr || strstr(pParts->szDir, "...") != nullptr;
+    bool fBad = holdsDoubleBackslash(pParts->szDir) || strstr(pParts->szDir, "...") != nullptr;
     return fBad ? nullptr : pszRest;
 }
 
@@ -100,7 +112,7 @@ int nXferDandDSplitPath(const char* pszPath, XferPathParts* pParts)
         return -1;
     }
     strcpy(pParts->szName, pszRest);
-    pParts->fWildcard = strpbrk(pszRest, "*?") != nullptr;
+    pParts->fWildcard = shared::findFirstOf(pszRest, "*?") != nullptr;
     if (!pParts->fWildcard && pParts->szName[0] != '\0' && namesDirectory(pParts)) {
         if (!appendToDir(pParts, pParts->szName, strlen(pParts->szName)) ||
             !appendToDir(pParts, "\\", 1)) {

@@ -12,9 +12,9 @@ struct XferPathParts {
 };
 
 // Takes a path apart that _fullpath has completed. The last part has to be a short file name,
-// and goes into the directory if it is one: that search is all that is asked of the file
-// system. Gives 0, or -1 for a text that is no path of this kind or whose directory is longer
-// than its field.
+// counted in bytes as the platform does; if it names a directory, which only a search can tell, it
+// becomes part of the directory. Returns 0, or -1 for a text that is no path of this kind or whose
+// directory is longer than its field.
 int nXferDandDSplitPath(const char* pszPath, XferPathParts* pParts);
 
 #endif

@@ -57,12 +57,13 @@ struct XferWindowRecord {
     HMENU hmenuPopup[XFER_POPUPS];
     LONG fListsChanged; // new column widths are due at the end of the busy state
     LONG fMinimized;
-    LONG fFocusCommandLine;     // the end of the busy state gives it the focus
-    XferFileList viewTempFiles; // owned; 0 on versions below 4
-    LONG fForeignFiles;         // the local file list shows files of another directory
-    DWORD fsHeldLists;          // host lists that aren't drawn for the moment
-    HWND hdlgOpen;              // the innermost of the file dialogs that are open, or 0
-    DWORD nSerial;              // tells this record from any other one at the same address
+    LONG fFocusCommandLine;           // the end of the busy state gives it the focus
+    XferFileList viewTempFiles;       // owned; 0 on versions below 4
+    LONG fForeignFiles;               // the local file list shows files of another directory
+    char szLocalMask[XFER_NAME_SIZE]; // the mask that filled the local file list
+    DWORD fsHeldLists;                // host lists that aren't drawn for the moment
+    HWND hdlgOpen;                    // the innermost of the file dialogs that are open, or 0
+    DWORD nSerial;                    // tells this record from any other one at the same address
     XferWindowRecord* pNextLive;
 };
 

@@ -7,15 +7,6 @@
 
 enum Direction { XFERDIR_RECEIVE = 0, XFERDIR_SEND = 1 };
 
-// The confirmation flags, which the caller keeps. Only LOCALDELETE and LOCALRMDIR are read here.
-enum ConfirmFlag : DWORD {
-    XFERCONFIRM_LOCALREPLACE = 1,
-    XFERCONFIRM_LOCALDELETE = 2,
-    XFERCONFIRM_LOCALRMDIR = 4,
-    XFERCONFIRM_HOSTDELETE = 8,
-    XFERCONFIRM_HOSTREPLACE = 16
-};
-
 namespace window {
 
 // Asks the caller for the confirmation flags. If the caller keeps none, every deletion is

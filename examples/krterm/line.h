@@ -1,0 +1,32 @@
+// The connection: a socket that tells the window by messages what it has, so that it needs no
+// thread and goes on while a menu or a box is open.
+#ifndef KRTERM_LINE_H
+#define KRTERM_LINE_H
+
+#include <winsock.h>
+
+// What the line tells.
+struct LineEvents {
+    void (*pfnOpened)();
+    void (*pfnReceived)(BYTE* pb, DWORD cb);
+    void (*pfnClosed)(const char* pszWhy);
+};
+
+// Begins to connect to "host[:port]"; uMessage is a free message of the window. Returns false,
+// with the reason, if that can't be.
+bool openLine(HWND hwnd, UINT uMessage, const char* pszAddress, const LineEvents* pEvents,
+              const char** ppszWhy);
+
+void closeLine();
+bool isLineOpen();
+
+// Sends what the host takes and keeps the rest until it takes more.
+void putLine(const BYTE* pb, DWORD cb);
+
+// How much is kept.
+DWORD waitingInLine();
+
+// The window's message.
+void onLineMessage(WPARAM wParam, LPARAM lParam);
+
+#endif

@@ -1,0 +1,23 @@
+#ifndef KRTERM_RESOURCE_H
+#define KRTERM_RESOURCE_H
+
+#define IDM_CONNECT 101
+#define IDM_DISCONNECT 102
+#define IDM_EXIT 103
+#define IDM_COPY 110
+#define IDM_PASTE 111
+#define IDM_SELECTALL 112
+#define IDM_CLEARKEPT 113
+#define IDM_SEND 120
+#define IDM_RECEIVE 121
+
+#define IDC_ADDRESS 200
+#define IDC_PROTOCOL 210
+#define IDC_HOSTNAME 211
+#define IDC_LOCAL 212
+#define IDC_BROWSE 213
+#define IDC_COMMAND 214
+#define IDC_LINEEND 215
+#define IDC_LOCALLABEL 216
+
+#endif

@@ -1,0 +1,37 @@
+// A transfer as the user sees it: the modem's machine between the line and the files, and the
+// status window over it.
+#ifndef KRTERM_TRANSFER_H
+#define KRTERM_TRANSFER_H
+
+#include "order.h"
+
+struct TransferEvents {
+    void (*pfnPut)(const BYTE* pb, DWORD cb);   // to the host
+    void (*pfnStray)(const BYTE* pb, DWORD cb); // text of the host, for the screen
+};
+
+// The owner gets the messages of the status window, and uQuestion, a free message of its own,
+// for which it calls askUser(). Returns false if one is running or there is no status window.
+bool startTransfer(const TransferOrder* pOrder, HWND hwndOwner, UINT uQuestion,
+                   const TransferEvents* pEvents);
+bool isTransferring();
+
+// The status window, which stays after the end until the user closes it; 0 if there is none.
+HWND transferWindow();
+
+// Bytes of the host: returns how many were the transfer's. The others are for the screen.
+DWORD feedTransfer(const BYTE* pb, DWORD cb);
+
+// Some ten times a second.
+void tickTransfer();
+
+// Asks whether a file that is there may be replaced.
+void askUser();
+
+// Ends the transfer at once and closes its window.
+void closeTransfer();
+
+// How the last one ended, its errors and retries.
+const Modem* lastTransfer();
+
+#endif
