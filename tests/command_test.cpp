@@ -482,23 +482,10 @@ TEST_F(Command, NoListIsLeftBehind)
     EXPECT_EQ(ledger.owed(), "");
 }
 
-// KRUTILS isn't ours: what it is told can end the window. Each step records something.
-std::function<void()> s_inRecord;
-
-void WINAPI fakeRecordAction(HWND, int, const char*)
-{
-    s_inRecord();
-}
-void WINAPI fakeRecordCommand(HWND, const char*)
-{
-    s_inRecord();
-}
-
 // A list holds the names that were selected first, whatever becomes of its rows while they are
 // recorded.
 TEST_F(Command, WhatIsRecordedChangesNoList)
 {
-    ReplacedImport action(library(), "KRUTILS.DLL", 41, fakeRecordAction);
     const struct {
         UINT uMessage;
         WPARAM wParam;
@@ -512,11 +499,11 @@ TEST_F(Command, WhatIsRecordedChangesNoList)
             feedHost({"x", "y", "z"});
             selectOnly(selection.idList, split(selection.pszNames));
             bool fChanged = false;
-            s_inRecord = [&] {
+            InRecord changing([&] {
                 if (!std::exchange(fChanged, true)) {
                     tell(selection.idList, change.uMessage, change.wParam, change.lParam);
                 }
-            };
+            });
             command(selection.idCommand);
             EXPECT_EQ(requests(), Strings{selection.pszRequest}) << &change - changes;
         }
@@ -543,6 +530,7 @@ TEST_F(Command, ARowThatCannotBeReadEndsTheCommand)
     EXPECT_EQ(m_dir.names(), split("a b c child full full\\a full\\b"));
 }
 
+// KRUTILS isn't ours: what it is told can end the window. Each step records something.
 struct Recorder {
     int idList; // its first row of that name is selected
     const char* pszRow;
@@ -564,18 +552,16 @@ const Recorder RECORDERS[] = {
 
 TEST_F(Command, ARecordedActionMayEndTheWindow)
 {
-    ReplacedImport action(library(), "KRUTILS.DLL", 41, fakeRecordAction);
-    ReplacedImport typed(library(), "KRUTILS.DLL", 22, fakeRecordCommand);
     Ledger ledger;
     for (const Recorder& recorder : RECORDERS) {
         SCOPED_TRACE(testing::Message() << recorder.idList << " " << recorder.idCommand);
         bool fTyped = recorder.idList == IDC_DANDD_COMMANDLINE;
         openFilled(fTyped ? XFERVIEW_COMMANDLINE : XFERVIEW_TWOPANE);
         int cRecorded = 0;
-        s_inRecord = [&] {
+        InRecord ending([&] {
             ++cRecorded;
             close();
-        };
+        });
         if (fTyped) {
             type(recorder.idList, recorder.pszRow);
         } else if (recorder.idList == IDC_DANDD_LOCALDIRS ||

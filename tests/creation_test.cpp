@@ -131,19 +131,6 @@ TEST_F(Creation, EveryAllocationCanFail)
     EXPECT_GT(nFailing, NEEDED + 5);
 }
 
-// The font and the menu that the platform itself makes for a dialog.
-TEST_F(Creation, WhatTheDialogManagerMadeGoesToo)
-{
-    create();
-    HGDIOBJ hfont = reinterpret_cast<HGDIOBJ>(SendMessageA(m_hwnd, WM_GETFONT, 0, 0));
-    HMENU hmenu = GetMenu(m_hwnd);
-    EXPECT_EQ(GetObjectType(hfont), DWORD(OBJ_FONT));
-    EXPECT_TRUE(IsMenu(hmenu));
-    close();
-    EXPECT_EQ(GetObjectType(hfont), 0u);
-    EXPECT_FALSE(IsMenu(hmenu));
-}
-
 TEST_F(Creation, ReadsTheTableByItsSize)
 {
     constexpr DWORD BEHIND_VIEW_MODE = offsetof(HostCallbacks, pfnViewModeChanged) + 4;

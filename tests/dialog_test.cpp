@@ -96,18 +96,12 @@ ModalStep whenChecked(int idSide, int idEdit)
 }
 
 std::vector<DWORD> s_helped;
-std::function<void()> s_inRecord;
 
 BOOL WINAPI fakeWinHelp(HWND, LPCSTR, UINT uCommand, ULONG_PTR dwContext)
 {
     EXPECT_EQ(uCommand, UINT(HELP_CONTEXT));
     s_helped.push_back(dwContext);
     return TRUE;
-}
-
-void WINAPI fakeRecordAction(HWND, int, const char*)
-{
-    s_inRecord();
 }
 
 class Dialog : public PaneWindow {
@@ -313,7 +307,7 @@ TEST_F(Dialog, ANameMeansTheDirectoryThatIsShown)
         int idName, idSide;
         const char *pszHeard, *pszLeft;
     } cases[] = {
-        {IDM_XFER_TRANSFER, IDC_COPY_SOURCE, IDC_COPY_SEND, "send a.txta.txt|sent: a.txt",
+        {IDM_XFER_TRANSFER, IDC_COPY_SOURCE, IDC_COPY_SEND, "send a.txt=a.txt|sent: a.txt",
          "a.txt b.txt"},
         {IDM_XFER_DELETE, IDC_DEL_NAME, ID_LOCAL, "local file deleted: a.txt", "b.txt"},
     };
@@ -418,11 +412,11 @@ struct Typed {
     const char* pszHeard;
 };
 const Typed TYPED[] = {
-    {IDC_COPY_SEND, "a.txt", "=h", 0, "send a.txt=h|sent: a.txt"},
-    {IDC_COPY_SEND, "other\\a.txt", "", 0, "send other\\a.txtother\\a.txt|sent: other\\a.txt"},
+    {IDC_COPY_SEND, "a.txt", "h", 0, "send a.txt=h|sent: a.txt"},
+    {IDC_COPY_SEND, "other\\a.txt", "", 0, "send other\\a.txt=other\\a.txt|sent: other\\a.txt"},
     {IDC_COPY_SEND, "none", "h", ERROR_FILE_NOT_FOUND, ""},
-    {IDC_COPY_RECEIVE, "=h", "new", 0, "receive =hnew|received: new"},
-    {IDC_COPY_RECEIVE, "h", "", 0, "receive hh|received: h"},
+    {IDC_COPY_RECEIVE, "h", "new", 0, "receive h=new|received: new"},
+    {IDC_COPY_RECEIVE, "h", "", 0, "receive h=h|received: h"},
     {IDC_COPY_RECEIVE, "h", "child", ERROR_CANNOT_MAKE, ""},
 };
 
@@ -560,7 +554,7 @@ TEST_F(Dialog, ADialogWaitsForTheOneThatOpensOverIt)
                                 pressButton(hdlg, IDOK);
                                 return true;
                             }});
-    EXPECT_EQ(requests(), Strings{"send a.txta.txt"});
+    EXPECT_EQ(requests(), Strings{"send a.txt=a.txt"});
 }
 
 HWND s_hdlgOuter;
@@ -855,9 +849,8 @@ TEST_P(DialogEnd, NothingIsTouchedAfterTheWindowHasGone)
         SCOPED_TRACE(testing::Message() << c.idCommand << " " << c.pszName << " " << place);
         Ledger ledger; // which shows a late touch
         open();
-        ReplacedImport record(library(), "KRUTILS.DLL", 41, fakeRecordAction);
         auto end = [&] { nXferDandDDestroy(m_hwnd); };
-        s_inRecord = place == IN_RECORD ? std::function<void()>(end) : [] {};
+        InRecord record(place == IN_RECORD ? std::function<void()>(end) : [] {});
         m_inRequest = place == IN_CALLBACK ? end : std::function<void()>();
         std::vector<ModalStep> steps = {choose(c.idName, c.pszName, c.idSide), [&](HWND hdlg) {
                                             place == IN_DIALOG ? end() : pressKey(hdlg, VK_RETURN);

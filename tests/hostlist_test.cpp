@@ -96,20 +96,6 @@ TEST_F(HostList, ClearsWhatTheFlagsSay)
     EXPECT_EQ(ledger.owed(), "");
 }
 
-TEST_F(HostList, NoRowStaysWithoutARecord)
-{
-    Ledger ledger;
-    openWith(".. w a");
-    size_t cOthers = ledger.count() - rows(IDC_DANDD_HOSTDIRS).size();
-    ledger.failAt(1); // the row ".."
-    nXferDandDClearHostFileInfo(m_hwnd, XFERCLEAR_SUBDIRS);
-    EXPECT_TRUE(ledger.hasFailed());
-    EXPECT_EQ(ledger.count(), cOthers + rows(IDC_DANDD_HOSTDIRS).size());
-    for (size_t n = rows(IDC_DANDD_HOSTDIRS).size(); n-- > 0;) {
-        EXPECT_NE(tell(IDC_DANDD_HOSTDIRS, LB_GETITEMDATA, n), 0);
-    }
-}
-
 // The list tells its owner of each row that goes, which can end the window; the row still has its
 // record then.
 TEST_F(HostList, TheEndOfARowMayEndTheWindow)

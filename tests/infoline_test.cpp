@@ -129,31 +129,6 @@ TEST_F(InfoLine, IsTrimmedOnALineEndAboveItsLimit)
     }
 }
 
-TEST_F(InfoLine, ALongSeriesStaysWithinItsLimits)
-{
-    createHidden();
-    std::string all;
-    DWORD dwSeed = 12345;
-    int cTrims = 0;
-    for (int n = 0; n < 1500; ++n) {
-        dwSeed = dwSeed * 1103515245 + 12345;
-        std::string entry = std::to_string(n);
-        const DWORD dwKind = dwSeed >> 16 & 7;
-        if (dwKind <= 1) {
-            entry = dwKind == 0 ? "" : entry + "\r\n\r\n" + entry;
-        } else {
-            entry += std::string(dwSeed >> 20 & 0xFF, '-');
-        }
-        entry.resize(std::min<size_t>(entry.size(), 260));
-        vXferDandDInfoLine(m_hwnd, (entry + "\r\n").c_str());
-        size_t cchBefore = all.size();
-        all = grown(all, "\r\n" + entry);
-        cTrims += all.size() < cchBefore;
-        ASSERT_EQ(text(), all) << n;
-    }
-    EXPECT_GT(cTrims, 10);
-}
-
 TEST_F(InfoLine, LosesItsSelectionWithTheFocusAndWithEachEntry)
 {
     create();

@@ -1,6 +1,7 @@
 // The status window: its slots, its calls, its figures and its procedure.
 #include "../include/krhaul.h"
 #include "../resources/ids.h"
+#include "support/clock.h"
 #include "support/help.h"
 #include "support/input.h"
 #include "support/ledger.h"
@@ -16,13 +17,6 @@ namespace {
 HMODULE library()
 {
     return GetModuleHandleA("KRHAUL.DLL");
-}
-
-// The clock of the library, set by the test.
-DWORD s_dwNow;
-DWORD WINAPI fakeTickCount()
-{
-    return s_dwNow;
 }
 
 // The timers of the library: id and window of those that run.
@@ -61,11 +55,9 @@ HDC WINAPI windowsDC(HWND hwnd)
 class Status : public testing::Test {
 protected:
     Status()
-        : m_clock(library(), "GetTickCount", fakeTickCount),
-          m_setTimer(library(), "SetTimer", fakeSetTimer),
+        : m_setTimer(library(), "SetTimer", fakeSetTimer),
           m_killTimer(library(), "KillTimer", fakeKillTimer), m_getDC(library(), "GetDC", windowsDC)
     {
-        s_dwNow = 5000;
         s_timers.clear();
         s_fTimersFail = false;
         s_cTimersSet = 0;
@@ -74,15 +66,20 @@ protected:
     }
     ~Status() override
     {
+        for (HWND hwnd : m_windows) {
+            nXferStatDestroy(hwnd);
+        }
         EXPECT_EQ(Ledger::owed(), "");
         EXPECT_TRUE(s_timers.empty());
         FreeLibrary(m_hEnglish);
     }
 
+    // Goes with the test, if it is still there.
     HWND create(DWORD dwLabel = 1)
     {
         HWND hwnd = hdlgXferStatCreate("Title", dwLabel, m_parent.hwnd(), 0, 0);
         EXPECT_NE(hwnd, nullptr);
+        m_windows.push_back(hwnd);
         return hwnd;
     }
 
@@ -94,7 +91,7 @@ protected:
 
     void tickAfter(HWND hwnd, DWORD dwMs)
     {
-        s_dwNow += dwMs;
+        FakeClock::s_dwNow += dwMs;
         SendMessageA(hwnd, WM_TIMER, 0, 0);
     }
 
@@ -102,9 +99,11 @@ protected:
     HMODULE m_hEnglish;
 
 private:
+    std::vector<HWND> m_windows;
     StrictPlatform m_strict;
     Ledger m_ledger;
-    ReplacedImport m_clock, m_setTimer, m_killTimer, m_getDC;
+    FakeClock m_clock{5000};
+    ReplacedImport m_setTimer, m_killTimer, m_getDC;
 };
 
 // The boxes that were asked of KRUTILS; the module still has the text when one is shown.
@@ -260,7 +259,6 @@ TEST_F(Status, CreationFailuresLeaveNothing)
     HWND hwnd = create();
     nXferStatStartTransfer(hwnd);
     EXPECT_EQ(s_timers.count(0), 1u);
-    nXferStatDestroy(hwnd);
 }
 
 TEST_F(Status, FileInfoAndErrorsShowAtOnce)
@@ -280,7 +278,6 @@ TEST_F(Status, FileInfoAndErrorsShowAtOnce)
     nXferStatErrorInfo(hwnd, 0, 0xFFFFFFFF);
     EXPECT_EQ(textOf(hwnd, IDC_STAT_ERRORS1), "0");
     EXPECT_EQ(textOf(hwnd, IDC_STAT_ERRORS2), "4294967295");
-    nXferStatDestroy(hwnd);
 }
 
 constexpr LONG NO_MESSAGE = -1;
@@ -317,7 +314,7 @@ TEST_F(Status, TickTurnsValuesIntoFigures)
         SCOPED_TRACE(testing::Message()
                      << tick.cbCount << " of " << tick.cbSize << " in " << tick.dwMs);
         // The clock runs over the end of the counter meanwhile.
-        s_dwNow = 0xFFFFFF00;
+        FakeClock::s_dwNow = 0xFFFFFF00;
         HWND hwnd = create();
         for (int id : {IDC_STAT_RATE, IDC_STAT_REMAINING, IDC_STAT_TIMELEFT}) {
             SetDlgItemTextA(hwnd, id, KEPT);
@@ -363,12 +360,11 @@ TEST_F(Status, StartAndEndRunOneTimer)
     EXPECT_EQ(nXferStatStartTransfer(hwnd), XFER_OK);
     EXPECT_EQ(s_timers.size(), 1u);
     nXferStatCountInfo(hwnd, 40);
-    s_dwNow += 2000;
+    FakeClock::s_dwNow += 2000;
     EXPECT_EQ(nXferStatEndTransfer(hwnd), XFER_OK);
     EXPECT_EQ(textOf(hwnd, IDC_STAT_ELAPSED), "00:00:02");
     EXPECT_EQ(textOf(hwnd, IDC_STAT_RATE), "20");
     EXPECT_TRUE(s_timers.empty());
-    nXferStatDestroy(hwnd);
 }
 
 TEST(StatusTimer, TicksByItselfOnceStarted)
@@ -399,7 +395,6 @@ TEST_F(Status, StatusTextIsCutToItsFieldAndStays)
     hwnd = create();
     tickAfter(hwnd, 0);
     EXPECT_EQ(textOf(hwnd, IDC_STAT_STATUS), longText.substr(0, 79));
-    nXferStatDestroy(hwnd);
 }
 
 TEST_F(Status, ButtonTakesItsCaptions)
@@ -420,7 +415,6 @@ TEST_F(Status, ButtonTakesItsCaptions)
     vXferStatButtonText(hwnd, XFERSTAT_CAPTION_NONE);
     vXferStatButtonText(hwnd, XFERSTAT_CAPTION_STOP);
     EXPECT_FALSE(IsWindowVisible(hwndButton));
-    nXferStatDestroy(hwnd);
 }
 
 TEST_F(Status, NoSlotNoEffect)
@@ -439,7 +433,6 @@ TEST_F(Status, NoSlotNoEffect)
     vXferStatDummy();
     EXPECT_TRUE(IsWindow(m_parent.hwnd()));
     EXPECT_EQ(textOf(hwndOwn, IDC_STAT_SIZE), "");
-    nXferStatDestroy(hwndOwn);
 }
 
 TEST_F(Status, TheCallerGoesOnWhenTheUserClosesTheWindow)
@@ -464,7 +457,6 @@ TEST_F(Status, TheCallerGoesOnWhenTheUserClosesTheWindow)
     EXPECT_EQ(nXferStatDestroy(hwnd), XFER_OK);
     EXPECT_EQ(m_parent.messages(), (std::vector<Message>{{WM_XFERSTAT_CLOSED, 0, 0}}));
     EXPECT_EQ(nXferStatDestroy(hwnd), XFER_NOWINDOW);
-    nXferStatDestroy(hwndNext);
 }
 
 // A caller that destroys the window from inside its last tick or its end, and makes another, which
@@ -610,7 +602,6 @@ TEST_F(Status, HelpAndFocusGoByTheParentOfTheLastWindow)
     SendMessageA(hwnd, WM_XFERSTAT_FOCUSPARENT, 0, 0);
     EXPECT_EQ(GetFocus(), second.hwnd());
     nXferStatDestroy(hwndSecond);
-    nXferStatDestroy(hwnd);
 }
 
 // How a window is painted as an icon: the background that its class has for that, then the icon.
@@ -676,7 +667,6 @@ TEST_F(Status, ProcedureAnswersByItsTable)
     EXPECT_FALSE(IsWindow(hwnd));
     EXPECT_FALSE(IsWindow(hwndIcon));
     nXferStatDestroy(hwndIcon);
-    nXferStatDestroy(hwnd);
 }
 
 // What a caller does that wants to know of Stop and Cancel.
@@ -698,7 +688,6 @@ TEST_F(Status, ASubclassSeesRealPressesOfItsButtons)
         EXPECT_EQ(commands, std::vector<WORD>{WORD(id)});
         EXPECT_TRUE(IsWindow(hwnd));
     }
-    nXferStatDestroy(hwnd);
 }
 
 } // namespace

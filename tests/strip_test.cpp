@@ -1,16 +1,11 @@
 // The message strip: where its boxes are, what is painted into them, and how often.
 #include "../resources/ids.h"
+#include "support/clock.h"
 #include "support/looks.h"
 
 #include <limits.h>
 
 namespace {
-
-DWORD s_dwNow;
-DWORD WINAPI fakeTickCount()
-{
-    return s_dwNow;
-}
 
 constexpr COLORREF RED = RGB(255, 0, 0);
 
@@ -23,9 +18,8 @@ struct Geometry {
 
 class Strip : public PaneWindow {
 protected:
-    Strip() : m_clock(library(), "GetTickCount", fakeTickCount)
+    Strip()
     {
-        s_dwNow = 100000;
         HDC hdc = GetDC(nullptr);
         TEXTMETRICA metrics;
         GetTextMetricsA(hdc, &metrics);
@@ -88,7 +82,7 @@ protected:
     LONG m_cyStrip;
 
 private:
-    ReplacedImport m_clock;
+    FakeClock m_clock{100000};
 };
 
 // The colour that the strip has at a place where boxes stand: each of their lines with its last
@@ -263,7 +257,7 @@ TEST_F(Strip, PaintsTheThermometerTwiceASecondAtMost)
     // Also while the counter of the clock runs over.
     for (DWORD dwStart : {DWORD(1000000), DWORD(-700), DWORD(-500), DWORD(-200), DWORD(-1)}) {
         SCOPED_TRACE(dwStart);
-        s_dwNow = dwStart;
+        FakeClock::s_dwNow = dwStart;
         vXferDandDSetThermometer(m_hwnd, 100);
         EXPECT_TRUE(takeUpdate());
         vXferDandDUpdateThermometer(m_hwnd, -1);
@@ -276,25 +270,25 @@ TEST_F(Strip, PaintsTheThermometerTwiceASecondAtMost)
         };
         for (Step step : {Step{0, false}, Step{100, false}, Step{500, false}, Step{501, true},
                           Step{500, false}, Step{5000, true}, Step{1, false}}) {
-            DWORD dwPainted = s_dwNow;
-            s_dwNow += step.dwMs;
+            DWORD dwPainted = FakeClock::s_dwNow;
+            FakeClock::s_dwNow += step.dwMs;
             vXferDandDUpdateThermometer(m_hwnd, 2);
             EXPECT_EQ(takeUpdate(), step.fPainted) << step.dwMs;
             if (!step.fPainted) {
-                s_dwNow = dwPainted;
+                FakeClock::s_dwNow = dwPainted;
             }
         }
         // Off shows at once, and so does the next run, at whatever time.
         vXferDandDUpdateThermometer(m_hwnd, -1);
         EXPECT_TRUE(takeUpdate());
-        s_dwNow = 400;
+        FakeClock::s_dwNow = 400;
         vXferDandDUpdateThermometer(m_hwnd, 3);
         EXPECT_TRUE(takeUpdate());
         // The paint counts, whatever it was for.
-        s_dwNow += 5000;
+        FakeClock::s_dwNow += 5000;
         vXferDandDSetThermometer(m_hwnd, 100);
         EXPECT_TRUE(takeUpdate());
-        s_dwNow += 500;
+        FakeClock::s_dwNow += 500;
         vXferDandDUpdateThermometer(m_hwnd, 4);
         EXPECT_FALSE(takeUpdate());
     }

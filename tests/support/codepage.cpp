@@ -47,14 +47,8 @@ UINT WINAPI codePage()
 
 } // namespace
 
-template <typename Function> void DoubleByteLetters::replace(const char* pszName, Function* pfnFake)
-{
-    if (ReplacedImport::isImported(m_hModule, pszName)) {
-        m_replaced.push_back(std::make_unique<ReplacedImport>(m_hModule, pszName, pfnFake));
-    }
-}
-
-DoubleByteLetters::DoubleByteLetters(HMODULE hModule) : m_hModule(hModule), m_nBefore(_getmbcp())
+DoubleByteLetters::DoubleByteLetters(HMODULE hModule)
+    : ReplacedImports(hModule), m_nBefore(_getmbcp())
 {
     _setmbcp(932);
     replace("IsDBCSLeadByte", isLeadByte);
@@ -68,6 +62,5 @@ DoubleByteLetters::DoubleByteLetters(HMODULE hModule) : m_hModule(hModule), m_nB
 
 DoubleByteLetters::~DoubleByteLetters()
 {
-    m_replaced.clear();
     _setmbcp(m_nBefore);
 }

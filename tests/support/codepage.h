@@ -4,9 +4,6 @@
 
 #include "imports.h"
 
-#include <memory>
-#include <vector>
-
 // In code page 932: two letters with a backslash for their second byte, one with a capital.
 #define KANJI "\x95\x5C"
 #define KANA "\x83\x5C"
@@ -14,16 +11,13 @@
 
 // A module finds the letters of that code page in its texts while the object lives, whatever code
 // page the system has; files bear the names of the system's own.
-class DoubleByteLetters {
+class DoubleByteLetters : private ReplacedImports {
 public:
     explicit DoubleByteLetters(HMODULE hModule);
     ~DoubleByteLetters();
 
 private:
-    template <typename Function> void replace(const char* pszName, Function* pfnFake);
-    HMODULE m_hModule;
     int m_nBefore; // code page of the run-time library
-    std::vector<std::unique_ptr<ReplacedImport>> m_replaced;
 };
 
 #endif

@@ -44,11 +44,6 @@ void write(void** ppSlot, void* pValue)
 
 } // namespace
 
-bool ReplacedImport::isImported(HMODULE hModule, const char* pszName)
-{
-    return findSlot(hModule, {nullptr, pszName, 0}) != nullptr;
-}
-
 ReplacedImport::ReplacedImport(HMODULE hModule, const Import& wanted, void* pFake)
     : m_ppSlot(findSlot(hModule, wanted)), m_pOriginal(nullptr)
 {
@@ -64,5 +59,18 @@ ReplacedImport::~ReplacedImport()
 {
     if (m_ppSlot != nullptr) {
         write(m_ppSlot, m_pOriginal);
+    }
+}
+
+bool ReplacedImports::isImported(const char* pszName) const
+{
+    return findSlot(m_hModule, {nullptr, pszName, 0}) != nullptr;
+}
+
+void ReplacedImports::clear()
+{
+    // A later one may stand over an earlier one.
+    while (!m_all.empty()) {
+        m_all.pop_back();
     }
 }

@@ -44,6 +44,29 @@ Strings recorded()
     return lines;
 }
 
+namespace {
+
+std::function<void()> s_inRecord;
+
+void WINAPI fakeRecordAction(HWND, int, const char*)
+{
+    s_inRecord();
+}
+
+void WINAPI fakeRecordCommand(HWND, const char*)
+{
+    s_inRecord();
+}
+
+} // namespace
+
+InRecord::InRecord(std::function<void()> act)
+    : m_action(library(), "KRUTILS.DLL", 41, fakeRecordAction),
+      m_command(library(), "KRUTILS.DLL", 22, fakeRecordCommand)
+{
+    s_inRecord = std::move(act);
+}
+
 std::string currentDir()
 {
     char szDir[MAX_PATH] = "";
@@ -128,12 +151,13 @@ std::string cell(XferFileList list, LONG nRow, LONG nColumn)
     return XferFileList_lpszGetString(list, nRow, nColumn, szName, sizeof szName);
 }
 
-// The names of one column; what the other one holds, which is to be empty, shows as well.
+// The names of one column, each with what the other one holds behind a "=".
 std::string take(XferFileList list, LONG nColumn)
 {
     std::string names;
     for (LONG n = 0; n < XferFileList_cGetSize(list); ++n) {
-        names += " " + cell(list, n, nColumn) + cell(list, n, 1 - nColumn);
+        const std::string other = cell(list, n, 1 - nColumn);
+        names += " " + cell(list, n, nColumn) + (other.empty() ? "" : "=" + other);
     }
     XferFileList_vDestroy(list);
     return names;

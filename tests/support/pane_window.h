@@ -3,6 +3,7 @@
 #define TESTS_SUPPORT_PANE_WINDOW_H
 
 #include "../../include/krhaul.h"
+#include "imports.h"
 #include "strict.h"
 #include "windows.h"
 
@@ -20,6 +21,16 @@ Strings split(const std::string& text, char chAt = ' ');
 
 // What KRUTILS has recorded since the last call, a line each.
 Strings recorded();
+
+// Runs something inside each call that tells KRUTILS of an action or a command, in place of the
+// call. One at a time.
+class InRecord {
+public:
+    explicit InRecord(std::function<void()> act);
+
+private:
+    ReplacedImport m_action, m_command;
+};
 
 // A new directory, current while the object lives; removed with all that is in it.
 class TempDir {

@@ -178,14 +178,6 @@ DWORD WINAPI strictFormatMessage(DWORD dwFlags, LPCVOID pSource, DWORD dwMessage
 
 } // namespace
 
-template <typename Function> void StrictPlatform::replace(const char* pszName, Function* pfnFake)
-{
-    HMODULE hModule = GetModuleHandleA("KRHAUL.DLL");
-    if (ReplacedImport::isImported(hModule, pszName)) {
-        m_replaced.push_back(std::make_unique<ReplacedImport>(hModule, pszName, pfnFake));
-    }
-}
-
 template <int NUMBER, typename Result, typename... Args>
 void StrictPlatform::asks(const char* pszName, Result(WINAPI* pfn)(HWND, Args...))
 {
@@ -201,7 +193,7 @@ void StrictPlatform::acts(const char* pszName, Result(WINAPI* pfn)(HWND, Args...
     replace(pszName, OfWindow<NUMBER, Result, Args...>::act);
 }
 
-StrictPlatform::StrictPlatform()
+StrictPlatform::StrictPlatform() : ReplacedImports(GetModuleHandleA("KRHAUL.DLL"))
 {
     s_faults.clear();
     s_fPaintAtOnce = false;
@@ -256,10 +248,7 @@ void StrictPlatform::watchWindows()
 
 StrictPlatform::~StrictPlatform()
 {
-    // In the order in which they came, a test's own fakes have gone by now.
-    while (!m_replaced.empty()) {
-        m_replaced.pop_back();
-    }
+    clear();
     DestroyWindow(std::exchange(s_hwndOther, nullptr));
     for (const std::string& fault : s_faults) {
         ADD_FAILURE() << "not on every platform: " << fault;

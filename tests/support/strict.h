@@ -6,7 +6,6 @@
 #include "imports.h"
 
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -20,7 +19,7 @@
 // - The heap is asked for blocks alone.
 // - The handle of a window that has gone is that of another window at once.
 // - A window that has just been made is painted later, or, if a test says so, inside its creation.
-class StrictPlatform {
+class StrictPlatform : private ReplacedImports {
 public:
     StrictPlatform();
     ~StrictPlatform();
@@ -31,13 +30,11 @@ public:
     static void paintAtOnce(bool fAtOnce);
 
 private:
-    template <typename Function> void replace(const char* pszName, Function* pfnFake);
     template <int NUMBER, typename Result, typename... Args>
     void asks(const char* pszName, Result(WINAPI* pfn)(HWND, Args...));
     template <int NUMBER, typename Result, typename... Args>
     void acts(const char* pszName, Result(WINAPI* pfn)(HWND, Args...));
     void watchWindows();
-    std::vector<std::unique_ptr<ReplacedImport>> m_replaced;
 };
 
 // Programs that the library starts, and that don't run. One at a time.
