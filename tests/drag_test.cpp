@@ -39,6 +39,7 @@ LONG packed(POINT pt)
 
 // Where a drag can't learn the place of the pointer, as on a screen that is locked.
 std::atomic<bool> s_fNoPointer;
+std::atomic<bool> s_fLocked; // from the next look at the buttons on, which then seem to be up
 
 BOOL WINAPI fakeGetCursorPos(POINT* ppt)
 {
@@ -67,6 +68,10 @@ SHORT WINAPI fakeGetAsyncKeyState(int vk)
         s_pass.hcur = s_hcur;
         s_pass.pt = packed(s_pt);
         ++s_pass.cPasses;
+    }
+    if (s_fLocked) {
+        s_fNoPointer = true;
+        return 0;
     }
     return nState;
 }
@@ -195,6 +200,7 @@ protected:
     void start()
     {
         s_fNoPointer = false;
+        s_fLocked = false;
         pumpMessages();
         s_cDrags = 0;
         s_pass.pt = -1;
@@ -421,16 +427,20 @@ TEST_F(Drag, ADropGoesWhereItFalls)
 TEST_F(Drag, WithoutAPointerNothingIsDropped)
 {
     POINT from = pointOf(IDC_DANDD_LOCALFILES, "a"), to = emptyPart(IDC_DANDD_HOSTFILES);
-    play([&] {
-        movePointer(from);
-        takeHold();
-        hover(to);
-        s_fNoPointer = true;
-        waitForPasses();
-        letGo(MOUSE_LEFT);
-    });
-    EXPECT_EQ(s_cDrags, 1);
-    EXPECT_EQ(heard(), "");
+    for (std::atomic<bool>* pfGone : {&s_fNoPointer, &s_fLocked}) {
+        start();
+        play([&] {
+            movePointer(from);
+            takeHold();
+            hover(to);
+            const int cPasses = s_pass.cPasses;
+            *pfGone = true;
+            waitFor([=] { return s_pass.cPasses > cPasses + 1 || s_cDrags > 0; });
+            letGo(MOUSE_LEFT);
+        });
+        EXPECT_EQ(s_cDrags, 1);
+        EXPECT_EQ(heard(), "");
+    }
 }
 
 // A drop of several rows where there is no row of the target.

@@ -175,6 +175,14 @@ void closeDrag(const Drag* pDrag)
     DestroyCursor(pDrag->hcurCount);
 }
 
+// The buttons seem to be up when the screen is locked in the middle of a drag. No drop ends it
+// then.
+bool hasPointer()
+{
+    POINT pt;
+    return GetCursorPos(&pt);
+}
+
 // Runs a drag and what follows it. Returns its result. The press has ended with the tracking: a
 // callback that handles messages must not begin a second drag. A directory list without a mark is
 // a target on which nothing is dropped.
@@ -210,6 +218,7 @@ LRESULT dragAndRelease(XferWindowRecord* pRecord, const DragSource* pSource,
         ending.uMessage = WM_LBUTTONDOWN;
         passOn(pRecord->*pSource->pOriginal, ending);
     }
+    // A callback that handles messages can have let another press in.
     *pSource->pfArmed = false;
     if (window::isAlive(ref)) {
         ending.uMessage = WM_LBUTTONUP;
@@ -300,7 +309,7 @@ int nXferDandDTrackDrag(HWND hdlgDandD, int idSource, int idFileTarget, int idDi
     } while (window::isAlive(drag.ref) && isAnyButtonDown());
     ReleaseCapture();
     closeDrag(&drag);
-    return idResult;
+    return hasPointer() ? idResult : 0;
 }
 
 LRESULT CALLBACK lHFileListProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)

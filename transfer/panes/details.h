@@ -6,7 +6,10 @@
 
 #include <sys/stat.h>
 
+// Writes a line about a local file to the log; nothing if there is no such file.
 void vXferDandDFileDetails(HWND hdlgDandD, const char* pszName);
+
+// Returns 0, or another value if the file can't be opened for reading or examined.
 int nXferDandDFileStat(const char* pszPath, struct _stat* pStat);
 
 #endif
