@@ -6,7 +6,7 @@
 
 // Whether a local file can be sent, and be received onto. Both show the reason if not. The dialog
 // can be gone afterwards.
-int fXferDandDCheckSource(const dialogs::Dialog* pDialog, const char* pszName);
-int fXferDandDCheckTarget(const dialogs::Dialog* pDialog, const char* pszName);
+bool fXferDandDCheckSource(const dialogs::Dialog* pDialog, const char* pszName);
+bool fXferDandDCheckTarget(const dialogs::Dialog* pDialog, const char* pszName);
 
 #endif

@@ -19,37 +19,38 @@ constexpr FlagRow FLAGS[] = {
 };
 
 // The window can die while the caller is asked for its flags.
-void initDialog(HWND hdlg, LPARAM lParam)
+void initDialog(const dialogs::Dialog* pDialog)
 {
-    dialogs::Dialog dialog;
-    dialogs::start(hdlg, lParam);
-    if (!dialogs::dialogOf(hdlg, &dialog)) {
-        return;
-    }
-    DWORD dwFlags = window::confirmFlags(dialog.pRecord);
-    if (!dialogs::isAlive(&dialog)) {
+    DWORD dwFlags = window::confirmFlags(pDialog->pRecord);
+    if (!dialogs::isAlive(pDialog)) {
         return;
     }
     for (const FlagRow& row : FLAGS) {
-        CheckDlgButton(hdlg, row.idBox, dwFlags & row.dwFlag);
+        CheckDlgButton(pDialog->hdlg, row.idBox, dwFlags & row.dwFlag);
     }
 }
 
-void accept(const dialogs::Dialog* pDialog)
+bool accept(const dialogs::Dialog* pDialog)
 {
-    const XferWindowRecord* pRecord = pDialog->pRecord;
     DWORD dwFlags = 0;
     for (const FlagRow& row : FLAGS) {
         dwFlags |= IsDlgButtonChecked(pDialog->hdlg, row.idBox) != 0 ? row.dwFlag : 0;
     }
-    if (pRecord->callbacks.pfnConfirmFlags != nullptr) {
-        pRecord->callbacks.pfnConfirmFlags(pRecord->dwCallerData, dwFlags, 1);
-    }
-    dialogs::end(pDialog);
+    window::setConfirmFlags(pDialog->pRecord, dwFlags);
+    return true;
 }
 
-constexpr dialogs::Kind CONFIRM = {
-    XFERHELP_CONFIRM, IDC_CONFIRM_HELP, initDialog, accept, dialogs::end, 0, nullptr, nullptr};
+constexpr dialogs::Kind confirmKind()
+{
+    dialogs::Kind kind = {};
+    kind.context = XFERHELP_CONFIRM;
+    kind.idHelp = IDC_CONFIRM_HELP;
+    kind.pfnInit = initDialog;
+    kind.pfnAccept = accept;
+    return kind;
+}
+
+constexpr dialogs::Kind CONFIRM = confirmKind();
 
 } // namespace
 

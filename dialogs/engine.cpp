@@ -1,17 +1,19 @@
-// What all file dialogs share.
 #include "dialogs/engine.h"
 #include "shared/krutils.h"
 #include "shared/language.h"
 #include "transfer/panes/locallist.h"
+#include "transfer/window/modal.h"
 
 namespace {
 
 constexpr UINT_PTR FOCUS_TIMER = 87;
 constexpr UINT FOCUS_DELAY = 1; // milliseconds
 
+// Only a live record counts: an exported procedure can be handed any window.
 XferWindowRecord* recordOf(HWND hdlg)
 {
-    return reinterpret_cast<XferWindowRecord*>(GetWindowLongA(hdlg, DWL_USER));
+    XferWindowRecord* pRecord = window::liveRecord(GetWindowLongA(hdlg, DWL_USER));
+    return pRecord != nullptr && pRecord->hwndDialog != hdlg ? pRecord : nullptr;
 }
 
 // Half of what is left of the parent; nothing if the dialog is larger.
@@ -20,116 +22,172 @@ LONG halfOfRest(LONG nParent, LONG nDialog)
     return nParent > nDialog ? (nParent - nDialog) / 2 : 0;
 }
 
-void focusByTimer(HWND hdlg, int idControl)
+// Where a minimised window is when it is restored. Its stored place is relative to the work area,
+// which versions without a taskbar don't know.
+RECT restoredRect(HWND hwnd)
 {
-    KillTimer(hdlg, FOCUS_TIMER);
-    SetFocus(GetDlgItem(hdlg, idControl));
+    RECT rcWork = {};
+    WINDOWPLACEMENT placement = {};
+    placement.length = sizeof placement;
+    GetWindowPlacement(hwnd, &placement);
+    bool fWork = SystemParametersInfoA(SPI_GETWORKAREA, 0, &rcWork, 0) != 0;
+    if (fWork && (placement.flags & WPF_RESTORETOMAXIMIZED) != 0) {
+        return rcWork;
+    }
+    OffsetRect(&placement.rcNormalPosition, rcWork.left, rcWork.top);
+    return placement.rcNormalPosition;
 }
 
-INT_PTR onCommand(const dialogs::Kind* pKind, const dialogs::Dialog* pDialog, int id,
-                  WORD nNotification)
+void start(const dialogs::Dialog* pDialog, XferWindowRecord* pRecord)
 {
+    vXferDandDCenterDialog(pDialog->hdlg);
+    SetWindowLongA(pDialog->hdlg, DWL_USER, reinterpret_cast<LONG>(pRecord));
+    window::noteStart(pRecord, pDialog->hdlg);
+}
+
+void accept(const dialogs::Dialog* pDialog)
+{
+    if (pDialog->pKind->pfnAccept(pDialog) && dialogs::isAlive(pDialog)) {
+        window::noteAcceptance(pDialog->pRecord, pDialog->hdlg);
+        EndDialog(pDialog->hdlg, 0);
+    }
+}
+
+void cancel(const dialogs::Dialog* pDialog)
+{
+    if (pDialog->pKind->pfnCancel != nullptr) {
+        pDialog->pKind->pfnCancel(pDialog);
+    }
+    EndDialog(pDialog->hdlg, 0);
+}
+
+void showHelp(const dialogs::Dialog* pDialog)
+{
+    shared::showHelp(XferHelpOwner(pDialog->pRecord), pDialog->pKind->context);
+}
+
+INT_PTR onCommand(const dialogs::Dialog* pDialog, WPARAM wParam)
+{
+    const dialogs::Kind* pKind = pDialog->pKind;
+    int id = LOWORD(wParam);
     if (id == IDOK) {
-        pKind->pfnAccept(pDialog);
+        accept(pDialog);
     } else if (id == IDCANCEL) {
-        pKind->pfnCancel(pDialog);
+        cancel(pDialog);
     } else if (id == pKind->idHelp) {
-        dialogs::showHelp(pDialog, pKind->context);
+        showHelp(pDialog);
     } else if (id == pKind->idWatched && pKind->pfnNotify != nullptr) {
-        pKind->pfnNotify(pDialog, nNotification);
+        pKind->pfnNotify(pDialog, HIWORD(wParam));
     } else {
         return 0;
     }
     return 1;
 }
 
+INT_PTR onTimer(const dialogs::Dialog* pDialog, WPARAM)
+{
+    if (pDialog->pKind->pfnFocus == nullptr) {
+        return 0;
+    }
+    KillTimer(pDialog->hdlg, FOCUS_TIMER);
+    SetFocus(GetDlgItem(pDialog->hdlg, pDialog->pKind->pfnFocus(pDialog)));
+    return 1;
+}
+
+INT_PTR onClose(const dialogs::Dialog* pDialog, WPARAM)
+{
+    if (!pDialog->pKind->fClosesItself) {
+        return 0;
+    }
+    cancel(pDialog);
+    return 1;
+}
+
+INT_PTR onHelp(const dialogs::Dialog* pDialog, WPARAM)
+{
+    showHelp(pDialog);
+    return 1;
+}
+
+INT_PTR onNcDestroy(const dialogs::Dialog* pDialog, WPARAM)
+{
+    window::noteEnd(pDialog->pRecord, pDialog->hdlg);
+    return 0;
+}
+
+// Without its record a dialog could not even be cancelled.
+INT_PTR refuse(HWND hdlg)
+{
+    EndDialog(hdlg, 0);
+    return 0;
+}
+
+struct MessageRow {
+    UINT uMessage;
+    INT_PTR (*pfnHandle)(const dialogs::Dialog* pDialog, WPARAM wParam);
+};
+
+// The messages of a dialog that has its record.
+constexpr MessageRow MESSAGES[] = {
+    {WM_COMMAND, onCommand}, {WM_TIMER, onTimer},         {WM_CLOSE, onClose},
+    {WM_XFER_HELP, onHelp},  {WM_NCDESTROY, onNcDestroy},
+};
+
 } // namespace
 
-INT_PTR dialogs::handleMessage(const dialogs::Kind* pKind, HWND hdlg, UINT uMessage, WPARAM wParam,
+INT_PTR dialogs::handleMessage(const Kind* pKind, HWND hdlg, UINT uMessage, WPARAM wParam,
                                LPARAM lParam)
 {
-    dialogs::Dialog dialog;
-    if (uMessage == WM_INITDIALOG) {
-        pKind->pfnInit(hdlg, lParam);
+    bool fStarts = uMessage == WM_INITDIALOG;
+    XferWindowRecord* pRecord = fStarts ? window::liveRecord(LONG(lParam)) : recordOf(hdlg);
+    if (pRecord == nullptr) {
+        return fStarts ? refuse(hdlg) : 0;
+    }
+    Dialog dialog = {pKind, hdlg, window::refOf(pRecord), pRecord};
+    if (fStarts) {
+        start(&dialog, pRecord);
+        pKind->pfnInit(&dialog);
         return 1;
     }
-    if (!dialogs::dialogOf(hdlg, &dialog)) {
-        return 0;
-    }
-    switch (uMessage) {
-    case WM_TIMER:
-        if (pKind->pfnFocus == nullptr) {
-            return 0;
+    for (const MessageRow& row : MESSAGES) {
+        if (row.uMessage == uMessage) {
+            return row.pfnHandle(&dialog, wParam);
         }
-        focusByTimer(hdlg, pKind->pfnFocus());
-        return 1;
-    case WM_COMMAND:
-        return onCommand(pKind, &dialog, LOWORD(wParam), HIWORD(wParam));
-    case WM_XFER_HELP:
-        dialogs::showHelp(&dialog, pKind->context);
-        return 1;
-    default:
-        return 0;
     }
+    return 0;
 }
 
 void vXferDandDCenterDialog(HWND hdlg)
 {
     RECT rc;
     RECT rcParent;
+    HWND hwndParent = GetParent(hdlg);
     GetWindowRect(hdlg, &rc);
-    GetWindowRect(GetParent(hdlg), &rcParent);
+    GetWindowRect(hwndParent, &rcParent);
+    if (IsIconic(hwndParent)) {
+        rcParent = restoredRect(hwndParent);
+    }
     LONG cx = rc.right - rc.left;
     LONG cy = rc.bottom - rc.top;
     MoveWindow(hdlg, rcParent.left + halfOfRest(rcParent.right - rcParent.left, cx),
                rcParent.top + halfOfRest(rcParent.bottom - rcParent.top, cy), cx, cy, TRUE);
 }
 
-void dialogs::start(HWND hdlg, LPARAM lParam)
+bool dialogs::isAlive(const Dialog* pDialog)
 {
-    vXferDandDCenterDialog(hdlg);
-    SetWindowLongA(hdlg, DWL_USER, lParam);
-    reinterpret_cast<XferWindowRecord*>(lParam)->hdlgOpen = hdlg;
+    return window::isAlive(pDialog->ref) && recordOf(pDialog->hdlg) == pDialog->pRecord;
 }
 
-bool dialogs::dialogOf(HWND hdlg, dialogs::Dialog* pDialog)
-{
-    XferWindowRecord* pRecord = recordOf(hdlg);
-    if (pRecord == nullptr) {
-        return false;
-    }
-    *pDialog = {hdlg, pRecord->hwndDialog, pRecord};
-    return true;
-}
-
-bool dialogs::isAlive(const dialogs::Dialog* pDialog)
-{
-    return window::isAlive(pDialog->hdlgDandD, pDialog->pRecord) &&
-           recordOf(pDialog->hdlg) == pDialog->pRecord;
-}
-
-bool dialogs::recordAction(const dialogs::Dialog* pDialog, int nAction, const char* pszText)
+bool dialogs::recordAction(const Dialog* pDialog, int nAction, const char* pszText)
 {
     KrRecordAction(pDialog->pRecord->hwndParent, nAction, pszText);
-    return dialogs::isAlive(pDialog);
+    return isAlive(pDialog);
 }
 
-void dialogs::end(const dialogs::Dialog* pDialog)
-{
-    if (dialogs::isAlive(pDialog)) {
-        EndDialog(pDialog->hdlg, 0);
-    }
-}
-
-bool dialogs::reportFailure(const dialogs::Dialog* pDialog, DWORD dwError)
+bool dialogs::reportFailure(const Dialog* pDialog, DWORD dwError)
 {
     XferSystemErrorBox(pDialog->hdlg, dwError, MB_OK);
     return false;
-}
-
-void dialogs::showHelp(const dialogs::Dialog* pDialog, HelpContext context)
-{
-    shared::showHelp(XferHelpOwner(pDialog->pRecord), context);
 }
 
 void dialogs::limitName(HWND hdlg, int idEdit)
@@ -164,7 +222,7 @@ void dialogs::startFocusTimer(HWND hdlg)
     SetTimer(hdlg, FOCUS_TIMER, FOCUS_DELAY, nullptr);
 }
 
-bool dialogs::syncLocalPanes(const dialogs::Dialog* pDialog)
+bool dialogs::syncLocalPanes(const Dialog* pDialog)
 {
     return panes::syncLocalPanes(pDialog->pRecord);
 }

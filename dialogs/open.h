@@ -17,12 +17,12 @@ enum FileDialog {
     DLG_CONFIRM
 };
 
-// Runs a dialog. Returns whether it ran and the window still exists; its result is then in the
-// record.
+// Runs a dialog. Returns whether an OK went through and the window still exists; what the user
+// entered is then in the record.
 bool run(XferWindowRecord* pRecord, FileDialog dialog);
 
 // The same for a dialog in which names are typed: the local panes are brought up to date first.
-bool askForNames(HWND hdlgDandD, XferWindowRecord* pRecord, FileDialog dialog);
+bool askForNames(XferWindowRecord* pRecord, FileDialog dialog);
 
 } // namespace dialogs
 

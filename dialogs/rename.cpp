@@ -2,6 +2,7 @@
 #include "dialogs/engine.h"
 #include "resources/ids.h"
 #include "shared/krutils.h"
+#include "transfer/window/request.h"
 
 #include <string.h>
 
@@ -16,10 +17,10 @@ struct Names {
     char szReport[CCH_REPORT];
 };
 
-void initDialog(HWND hdlg, LPARAM lParam)
+void initDialog(const dialogs::Dialog* pDialog)
 {
-    dialogs::start(hdlg, lParam);
-    const auto* pRecord = reinterpret_cast<const XferWindowRecord*>(lParam);
+    HWND hdlg = pDialog->hdlg;
+    const XferWindowRecord* pRecord = pDialog->pRecord;
     bool fNamed = pRecord->szName1[0] != '\0';
     CheckRadioButton(hdlg, IDC_RENAME_LOCAL, IDC_RENAME_HOST,
                      pRecord->nDialogOp == XFEROP_LOCAL ? IDC_RENAME_LOCAL : IDC_RENAME_HOST);
@@ -56,55 +57,56 @@ void readNames(const dialogs::Dialog* pDialog, Names* pNames)
 
 bool renameLocal(const dialogs::Dialog* pDialog, const Names* pNames)
 {
-    if (!dialogs::syncLocalPanes(pDialog)) {
+    if (!dialogs::syncLocalPanes(pDialog) || !dialogs::isAlive(pDialog)) {
         return false;
     }
     if (!MoveFileA(pNames->szOld, pNames->szNew)) {
         return dialogs::reportFailure(pDialog, GetLastError());
     }
     if (dialogs::recordAction(pDialog, KRACTION_LOCALFILE_RENAMED, pNames->szReport)) {
-        vXferDandDRefreshLocalFiles(pDialog->hdlgDandD);
+        vXferDandDRefreshLocalFiles(pDialog->ref.hdlgDandD);
     }
     return true;
 }
 
-void renameHost(const dialogs::Dialog* pDialog, const Names* pNames)
-{
-    const XferWindowRecord* pRecord = pDialog->pRecord;
-    if (pRecord->callbacks.pfnRenameHostFile != nullptr &&
-        dialogs::recordAction(pDialog, KRACTION_HOSTFILE_RENAMED, pNames->szReport)) {
-        pRecord->callbacks.pfnRenameHostFile(pRecord->dwCallerData, 0, 0, pNames->szOld,
-                                             pNames->szNew);
-    }
-}
-
-void accept(const dialogs::Dialog* pDialog)
+bool accept(const dialogs::Dialog* pDialog)
 {
     Names names;
     readNames(pDialog, &names);
     bool fLocal = IsDlgButtonChecked(pDialog->hdlg, IDC_RENAME_LOCAL) != 0;
     pDialog->pRecord->nDialogOp = fLocal ? XFEROP_LOCAL : XFEROP_HOST;
-    if (!fLocal) {
-        renameHost(pDialog, &names);
-    } else if (!renameLocal(pDialog, &names)) {
-        return;
+    if (fLocal) {
+        return renameLocal(pDialog, &names);
     }
-    dialogs::end(pDialog);
+    window::requestRename(pDialog->pRecord, names.szOld, names.szNew, names.szReport);
+    return true;
 }
 
 void cancel(const dialogs::Dialog* pDialog)
 {
     pDialog->pRecord->szName2[0] = '\0';
-    dialogs::end(pDialog);
 }
 
-int focusControl()
+int focusControl(const dialogs::Dialog*)
 {
     return IDC_RENAME_NEWNAME;
 }
 
-constexpr dialogs::Kind RENAME = {XFERHELP_RENAME,    IDC_RENAME_HELP, initDialog,  accept, cancel,
-                                  IDC_RENAME_NEWNAME, newNameChanged,  focusControl};
+constexpr dialogs::Kind renameKind()
+{
+    dialogs::Kind kind = {};
+    kind.context = XFERHELP_RENAME;
+    kind.idHelp = IDC_RENAME_HELP;
+    kind.pfnInit = initDialog;
+    kind.pfnAccept = accept;
+    kind.pfnCancel = cancel;
+    kind.idWatched = IDC_RENAME_NEWNAME;
+    kind.pfnNotify = newNameChanged;
+    kind.pfnFocus = focusControl;
+    return kind;
+}
+
+constexpr dialogs::Kind RENAME = renameKind();
 
 } // namespace
 

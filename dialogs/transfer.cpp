@@ -3,7 +3,7 @@
 #include "dialogs/checkname.h"
 #include "dialogs/open.h"
 #include "resources/ids.h"
-#include "transfer/panes/locallist.h"
+#include "shared/text.h"
 
 #include <string.h>
 
@@ -11,9 +11,6 @@ namespace {
 
 // Where names and direction are given, only the target name can be changed.
 constexpr int FIXED[] = {IDC_COPY_RECEIVE, IDC_COPY_SEND, IDC_COPY_SOURCE};
-
-// Of the dialog that is starting, until its timer comes.
-bool s_fFocusOnTarget;
 
 // Which of the two names is the source follows from the direction.
 char (&sourceName(XferWindowRecord* pRecord))[XFER_NAME_SIZE]
@@ -27,11 +24,14 @@ char (&targetName(XferWindowRecord* pRecord))[XFER_NAME_SIZE]
 }
 
 // Names will be typed with the panes in view, which therefore show the current directory first.
-void initBlank(HWND hdlg, XferWindowRecord* pRecord)
+// Panes that are refilled can run foreign code.
+void initBlank(const dialogs::Dialog* pDialog)
 {
-    panes::syncLocalPanes(pRecord);
-    CheckRadioButton(hdlg, IDC_COPY_SEND, IDC_COPY_RECEIVE, IDC_COPY_SEND);
-    dialogs::enableOk(hdlg, false);
+    dialogs::syncLocalPanes(pDialog);
+    if (dialogs::isAlive(pDialog)) {
+        CheckRadioButton(pDialog->hdlg, IDC_COPY_SEND, IDC_COPY_RECEIVE, IDC_COPY_SEND);
+        dialogs::enableOk(pDialog->hdlg, false);
+    }
 }
 
 void initFilled(HWND hdlg, XferWindowRecord* pRecord)
@@ -48,19 +48,20 @@ void initFilled(HWND hdlg, XferWindowRecord* pRecord)
     dialogs::enableOk(hdlg, true);
 }
 
-void initDialog(HWND hdlg, LPARAM lParam)
+void initDialog(const dialogs::Dialog* pDialog)
 {
-    auto* pRecord = reinterpret_cast<XferWindowRecord*>(lParam);
-    dialogs::start(hdlg, lParam);
+    HWND hdlg = pDialog->hdlg;
+    XferWindowRecord* pRecord = pDialog->pRecord;
     dialogs::limitName(hdlg, IDC_COPY_SOURCE);
     dialogs::limitName(hdlg, IDC_COPY_TARGET);
-    s_fFocusOnTarget = pRecord->szName1[0] != '\0' || pRecord->szName2[0] != '\0';
-    if (s_fFocusOnTarget) {
+    if (pRecord->szName1[0] != '\0' || pRecord->szName2[0] != '\0') {
         initFilled(hdlg, pRecord);
     } else {
-        initBlank(hdlg, pRecord);
+        initBlank(pDialog);
     }
-    dialogs::startFocusTimer(hdlg);
+    if (dialogs::isAlive(pDialog)) {
+        dialogs::startFocusTimer(hdlg);
+    }
 }
 
 void sourceChanged(const dialogs::Dialog* pDialog, WORD nNotification)
@@ -77,7 +78,8 @@ bool isFilled(HWND hdlg)
     return !IsWindowEnabled(GetDlgItem(hdlg, IDC_COPY_SOURCE));
 }
 
-void accept(const dialogs::Dialog* pDialog)
+// The record holds what was entered, and the checks work on a copy.
+bool accept(const dialogs::Dialog* pDialog)
 {
     char szLocal[XFER_NAME_SIZE];
     XferWindowRecord* pRecord = pDialog->pRecord;
@@ -89,34 +91,39 @@ void accept(const dialogs::Dialog* pDialog)
         strcpy(targetName(pRecord), sourceName(pRecord));
     }
     strcpy(szLocal, pRecord->szName1);
-    if (!isFilled(pDialog->hdlg) && !dialogs::syncLocalPanes(pDialog)) {
-        return;
+    if (!isFilled(pDialog->hdlg) &&
+        !(dialogs::syncLocalPanes(pDialog) && dialogs::isAlive(pDialog))) {
+        return false;
     }
-    if (fSend ? fXferDandDCheckSource(pDialog, szLocal) : fXferDandDCheckTarget(pDialog, szLocal)) {
-        dialogs::end(pDialog);
-    }
+    return fSend ? fXferDandDCheckSource(pDialog, szLocal)
+                 : fXferDandDCheckTarget(pDialog, szLocal);
 }
 
 void cancel(const dialogs::Dialog* pDialog)
 {
     pDialog->pRecord->nDialogOp = XFEROP_CANCELLED;
-    dialogs::end(pDialog);
 }
 
-// Cut to the record's field.
-void keepName(char (&szTo)[XFER_NAME_SIZE], const char* pszFrom)
+int focusControl(const dialogs::Dialog* pDialog)
 {
-    strncpy(szTo, pszFrom, XFER_MAX_NAME);
-    szTo[XFER_MAX_NAME] = '\0';
+    return isFilled(pDialog->hdlg) ? IDC_COPY_TARGET : IDC_COPY_SEND;
 }
 
-int focusControl()
+constexpr dialogs::Kind transferKind()
 {
-    return s_fFocusOnTarget ? IDC_COPY_TARGET : IDC_COPY_SEND;
+    dialogs::Kind kind = {};
+    kind.context = XFERHELP_COPY;
+    kind.idHelp = IDC_COPY_HELP;
+    kind.pfnInit = initDialog;
+    kind.pfnAccept = accept;
+    kind.pfnCancel = cancel;
+    kind.idWatched = IDC_COPY_SOURCE;
+    kind.pfnNotify = sourceChanged;
+    kind.pfnFocus = focusControl;
+    return kind;
 }
 
-constexpr dialogs::Kind TRANSFER = {XFERHELP_COPY, IDC_COPY_HELP,   initDialog,    accept,
-                                    cancel,        IDC_COPY_SOURCE, sourceChanged, focusControl};
+constexpr dialogs::Kind TRANSFER = transferKind();
 
 } // namespace
 
@@ -125,15 +132,15 @@ INT_PTR CALLBACK fDlgXferDandDTranProc(HWND hdlg, UINT uMessage, WPARAM wParam, 
     return dialogs::handleMessage(&TRANSFER, hdlg, uMessage, wParam, lParam);
 }
 
-int fXferDandDCheckSource(const dialogs::Dialog* pDialog, const char* pszName)
+bool fXferDandDCheckSource(const dialogs::Dialog* pDialog, const char* pszName)
 {
     if (GetFileAttributesA(pszName) == INVALID_FILE_ATTRIBUTES) {
         return dialogs::reportFailure(pDialog, GetLastError());
     }
-    return 1;
+    return true;
 }
 
-int fXferDandDCheckTarget(const dialogs::Dialog* pDialog, const char* pszName)
+bool fXferDandDCheckTarget(const dialogs::Dialog* pDialog, const char* pszName)
 {
     DWORD dwAttributes = GetFileAttributesA(pszName);
     if (dwAttributes == INVALID_FILE_ATTRIBUTES) {
@@ -146,7 +153,7 @@ int fXferDandDCheckTarget(const dialogs::Dialog* pDialog, const char* pszName)
     if ((dwAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
         return dialogs::reportFailure(pDialog, ERROR_CANNOT_MAKE);
     }
-    return 1;
+    return true;
 }
 
 int KRHAULAPI fXferDandDConfirmTransfer(HWND hdlgDandD, DWORD fSend, char* pszLocalName,
@@ -157,10 +164,9 @@ int KRHAULAPI fXferDandDConfirmTransfer(HWND hdlgDandD, DWORD fSend, char* pszLo
         return 0;
     }
     pRecord->nDialogOp = fSend != 0 ? XFEROP_SEND : XFEROP_RECEIVE;
-    keepName(pRecord->szName1, pszLocalName);
-    keepName(pRecord->szName2, pszHostName);
-    if (!dialogs::run(pRecord, dialogs::DLG_TRANSFER) ||
-        (pRecord->nDialogOp != XFEROP_SEND && pRecord->nDialogOp != XFEROP_RECEIVE)) {
+    shared::copyText(pRecord->szName1, pszLocalName, sizeof pRecord->szName1);
+    shared::copyText(pRecord->szName2, pszHostName, sizeof pRecord->szName2);
+    if (!dialogs::run(pRecord, dialogs::DLG_TRANSFER)) {
         return 0;
     }
     strncpy(pszLocalName, pRecord->szName1, XFER_NAME_SIZE);

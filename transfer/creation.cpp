@@ -1,4 +1,4 @@
-// Creating and destroying transfer windows.
+// Creating and destroying transfer windows, and their title.
 #include "resources/ids.h"
 #include "shared/krutils.h"
 #include "shared/language.h"
@@ -110,4 +110,11 @@ int KRHAULAPI nXferDandDDestroy(HWND hdlgDandD)
         DestroyWindow(hdlgDandD);
     }
     return 0;
+}
+
+void KRHAULAPI vXferDandDSetTitle(HWND hdlgDandD, const char* pszTitle)
+{
+    if (window::recordOf(hdlgDandD) != nullptr) {
+        SendMessageA(hdlgDandD, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(pszTitle));
+    }
 }

@@ -3,7 +3,7 @@
 #include "shared/help.h"
 #include "shared/icon.h"
 #include "shared/module.h"
-#include "transfer/commands/table.h"
+#include "transfer/commands/commands.h"
 #include "transfer/frame/hints.h"
 #include "transfer/frame/strip.h"
 #include "transfer/init.h"

@@ -3,7 +3,7 @@
 #include "resources/ids.h"
 #include "shared/module.h"
 #include "shared/version.h"
-#include "transfer/commands/busy.h"
+#include "transfer/commands/commands.h"
 #include "transfer/frame/strip.h"
 #include "transfer/panes/drives.h"
 #include "transfer/panes/rows.h"
@@ -77,13 +77,14 @@ void setFonts(HWND hdlgDandD, XferWindowRecord* pRecord)
     setFont(hdlgDandD, IDC_DANDD_INFOLINE, hfontFixed);
 }
 
-// The mode that the caller asked for is set by the ordinary command, when the caller's message
-// loop runs. A command only acts on a change, hence the inversion.
-void postFirstMode(HWND hdlgDandD, XferWindowRecord* pRecord)
+// The mode that the caller asked for is set by the ordinary command, when the caller's message loop
+// runs. The command acts only on a change, so the record holds the other mode until then. Returns
+// the command if it could not be posted, because the queue is full, or 0.
+WORD postFirstMode(HWND hdlgDandD, XferWindowRecord* pRecord)
 {
     pRecord->nViewMode = pRecord->nViewMode == 0;
-    PostMessageA(hdlgDandD, WM_COMMAND,
-                 pRecord->nViewMode == 1 ? IDM_XFER_TWOPANE : IDM_XFER_COMMANDLINE, 0);
+    WORD idMode = commands::commandOfMode(pRecord->nViewMode == 0);
+    return PostMessageA(hdlgDandD, WM_COMMAND, idMode, 0) ? 0 : idMode;
 }
 
 void fillTypes(HWND hdlgDandD, const XferWindowRecord* pRecord)
@@ -131,15 +132,18 @@ int fXferDandDInitDialog(HWND hdlgDandD, XferWindowRecord* pRecord)
     window::attachRecord(hdlgDandD, pRecord);
     loadPopups(pRecord);
     loadIcons(hdlgDandD);
-    pRecord->hcurBusy = LoadCursorA(nullptr, MAKEINTRESOURCEA(32650)); // IDC_APPSTARTING
+    pRecord->hcurBusy = LoadCursorA(nullptr, IDC_APPSTARTING);
     setFonts(hdlgDandD, pRecord);
     vXferDandDInitStrip(hdlgDandD, pRecord);
     vXferDandDInitToolbar(hdlgDandD, pRecord->nViewMode, FIRST_TYPE);
     vXferDandDCaptureLayout(hdlgDandD, &pRecord->layout);
-    postFirstMode(hdlgDandD, pRecord);
+    WORD idMode = postFirstMode(hdlgDandD, pRecord);
     fillTypes(hdlgDandD, pRecord);
     fillDrives(hdlgDandD, pRecord);
     limitLines(hdlgDandD);
     subclassControls(hdlgDandD, pRecord);
+    if (idMode != 0) {
+        fXferDandDCommand(hdlgDandD, idMode, nullptr, 0);
+    }
     return 1;
 }

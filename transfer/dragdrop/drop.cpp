@@ -15,17 +15,6 @@ namespace {
 
 constexpr char ROOT[] = "\\";
 
-// What differs between sending and receiving.
-struct DirectionRow {
-    LONG nColumn;
-    int nAction;
-};
-
-constexpr DirectionRow DIRECTIONS[] = {
-    {XFERLIST_HOST, KRACTION_FILE_RECEIVED},
-    {XFERLIST_LOCAL, KRACTION_FILE_SENT},
-};
-
 // Returns the directory that a drop on a row means, or null for the row of the current directory.
 // The row's text is replaced where it isn't that directory.
 const char* directoryOfRow(const XferWindowRecord* pRecord, panes::Row* pRow, Direction direction)
@@ -139,9 +128,9 @@ bool dragdrop::listSelection(const XferWindowRecord* pRecord, int idSource, LONG
 int fXferDandDTransferSelection(XferWindowRecord* pRecord, int idSource, Direction direction,
                                 XferFileList* pList, const char* pszDir)
 {
-    const DirectionRow* pRow = &DIRECTIONS[direction];
+    auto request = window::FileRequest(direction);
     *pList = nullptr;
-    if (!window::canTransfer(pRecord, direction) || !syncForTransfer(pRecord, direction)) {
+    if (!window::canRequest(pRecord, request) || !syncForTransfer(pRecord, direction)) {
         return 0;
     }
     if (pszDir != nullptr && direction == XFERDIR_RECEIVE && !enterForReceive(pRecord, pszDir)) {
@@ -154,10 +143,11 @@ int fXferDandDTransferSelection(XferWindowRecord* pRecord, int idSource, Directi
     if (SendDlgItemMessageA(pRecord->hwndDialog, idSource, LB_GETSELCOUNT, 0, 0) <= 0) {
         return 1;
     }
-    if (!dragdrop::listSelection(pRecord, idSource, pRow->nColumn, pRow->nAction, pList)) {
+    if (!dragdrop::listSelection(pRecord, idSource, window::columnOf(request),
+                                 window::actionOf(request), pList)) {
         return 0;
     }
-    window::requestTransfer(pRecord, direction, *pList, pszDir);
+    window::requestFiles(pRecord, request, *pList, pszDir);
     return 1;
 }
 

@@ -49,6 +49,9 @@ void trim(HWND hdlgDandD, HWND hwndInfo, LONG cLines, LONG cchTotal)
     if (cchTotal - nEnd > KEPT_LENGTH) {
         nEnd = endOfLine(hwndInfo, ++nLine);
     }
+    if (XferWindowRecord* pRecord = window::recordOf(hdlgDandD)) {
+        pRecord->cchLogTrimmed += DWORD(nEnd);
+    }
     SendMessageA(hwndInfo, EM_SETSEL, 0, nEnd);
     SendMessageA(hwndInfo, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(""));
     vXferDandDInfoScrollToEnd(hdlgDandD, int(cLines - nLine + 1));

@@ -1,4 +1,5 @@
 #include "transfer/window/record.h"
+#include "shared/block.h"
 #include "shared/krutils.h"
 
 #include <stdio.h>
@@ -106,18 +107,18 @@ XferWindowRecord* window::recordOf(HWND hdlgDandD)
 
 XferWindowRecord* window::allocateRecord()
 {
-    HGLOBAL hBlock =
-        GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT | GMEM_SHARE, sizeof(XferWindowRecord));
-    auto pRecord = static_cast<XferWindowRecord*>(hBlock == nullptr ? nullptr : GlobalLock(hBlock));
-    if (pRecord == nullptr) {
-        if (hBlock != nullptr) {
-            GlobalFree(hBlock);
-        }
-        return nullptr;
+    auto pRecord = static_cast<XferWindowRecord*>(
+        shared::allocateBlock(GMEM_ZEROINIT | GMEM_SHARE, sizeof(XferWindowRecord)));
+    if (pRecord != nullptr) {
+        pRecord->nSerial = ++s_nLastSerial;
+        linkInFront(pRecord);
     }
-    pRecord->nSerial = ++s_nLastSerial;
-    linkInFront(pRecord);
     return pRecord;
+}
+
+XferWindowRecord* window::liveRecord(LONG nAddress)
+{
+    return *findLink(reinterpret_cast<const XferWindowRecord*>(nAddress));
 }
 
 void window::attachRecord(HWND hdlgDandD, XferWindowRecord* pRecord)
@@ -141,9 +142,7 @@ void window::tearDown(XferWindowRecord* pRecord)
     if (pRecord->hLanguage != nullptr) {
         FreeLibrary(pRecord->hLanguage);
     }
-    HGLOBAL hBlock = GlobalHandle(pRecord);
-    GlobalUnlock(hBlock);
-    GlobalFree(hBlock);
+    shared::freeBlock(pRecord);
 }
 
 bool window::recordAction(const XferWindowRecord* pRecord, int nAction, const char* pszText)

@@ -27,6 +27,10 @@ enum DialogOp : LONG {
 
 constexpr LONG XFERTHERMO_OFF = -1;
 
+namespace window {
+struct ModalDialog;
+}
+
 struct XferWindowRecord {
     HMODULE hLanguage; // owned
     HWND hwndParent;   // as given at creation; can be 0
@@ -61,8 +65,9 @@ struct XferWindowRecord {
     XferFileList viewTempFiles;       // owned; 0 on versions below 4
     LONG fForeignFiles;               // the local file list shows files of another directory
     char szLocalMask[XFER_NAME_SIZE]; // the mask that filled the local file list
+    DWORD cchLogTrimmed;              // characters that were cut from the start of the log so far
     DWORD fsHeldLists;                // host lists that aren't drawn for the moment
-    HWND hdlgOpen;                    // the innermost of the file dialogs that are open, or 0
+    window::ModalDialog* pInnermost;  // the modal dialog on top of the others, or null
     DWORD nSerial;                    // tells this record from any other one at the same address
     XferWindowRecord* pNextLive;
 };
@@ -104,6 +109,9 @@ bool isAlive(HWND hdlgDandD, const XferWindowRecord* pRecord);
 // The record of a transfer window, or null for any other window. Only the library's own list of
 // live records is searched: what a foreign window stores is never dereferenced.
 XferWindowRecord* recordOf(HWND hdlgDandD);
+
+// The live record at an address that came from outside, or null if no record lives there.
+XferWindowRecord* liveRecord(LONG nAddress);
 
 // Allocates a zeroed record in the global heap and enters it in the list of live records. Returns
 // null if there is no memory.
