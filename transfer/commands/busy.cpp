@@ -4,6 +4,7 @@
 #include "resources/ids.h"
 #include "shared/module.h"
 #include "toolbar/toolbar.h"
+#include "transfer/panes/changes.h"
 #include "transfer/panes/columns.h"
 #include "transfer/panes/drawing.h"
 
@@ -252,7 +253,7 @@ int KRHAULAPI nXferDandDGetFileTypeSelection(HWND hdlgDandD)
 void KRHAULAPI vXferDandDSetBusyState(HWND hdlgDandD, DWORD fBusy)
 {
     XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
-    if (pRecord == nullptr || pRecord->fBusy == LONG(fBusy)) {
+    if (pRecord == nullptr || pRecord->fBusy == LONG(fBusy) || !panes::applyChanges(pRecord)) {
         return;
     }
     if (fBusy != 0) {

@@ -27,6 +27,20 @@ enum DialogOp : LONG {
 
 constexpr LONG XFERTHERMO_OFF = -1;
 
+namespace panes {
+struct Names;
+}
+
+// What a list of the panes keeps beside its rows (transfer/panes/changes.h).
+struct XferPaneList {
+    panes::Names* pWaiting; // changes that the list doesn't show yet; owned, null if there are none
+    LCID lcidOrder;         // locale that its rows are sorted by; 0 until the first name comes
+    DWORD cRowMessages;     // messages so far that put rows in or took them out
+    LONG fForeignRows;      // the caller put rows in by messages of its own
+    LONG fMerging;
+};
+constexpr int XFER_PANE_LISTS = 4;
+
 struct XferWindowRecord {
     HMODULE hLanguage; // owned
     HWND hwndParent;   // as given at creation; can be 0
@@ -61,9 +75,10 @@ struct XferWindowRecord {
     XferFileList viewTempFiles;       // owned; 0 on versions below 4
     LONG fForeignFiles;               // the local file list shows files of another directory
     char szLocalMask[XFER_NAME_SIZE]; // the mask that filled the local file list
-    DWORD fsHeldLists;                // host lists that aren't drawn for the moment
-    HWND hdlgOpen;                    // the innermost of the file dialogs that are open, or 0
-    DWORD nSerial;                    // tells this record from any other one at the same address
+    DWORD fsHeldLists;                // lists that aren't drawn for the moment
+    XferPaneList paneLists[XFER_PANE_LISTS];
+    HWND hdlgOpen; // the innermost of the file dialogs that are open, or 0
+    DWORD nSerial; // tells this record from any other one at the same address
     XferWindowRecord* pNextLive;
 };
 
