@@ -31,9 +31,12 @@ void seedParentRow(HWND hdlgDandD)
 
 // Puts the working directory row back into the list that was cleared. Without the ".." row above
 // it there is no place for it. Returns whether the row has its record again.
-bool putBack(HWND hwndDirs, const char* pszText, HGLOBAL hRecord)
+bool putBack(const window::Ref& ref, HWND hwndDirs, const char* pszText, HGLOBAL hRecord)
 {
     LRESULT nRow = panes::tellList(hwndDirs, LB_ADDSTRING, 0, pszText);
+    if (!window::isAlive(ref)) {
+        return false;
+    }
     if (nRow > 0) {
         panes::tellList(hwndDirs, LB_SETITEMDATA, LONG(nRow), hRecord);
     } else {
@@ -51,12 +54,12 @@ void clearAroundWorkingDir(const window::Ref& ref, HWND hwndDirs)
     HGLOBAL hRecord = workingDirRecord(hwndDirs);
     panes::holdRecords(&held, &hRecord, hRecord == nullptr ? 0 : 1);
     panes::readRowText(hwndDirs, WORKDIR_ROW, szText);
-    panes::resetRows(hwndDirs);
+    panes::resetRows(ref, hwndDirs);
     bool fKept = false;
     if (window::isAlive(ref)) {
         seedParentRow(ref.hdlgDandD);
-        fKept = hRecord != nullptr && window::isAlive(ref) && putBack(hwndDirs, szText, hRecord) &&
-                window::isAlive(ref);
+        fKept =
+            hRecord != nullptr && window::isAlive(ref) && putBack(ref, hwndDirs, szText, hRecord);
     }
     panes::releaseRecords(&held);
     if (hRecord != nullptr && !fKept) {
@@ -70,7 +73,7 @@ void clearDirs(const window::Ref& ref, bool fSubDirs, bool fWorkingDir)
     if (fSubDirs && !fWorkingDir) {
         clearAroundWorkingDir(ref, hwndDirs);
     } else if (fSubDirs) {
-        panes::resetRows(hwndDirs);
+        panes::resetRows(ref, hwndDirs);
         if (window::isAlive(ref)) {
             seedParentRow(ref.hdlgDandD);
         }

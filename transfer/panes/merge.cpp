@@ -228,7 +228,7 @@ bool insertDirPlanned(Plan* pPlan, LONG nRow, const char* pszName)
 {
     HGLOBAL hRecord = panes::makeRecord(panes::ICON_CLOSEDFOLDER, SUBDIR_INDENT, XFERITEM_CHILD, 0);
     pPlan->cRowMessages += hRecord != nullptr;
-    return panes::insertSubDir(pPlan->hwndList, nRow, pszName, hRecord);
+    return panes::insertSubDir(pPlan->ref, pPlan->hwndList, nRow, pszName, hRecord);
 }
 
 bool insertFilePlanned(Plan* pPlan, LONG nRow, const char* pszName)

@@ -88,21 +88,21 @@ void panes::deleteRow(HWND hwndList, LONG nRow)
     }
 }
 
-void panes::clearRows(HWND hwndList)
+void panes::clearRows(const window::Ref& ref, HWND hwndList)
 {
-    for (auto n = LONG(tellList(hwndList, LB_GETCOUNT)) - 1; n >= 0; --n) {
+    for (auto n = LONG(tellList(hwndList, LB_GETCOUNT)) - 1; n >= 0 && window::isAlive(ref); --n) {
         deleteRow(hwndList, n);
     }
 }
 
-void panes::resetRows(HWND hwndList)
+void panes::resetRows(const window::Ref& ref, HWND hwndList)
 {
     HeldRecords held;
     auto cRows = LONG(tellList(hwndList, LB_GETCOUNT));
     auto phRecords =
         static_cast<HGLOBAL*>(cRows <= 0 ? nullptr : malloc(size_t(cRows) * sizeof(HGLOBAL)));
     if (phRecords == nullptr) {
-        clearRows(hwndList);
+        clearRows(ref, hwndList);
         return;
     }
     LONG cRecords = 0;

@@ -2,7 +2,7 @@
 #ifndef TRANSFER_PANES_RECORDS_H
 #define TRANSFER_PANES_RECORDS_H
 
-#include <windows.h>
+#include "transfer/window/record.h"
 
 enum ItemKind : LONG {
     XFERITEM_ROOT = 0,
@@ -63,11 +63,11 @@ bool isHeld(HGLOBAL hRecord);
 // Deletes a row of a list box, then frees its record, if it has one.
 void deleteRow(HWND hwndList, LONG nRow);
 
-// Deletes all rows of a list box with their records.
-void clearRows(HWND hwndList);
+// Deletes all rows of a list box with their records, until the window ends.
+void clearRows(const window::Ref& ref, HWND hwndList);
 
 // The same by one message. Without the memory for that it is clearRows.
-void resetRows(HWND hwndList);
+void resetRows(const window::Ref& ref, HWND hwndList);
 
 } // namespace panes
 
