@@ -208,7 +208,7 @@ protected:
     ReplacedImport m_post{library(), "PostMessageA", postUnlessPlain};
 };
 
-TEST_F(Changes, ThatWaitComeOutAsThosesMadeOneByOne)
+TEST_F(Changes, ThatWaitComeOutAsThoseMadeOneByOne)
 {
     m_dir.makeFiles({"n1", "n2", "b.txt"});
     m_dir.makeDirs({"d1", "d2"});
@@ -325,7 +325,7 @@ TEST_F(Changes, WithoutMemoryNoNameIsLost)
 TEST_F(Changes, TheOwnerOfAListCanChangeItOrEndTheWindowMeanwhile)
 {
     const Step goings[] = {
-        [](HWND hwnd) { nXferDandDRemoveHostSubDir(hwnd, "name1234"); },
+        [](HWND hwnd) { nXferDandDRemoveHostSubDir(hwnd, "name3550"); },
         [](HWND hwnd) { nXferDandDAddHostSubDir(hwnd, "name0"); },
         [](HWND hwnd) { nXferDandDClearHostFileInfo(hwnd, XFERCLEAR_SUBDIRS); },
         [](HWND hwnd) { nXferDandDClearHostFileInfo(hwnd, XFERCLEAR_WORKDIR); },

@@ -284,11 +284,10 @@ void startAgain(Plan* pPlan)
 LONG runPlan(Plan* pPlan)
 {
     for (LONG n = 0; n < pPlan->pNames->cNames; ++n) {
-        bool fDone = runStep(pPlan, n);
-        if (!isValid(pPlan)) {
-            return n + fDone;
+        if (!isValid(pPlan) || !runStep(pPlan, n)) {
+            return n;
         }
-        if (pPlan->fByName && pPlan->fRefused) {
+        if (pPlan->fByName && pPlan->fRefused && isValid(pPlan)) {
             startAgain(pPlan);
             return runPlan(pPlan);
         }
