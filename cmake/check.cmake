@@ -1,6 +1,6 @@
 # The target check_archive: package/krhaul-check-VERSION.zip, the test programs with what they
 # need, to be run by check.cmd on a Windows machine. Programs that need a server beside them are
-# left out: they have an emulator of their own here.
+# left out.
 set(name krhaul-check-${PROJECT_VERSION})
 set(folder ${CMAKE_BINARY_DIR}/check/${name})
 get_property(tests DIRECTORY tests PROPERTY BUILDSYSTEM_TARGETS)
@@ -9,7 +9,7 @@ set(programs)
 set(program_names)
 foreach(test ${tests})
     get_target_property(emulator ${test} CROSSCOMPILING_EMULATOR)
-    if("${emulator}" STREQUAL "${CMAKE_CROSSCOMPILING_EMULATOR}")
+    if(NOT "${emulator}" MATCHES "/withserver")
         list(APPEND programs $<TARGET_FILE:${test}>)
         list(APPEND program_names $<TARGET_FILE_NAME:${test}>)
     endif()

@@ -7,6 +7,7 @@
 #include "transfer/frame/hints.h"
 #include "transfer/frame/strip.h"
 #include "transfer/init.h"
+#include "transfer/panes/changes.h"
 #include "transfer/panes/drawing.h"
 #include "transfer/panes/drawitem.h"
 #include "transfer/panes/rows.h"
@@ -79,8 +80,9 @@ INT_PTR onQueryDragIcon(HWND, XferWindowRecord*, WPARAM, LPARAM)
 }
 
 // The controls still live here, and the rows that have records are in them.
-INT_PTR onDestroy(HWND hdlgDandD, XferWindowRecord*, WPARAM, LPARAM)
+INT_PTR onDestroy(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM, LPARAM)
 {
+    panes::forgetChanges(pRecord);
     panes::releaseRows(hdlgDandD);
     return 0;
 }
@@ -88,6 +90,7 @@ INT_PTR onDestroy(HWND hdlgDandD, XferWindowRecord*, WPARAM, LPARAM)
 // The result 1 keeps the dialog manager from its own end of a dialog, in which its font goes.
 INT_PTR onNcDestroy(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM wParam, LPARAM lParam)
 {
+    panes::forgetChanges(pRecord);
     window::tearDown(pRecord);
     DefDlgProcA(hdlgDandD, WM_NCDESTROY, wParam, lParam);
     return 1;

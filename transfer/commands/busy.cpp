@@ -3,6 +3,7 @@
 #include "toolbar/toolbar.h"
 #include "transfer/commands/table.h"
 #include "transfer/commands/toolbar.h"
+#include "transfer/panes/changes.h"
 #include "transfer/panes/columns.h"
 #include "transfer/panes/drawing.h"
 
@@ -126,7 +127,7 @@ void commands::enablePaneCommands(HWND hdlgDandD, bool fEnabled)
 void KRHAULAPI vXferDandDSetBusyState(HWND hdlgDandD, DWORD fBusy)
 {
     XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
-    if (pRecord == nullptr || pRecord->fBusy == LONG(fBusy)) {
+    if (pRecord == nullptr || pRecord->fBusy == LONG(fBusy) || !panes::applyChanges(pRecord)) {
         return;
     }
     window::Ref ref = window::refOf(pRecord);

@@ -6,6 +6,7 @@
 #include "transfer/dragdrop/drop.h"
 #include "transfer/dragdrop/hung.h"
 #include "transfer/frame/strip.h"
+#include "transfer/panes/changes.h"
 
 #include <stdlib.h>
 
@@ -260,6 +261,9 @@ LRESULT fileListProc(const DragSource* pSource, const ListMessage& message)
     if (pRecord == nullptr || pRecord->*pSource->pOriginal == nullptr) {
         return DefWindowProcA(message.hwnd, message.uMessage, message.wParam, message.lParam);
     }
+    if (!panes::prepareList(pRecord, pSource->idSource, message.uMessage)) {
+        return 0;
+    }
     // Also the second press of a double click, which would change the selection.
     if (message.uMessage == WM_LBUTTONDBLCLK && pRecord->fBusy) {
         return 0;
@@ -280,9 +284,12 @@ LRESULT fileListProc(const DragSource* pSource, const ListMessage& message)
 // A directory list shows a selected row only while it has the focus.
 LRESULT dirListProc(WNDPROC XferWindowRecord::*pOriginal, const ListMessage& message)
 {
-    const XferWindowRecord* pRecord = window::recordOf(GetParent(message.hwnd));
+    XferWindowRecord* pRecord = window::recordOf(GetParent(message.hwnd));
     if (pRecord == nullptr || pRecord->*pOriginal == nullptr) {
         return DefWindowProcA(message.hwnd, message.uMessage, message.wParam, message.lParam);
+    }
+    if (!panes::prepareList(pRecord, GetDlgCtrlID(message.hwnd), message.uMessage)) {
+        return 0;
     }
     if (message.uMessage == WM_KILLFOCUS) {
         SendMessageA(message.hwnd, LB_SETCURSEL, WPARAM(-1), 0);

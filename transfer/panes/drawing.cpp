@@ -1,21 +1,15 @@
-// Host lists that aren't drawn while the caller fills them. A row that comes or goes in a
-// visible list makes it draw its scroll bar, which costs far more than the row itself, and in a
-// busy state rows come and go in long runs.
 #include "transfer/panes/drawing.h"
 #include "resources/ids.h"
+#include "transfer/panes/changes.h"
+#include "transfer/panes/rows.h"
 
 namespace {
 
-constexpr int HELD_LISTS[] = {IDC_DANDD_HOSTFILES, IDC_DANDD_HOSTDIRS};
+constexpr int HELD_LISTS[] = {IDC_DANDD_HOSTFILES, IDC_DANDD_HOSTDIRS, IDC_DANDD_LOCALFILES};
 
 DWORD flagOf(int idControl)
 {
-    for (DWORD n = 0; n < ARRAYSIZE(HELD_LISTS); ++n) {
-        if (HELD_LISTS[n] == idControl) {
-            return 1U << n;
-        }
-    }
-    return 0;
+    return 1U << panes::paneListIndex(idControl);
 }
 
 } // namespace
@@ -27,25 +21,28 @@ bool panes::suspendDrawing(XferWindowRecord* pRecord, int idControl)
     if ((pRecord->fsHeldLists & fsList) != 0) {
         return true;
     }
-    if (fsList == 0 || pRecord->fBusy == 0 ||
-        !PostMessageA(pRecord->hwndDialog, panes::WM_XFER_SHOWLISTS, 0, 0)) {
+    if (pRecord->fBusy == 0 || !PostMessageA(pRecord->hwndDialog, WM_XFER_SHOWLISTS, 0, 0)) {
         return false;
     }
     pRecord->fsHeldLists |= fsList;
-    SendDlgItemMessageA(pRecord->hwndDialog, idControl, WM_SETREDRAW, FALSE, 0);
+    tellList(GetDlgItem(pRecord->hwndDialog, idControl), WM_SETREDRAW, FALSE);
     return true;
 }
 
-void panes::resumeDrawing(XferWindowRecord* pRecord)
+bool panes::resumeDrawing(XferWindowRecord* pRecord)
 {
-    HWND hdlgDandD = pRecord->hwndDialog;
+    window::Ref ref = window::refOf(pRecord);
+    if (!applyChanges(pRecord)) {
+        return false;
+    }
     DWORD fsLists = pRecord->fsHeldLists;
     pRecord->fsHeldLists = 0;
     for (int idControl : HELD_LISTS) {
         if ((fsLists & flagOf(idControl)) != 0) {
-            HWND hwndList = GetDlgItem(hdlgDandD, idControl);
-            SendMessageA(hwndList, WM_SETREDRAW, TRUE, 0);
+            HWND hwndList = GetDlgItem(ref.hdlgDandD, idControl);
+            tellList(hwndList, WM_SETREDRAW, TRUE);
             InvalidateRect(hwndList, nullptr, TRUE);
         }
     }
+    return window::isAlive(ref);
 }

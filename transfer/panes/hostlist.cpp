@@ -1,22 +1,13 @@
 // The host panes, which show only what the caller puts there.
 #include "resources/ids.h"
-#include "transfer/panes/drawing.h"
+#include "transfer/panes/changes.h"
 #include "transfer/panes/rows.h"
-
-#include <string.h>
 
 namespace {
 
 constexpr LONG WORKDIR_ROW = 1;
 constexpr DWORD WORKDIR_INDENT = 1;
-constexpr DWORD SUBDIR_INDENT = 2;
 constexpr char PARENT_DIR[] = "..";
-
-// A working directory row that stays while the list is cleared around it.
-struct KeptRow {
-    char szText[XFER_NAME_SIZE];
-    HGLOBAL hItem; // 0 if none is kept
-};
 
 void setPathLine(HWND hdlgDandD, const char* pszText)
 {
@@ -24,120 +15,101 @@ void setPathLine(HWND hdlgDandD, const char* pszText)
     SendDlgItemMessageA(hdlgDandD, IDC_DANDD_HOSTPATH, EM_SETMODIFY, FALSE, 0);
 }
 
-// The record of row 1 if that row is the working directory, else 0.
-HGLOBAL workingDirItem(HWND hwndDirs)
+// The record of row 1 if that row is the working directory, else null.
+HGLOBAL workingDirRecord(HWND hwndDirs)
 {
-    LRESULT nData = SendMessageA(hwndDirs, LB_GETITEMDATA, WORKDIR_ROW, 0);
-    auto hItem = reinterpret_cast<HGLOBAL>(nData == LB_ERR ? 0 : nData);
-    auto pItem = static_cast<const XferListItem*>(hItem == nullptr ? nullptr : GlobalLock(hItem));
-    if (pItem == nullptr) {
-        return nullptr;
-    }
-    bool fWorkingDir = pItem->nIndent == WORKDIR_INDENT;
-    GlobalUnlock(hItem);
-    return fWorkingDir ? hItem : nullptr;
+    XferListItem item;
+    HGLOBAL hRecord = panes::recordOfRow(hwndDirs, WORKDIR_ROW);
+    return panes::readRecord(hRecord, &item) && item.nIndent == WORKDIR_INDENT ? hRecord : nullptr;
 }
 
-// Takes the record off its row, so that clearing the list doesn't free it.
-void keepWorkingDir(HWND hwndDirs, KeptRow* pKept)
+void seedParentRow(HWND hdlgDandD)
 {
-    pKept->hItem = workingDirItem(hwndDirs);
-    if (pKept->hItem != nullptr) {
-        panes::readRowText(hwndDirs, WORKDIR_ROW, pKept->szText);
-        SendMessageA(hwndDirs, LB_SETITEMDATA, WORKDIR_ROW, 0);
-    }
-}
-
-void removeWorkingDir(HWND hwndDirs)
-{
-    HGLOBAL hItem = workingDirItem(hwndDirs);
-    if (hItem != nullptr) {
-        GlobalFree(hItem);
-        SendMessageA(hwndDirs, LB_DELETESTRING, WORKDIR_ROW, 0);
-    }
-}
-
-// Without the ".." row above it there is no place for it.
-void putBack(HWND hwndDirs, const KeptRow* pKept)
-{
-    if (pKept->hItem == nullptr) {
-        return;
-    }
-    LRESULT nRow = SendMessageA(hwndDirs, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(pKept->szText));
-    if (nRow > 0) {
-        SendMessageA(hwndDirs, LB_SETITEMDATA, WPARAM(nRow),
-                     reinterpret_cast<LPARAM>(pKept->hItem));
-        return;
-    }
-    SendMessageA(hwndDirs, LB_DELETESTRING, WPARAM(nRow), 0);
-    GlobalFree(pKept->hItem);
-}
-
-void reseedDirs(HWND hdlgDandD, HWND hwndDirs)
-{
-    auto cRows = LONG(SendMessageA(hwndDirs, LB_GETCOUNT, 0, 0));
-    for (LONG n = 0; n < cRows; ++n) {
-        panes::freeRowRecord(hwndDirs, n);
-    }
-    SendMessageA(hwndDirs, LB_RESETCONTENT, 0, 0);
     fXferDandDAddListItem(hdlgDandD, IDC_DANDD_HOSTDIRS, PARENT_DIR, panes::ICON_OPENFOLDER, 0,
                           XFERITEM_ANCESTOR, 0);
 }
 
-void clearDirs(HWND hdlgDandD, bool fSubDirs, bool fWorkingDir)
+// Puts the working directory row back into the list that was cleared. Without the ".." row above
+// it there is no place for it. Returns whether the row has its record again.
+bool putBack(HWND hwndDirs, const char* pszText, HGLOBAL hRecord)
 {
-    KeptRow kept = {};
-    HWND hwndDirs = GetDlgItem(hdlgDandD, IDC_DANDD_HOSTDIRS);
+    LRESULT nRow = panes::tellList(hwndDirs, LB_ADDSTRING, 0, pszText);
+    if (nRow > 0) {
+        panes::tellList(hwndDirs, LB_SETITEMDATA, LONG(nRow), hRecord);
+    } else {
+        panes::tellList(hwndDirs, LB_DELETESTRING, LONG(nRow));
+    }
+    return nRow > 0;
+}
+
+// Clears the list around the working directory row, which keeps its record. The record is held
+// meanwhile: clearing the list tells others of its rows, and the window can end in that.
+void clearAroundWorkingDir(const window::Ref& ref, HWND hwndDirs)
+{
+    char szText[XFER_NAME_SIZE];
+    panes::HeldRecords held;
+    HGLOBAL hRecord = workingDirRecord(hwndDirs);
+    panes::holdRecords(&held, &hRecord, hRecord == nullptr ? 0 : 1);
+    panes::readRowText(hwndDirs, WORKDIR_ROW, szText);
+    panes::resetRows(hwndDirs);
+    bool fKept = false;
+    if (window::isAlive(ref)) {
+        seedParentRow(ref.hdlgDandD);
+        fKept = hRecord != nullptr && window::isAlive(ref) && putBack(hwndDirs, szText, hRecord) &&
+                window::isAlive(ref);
+    }
+    panes::releaseRecords(&held);
+    if (hRecord != nullptr && !fKept) {
+        GlobalFree(hRecord);
+    }
+}
+
+void clearDirs(const window::Ref& ref, bool fSubDirs, bool fWorkingDir)
+{
+    HWND hwndDirs = GetDlgItem(ref.hdlgDandD, IDC_DANDD_HOSTDIRS);
     if (fSubDirs && !fWorkingDir) {
-        keepWorkingDir(hwndDirs, &kept);
-    } else if (fWorkingDir && !fSubDirs) {
-        removeWorkingDir(hwndDirs);
+        clearAroundWorkingDir(ref, hwndDirs);
+    } else if (fSubDirs) {
+        panes::resetRows(hwndDirs);
+        if (window::isAlive(ref)) {
+            seedParentRow(ref.hdlgDandD);
+        }
+    } else if (fWorkingDir && workingDirRecord(hwndDirs) != nullptr) {
+        panes::deleteRow(hwndDirs, WORKDIR_ROW);
     }
-    if (fSubDirs) {
-        reseedDirs(hdlgDandD, hwndDirs);
+}
+
+void changeHostList(HWND hdlgDandD, int idControl, const char* pszName, panes::Change change)
+{
+    XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
+    if (pRecord != nullptr && pszName != nullptr) {
+        panes::changeList(pRecord, idControl, pszName, change);
     }
-    putBack(hwndDirs, &kept);
 }
 
 } // namespace
 
 int KRHAULAPI nXferDandDAddHostFileName(HWND hdlgDandD, const char* pszName)
 {
-    XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
-    if (pRecord != nullptr && pszName != nullptr) {
-        panes::insertFileName(pRecord, IDC_DANDD_HOSTFILES, pszName);
-    }
+    changeHostList(hdlgDandD, IDC_DANDD_HOSTFILES, pszName, panes::CHANGE_ADD);
     return 0;
 }
 
 int KRHAULAPI nXferDandDRemoveHostFileName(HWND hdlgDandD, const char* pszName)
 {
-    XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
-    if (pRecord != nullptr && pszName != nullptr) {
-        panes::removeFileName(pRecord, IDC_DANDD_HOSTFILES, pszName);
-    }
+    changeHostList(hdlgDandD, IDC_DANDD_HOSTFILES, pszName, panes::CHANGE_REMOVE);
     return 0;
 }
 
 int KRHAULAPI nXferDandDAddHostSubDir(HWND hdlgDandD, const char* pszName)
 {
-    XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
-    if (pRecord != nullptr && pszName != nullptr) {
-        panes::suspendDrawing(pRecord, IDC_DANDD_HOSTDIRS);
-        fXferDandDRemoveSubDir(hdlgDandD, IDC_DANDD_HOSTDIRS, pszName);
-        fXferDandDAddListItem(hdlgDandD, IDC_DANDD_HOSTDIRS, pszName, panes::ICON_CLOSEDFOLDER,
-                              SUBDIR_INDENT, XFERITEM_CHILD, 0);
-    }
+    changeHostList(hdlgDandD, IDC_DANDD_HOSTDIRS, pszName, panes::CHANGE_ADD);
     return 0;
 }
 
 int KRHAULAPI nXferDandDRemoveHostSubDir(HWND hdlgDandD, const char* pszName)
 {
-    XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
-    if (pRecord != nullptr && pszName != nullptr) {
-        panes::suspendDrawing(pRecord, IDC_DANDD_HOSTDIRS);
-        fXferDandDRemoveSubDir(hdlgDandD, IDC_DANDD_HOSTDIRS, pszName);
-    }
+    changeHostList(hdlgDandD, IDC_DANDD_HOSTDIRS, pszName, panes::CHANGE_REMOVE);
     return 0;
 }
 
@@ -147,29 +119,39 @@ int KRHAULAPI nXferDandDClearHostFileList(HWND hdlgDandD)
                                                       XFERCLEAR_WORKDIR | XFERCLEAR_FILTER);
 }
 
+// The lists and the lines tell others of each change, and the window can end in that.
 int KRHAULAPI nXferDandDClearHostFileInfo(HWND hdlgDandD, DWORD dwFlags)
 {
-    if (window::recordOf(hdlgDandD) == nullptr) {
+    const XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
+    if (pRecord == nullptr) {
         return 0;
     }
+    window::Ref ref = window::refOf(pRecord);
     if ((dwFlags & XFERCLEAR_FILES) != 0) {
-        SendDlgItemMessageA(hdlgDandD, IDC_DANDD_HOSTFILES, LB_RESETCONTENT, 0, 0);
+        panes::tellList(GetDlgItem(hdlgDandD, IDC_DANDD_HOSTFILES), LB_RESETCONTENT);
     }
-    if ((dwFlags & XFERCLEAR_WORKDIR) != 0) {
+    if ((dwFlags & XFERCLEAR_WORKDIR) != 0 && window::isAlive(ref)) {
         setPathLine(hdlgDandD, "");
     }
-    if ((dwFlags & XFERCLEAR_FILTER) != 0) {
+    if ((dwFlags & XFERCLEAR_FILTER) != 0 && window::isAlive(ref)) {
         SetDlgItemTextA(hdlgDandD, IDC_DANDD_HOSTFILTER, "");
     }
-    clearDirs(hdlgDandD, (dwFlags & XFERCLEAR_SUBDIRS) != 0, (dwFlags & XFERCLEAR_WORKDIR) != 0);
+    if (window::isAlive(ref)) {
+        clearDirs(ref, (dwFlags & XFERCLEAR_SUBDIRS) != 0, (dwFlags & XFERCLEAR_WORKDIR) != 0);
+    }
     return 0;
 }
 
 void KRHAULAPI vXferDandDPrintWorkingDir(HWND hdlgDandD, const char* pszRow, const char* pszPath)
 {
-    if (window::recordOf(hdlgDandD) != nullptr) {
-        fXferDandDAddListItem(hdlgDandD, IDC_DANDD_HOSTDIRS, pszRow, panes::ICON_SELECTEDFOLDER,
-                              WORKDIR_INDENT, XFERITEM_CURRENT, 0);
+    const XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
+    if (pRecord == nullptr) {
+        return;
+    }
+    window::Ref ref = window::refOf(pRecord);
+    fXferDandDAddListItem(hdlgDandD, IDC_DANDD_HOSTDIRS, pszRow, panes::ICON_SELECTEDFOLDER,
+                          WORKDIR_INDENT, XFERITEM_CURRENT, 0);
+    if (window::isAlive(ref)) {
         setPathLine(hdlgDandD, pszPath);
     }
 }

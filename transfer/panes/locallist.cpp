@@ -3,6 +3,7 @@
 #include "transfer/panes/locallist.h"
 #include "resources/ids.h"
 #include "shared/text.h"
+#include "transfer/panes/changes.h"
 #include "transfer/panes/columns.h"
 #include "transfer/panes/namesort.h"
 #include "transfer/panes/pathline.h"
@@ -171,8 +172,7 @@ void addFiles(HWND hwndFiles, const panes::Names* pFiles)
 {
     for (LONG n = 0; n < pFiles->cNames; ++n) {
         if (!panes::equalsPrevious(pFiles, n)) {
-            SendMessageA(hwndFiles, LB_ADDSTRING, 0,
-                         reinterpret_cast<LPARAM>(pFiles->pNames[n].pszName));
+            panes::appendFileName(hwndFiles, pFiles->pNames[n].pszName);
         }
     }
 }
@@ -305,7 +305,8 @@ int KRHAULAPI nXferDandDAddLocalFileName(HWND hdlgDandD, const char* pszName)
 {
     XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
     if (pRecord != nullptr && pszName != nullptr) {
-        panes::insertFileName(pRecord, IDC_DANDD_LOCALFILES, shared::behindLastBackslash(pszName));
+        panes::changeList(pRecord, IDC_DANDD_LOCALFILES, shared::behindLastBackslash(pszName),
+                          panes::CHANGE_ADD);
     }
     return 0;
 }
@@ -314,7 +315,8 @@ int nXferDandDRemoveLocalFileName(HWND hdlgDandD, const char* pszName)
 {
     XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
     if (pRecord != nullptr && pszName != nullptr) {
-        panes::removeFileName(pRecord, IDC_DANDD_LOCALFILES, shared::behindLastBackslash(pszName));
+        panes::changeList(pRecord, IDC_DANDD_LOCALFILES, shared::behindLastBackslash(pszName),
+                          panes::CHANGE_REMOVE);
     }
     return 0;
 }

@@ -86,15 +86,25 @@ int compareNames(const void* p1, const void* p2)
     return nOrder != 0 ? nOrder : pName1->nPlace - pName2->nPlace;
 }
 
+bool isSorted(const panes::Names* pNames)
+{
+    for (LONG n = 1; n < pNames->cNames; ++n) {
+        if (compareNames(&pNames->pNames[n - 1], &pNames->pNames[n]) > 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
 } // namespace
 
-bool panes::addName(panes::Names* pNames, const char* pszName)
+bool panes::addName(panes::Names* pNames, const char* pszName, LONG nTag)
 {
     if (!makeRoom(pNames)) {
         return false;
     }
-    panes::SortedName name = {takeBytes(pNames, pszName, strlen(pszName) + 1), nullptr, 0,
-                              pNames->cNames};
+    panes::SortedName name = {
+        takeBytes(pNames, pszName, strlen(pszName) + 1), nullptr, 0, pNames->cNames, nTag, 0};
     if (name.pszName == nullptr) {
         return false;
     }
@@ -106,6 +116,9 @@ void panes::sortNames(panes::Names* pNames)
 {
     for (LONG n = 0; n < pNames->cNames; ++n) {
         addKey(pNames, &pNames->pNames[n]);
+    }
+    if (isSorted(pNames)) {
+        return; // most servers send names in order
     }
     qsort(pNames->pNames, size_t(pNames->cNames), sizeof(panes::SortedName), compareNames);
 }

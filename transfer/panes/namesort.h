@@ -11,6 +11,8 @@ struct SortedName {
     const BYTE* pbKey; // null if there was no memory for it
     DWORD cbKey;
     LONG nPlace; // order of arrival, which decides between equal names
+    LONG nTag;   // for the caller's use, as is nGroup
+    LONG nGroup;
 };
 
 struct NameBlock;
@@ -24,7 +26,7 @@ struct Names {
 };
 
 // Adds a copy of a name. Returns false if there is no memory for it; the others stay.
-bool addName(Names* pNames, const char* pszName);
+bool addName(Names* pNames, const char* pszName, LONG nTag = 0);
 
 // Sorts all names; equal ones keep the order in which they were added.
 void sortNames(Names* pNames);

@@ -4,53 +4,25 @@
 
 #include <string.h>
 
-HICON panes::g_listIcons[panes::ICON_COUNT];
-
 namespace {
 
 constexpr LONG NOT_READ = -1;
 constexpr DWORD WORKDIR_INDENT = 1;
 constexpr LONG WORKDIR_ROW = 1;
 
-LRESULT tell(HWND hwnd, UINT uMessage, LONG nRow, const void* p = nullptr)
-{
-    return SendMessageA(hwnd, uMessage, WPARAM(nRow), reinterpret_cast<LPARAM>(p));
-}
-
-HGLOBAL makeItem(panes::ListIcon nIcon, DWORD nIndent, LONG nKind, DWORD cchPath)
-{
-    HGLOBAL hItem = GlobalAlloc(GMEM_MOVEABLE, sizeof(XferListItem));
-    auto pItem = static_cast<XferListItem*>(hItem == nullptr ? nullptr : GlobalLock(hItem));
-    if (pItem == nullptr) {
-        if (hItem != nullptr) {
-            GlobalFree(hItem);
-        }
-        return nullptr;
-    }
-    *pItem = {panes::g_listIcons[nIcon], nIndent, nKind, cchPath};
-    GlobalUnlock(hItem);
-    return hItem;
-}
-
-// Reads the record of a row. Gives false if it has none.
-bool readItem(HWND hwndList, LONG nRow, XferListItem* pItem)
-{
-    LRESULT nData = tell(hwndList, LB_GETITEMDATA, nRow);
-    auto hItem = reinterpret_cast<HGLOBAL>(nData);
-    auto pFound =
-        static_cast<XferListItem*>(nData == LB_ERR || nData == 0 ? nullptr : GlobalLock(hItem));
-    if (pFound == nullptr) {
-        return false;
-    }
-    *pItem = *pFound;
-    GlobalUnlock(hItem);
-    return true;
-}
+// A message of the library on its way to a list.
+struct OwnMessage {
+    HWND hwndList;
+    UINT uMessage;
+    bool fArrived;
+    OwnMessage* pOuter;
+};
+OwnMessage* s_pOwn;
 
 LONG kindOfRow(HWND hwndList, LONG nRow)
 {
     XferListItem item;
-    return readItem(hwndList, nRow, &item) ? item.nKind : NOT_READ;
+    return panes::readRecord(panes::recordOfRow(hwndList, nRow), &item) ? item.nKind : NOT_READ;
 }
 
 // How a child row compares with a name; more than 0 also for a row that can't be read, so that
@@ -67,16 +39,6 @@ bool liesBefore(HWND hwndList, LONG nRow, const char* pszName, bool fBehindEqual
 {
     int nOrder = compareRow(hwndList, nRow, pszName);
     return nOrder < 0 || (nOrder == 0 && fBehindEqual);
-}
-
-// The first of the child rows. The rows above them are few.
-LONG firstChildRow(HWND hwndList, LONG cRows)
-{
-    LONG n = 0;
-    while (n < cRows && kindOfRow(hwndList, n) != XFERITEM_CHILD) {
-        ++n;
-    }
-    return n;
 }
 
 // By scan, for a list in which other rows may stand between the child rows: one that the
@@ -107,9 +69,70 @@ LONG bisectForPlace(HWND hwndList, LONG nLow, LONG nHigh, const char* pszName, b
     return nLow;
 }
 
-LONG placeOfChild(HWND hwndList, const char* pszName, bool fBehindEqual)
+LRESULT insertTopRow(HWND hwndList, int idControl, const char* pszText, DWORD nIndent)
 {
-    auto cRows = LONG(tell(hwndList, LB_GETCOUNT, 0));
+    bool fHostWorkDir = idControl == IDC_DANDD_HOSTDIRS && nIndent == WORKDIR_INDENT;
+    return fHostWorkDir ? panes::tellList(hwndList, LB_INSERTSTRING, WORKDIR_ROW, pszText)
+                        : panes::tellList(hwndList, LB_ADDSTRING, 0, pszText);
+}
+
+// Gives a new row its record, or frees the record of a row that was refused or whose list ended
+// while the row came in.
+bool attachRecord(HWND hwndList, UINT uSetData, LRESULT nRow, HGLOBAL hRecord)
+{
+    if (nRow < 0 || !IsWindow(hwndList)) {
+        GlobalFree(hRecord);
+        return false;
+    }
+    panes::tellList(hwndList, uSetData, LONG(nRow), hRecord);
+    return true;
+}
+
+} // namespace
+
+LRESULT panes::tellList(HWND hwndList, UINT uMessage, LONG nRow, const void* p)
+{
+    OwnMessage own = {hwndList, uMessage, false, s_pOwn};
+    s_pOwn = &own;
+    LRESULT nResult = SendMessageA(hwndList, uMessage, WPARAM(nRow), reinterpret_cast<LPARAM>(p));
+    s_pOwn = own.pOuter;
+    return nResult;
+}
+
+bool panes::isOwnMessage(HWND hwndList, UINT uMessage)
+{
+    if (s_pOwn == nullptr || s_pOwn->hwndList != hwndList || s_pOwn->uMessage != uMessage ||
+        s_pOwn->fArrived) {
+        return false;
+    }
+    s_pOwn->fArrived = true;
+    return true;
+}
+
+bool panes::isEndOfLastRow(HWND hwndList, UINT uMessage)
+{
+    return uMessage == LB_RESETCONTENT && s_pOwn != nullptr && s_pOwn->hwndList == hwndList &&
+           s_pOwn->uMessage == LB_DELETESTRING && s_pOwn->fArrived &&
+           SendMessageA(hwndList, LB_GETCOUNT, 0, 0) <= 1;
+}
+
+void panes::cutToRow(char (&szText)[XFER_NAME_SIZE], const char* pszText)
+{
+    lstrcpynA(szText, pszText == nullptr ? "" : pszText, XFER_NAME_SIZE);
+}
+
+LONG panes::firstChildRow(HWND hwndList, LONG cRows)
+{
+    LONG n = 0;
+    while (n < cRows && kindOfRow(hwndList, n) != XFERITEM_CHILD) {
+        ++n;
+    }
+    return n;
+}
+
+LONG panes::placeOfChild(HWND hwndList, const char* pszName, bool fBehindEqual)
+{
+    auto cRows = LONG(tellList(hwndList, LB_GETCOUNT));
     if (cRows <= 0) {
         return 0;
     }
@@ -118,50 +141,26 @@ LONG placeOfChild(HWND hwndList, const char* pszName, bool fBehindEqual)
                        : bisectForPlace(hwndList, nFirst, cRows, pszName, fBehindEqual);
 }
 
-bool attachItem(HWND hwndList, UINT uSetData, UINT uDelete, LRESULT nRow, HGLOBAL hItem)
+bool panes::isChildNamed(HWND hwndList, LONG nRow, const char* pszName)
 {
-    if (hItem == nullptr) {
-        tell(hwndList, uDelete, LONG(nRow));
-        return false;
-    }
-    tell(hwndList, uSetData, LONG(nRow), hItem);
-    return true;
+    return kindOfRow(hwndList, nRow) == XFERITEM_CHILD && compareRow(hwndList, nRow, pszName) == 0;
 }
-
-LRESULT insertDirRow(HWND hwndList, int idControl, const char* pszText, DWORD nIndent, LONG nKind)
-{
-    if (idControl == IDC_DANDD_HOSTDIRS && nIndent == WORKDIR_INDENT) {
-        return tell(hwndList, LB_INSERTSTRING, WORKDIR_ROW, pszText);
-    }
-    if (nKind != XFERITEM_CHILD) {
-        return tell(hwndList, LB_ADDSTRING, 0, pszText);
-    }
-    return tell(hwndList, LB_INSERTSTRING, placeOfChild(hwndList, pszText, true), pszText);
-}
-
-// A text as the rows hold it. No buffer that a row is read into is longer.
-void cutToRow(char (&szText)[XFER_NAME_SIZE], const char* pszText)
-{
-    lstrcpynA(szText, pszText == nullptr ? "" : pszText, XFER_NAME_SIZE);
-}
-
-} // namespace
 
 int panes::readRowText(HWND hwndList, LONG nRow, char (&szText)[XFER_NAME_SIZE])
 {
     szText[0] = '\0';
-    LRESULT cch = tell(hwndList, LB_GETTEXTLEN, nRow);
+    LRESULT cch = panes::tellList(hwndList, LB_GETTEXTLEN, nRow);
     if (cch == LB_ERR || cch > XFER_MAX_NAME) {
         return LB_ERR;
     }
-    return int(tell(hwndList, LB_GETTEXT, nRow, szText));
+    return int(panes::tellList(hwndList, LB_GETTEXT, nRow, szText));
 }
 
 bool panes::readRow(HWND hwndList, LONG nRow, panes::Row* pRow)
 {
     XferListItem item;
     if (panes::readRowText(hwndList, nRow, pRow->szText) == LB_ERR ||
-        !readItem(hwndList, nRow, &item)) {
+        !readRecord(recordOfRow(hwndList, nRow), &item)) {
         return false;
     }
     pRow->nKind = item.nKind;
@@ -171,7 +170,7 @@ bool panes::readRow(HWND hwndList, LONG nRow, panes::Row* pRow)
 
 int fXferDandDFindName(HWND hwndList, const char* pszName, LONG* pnRow)
 {
-    auto cRows = LONG(tell(hwndList, LB_GETCOUNT, 0));
+    auto cRows = LONG(panes::tellList(hwndList, LB_GETCOUNT));
     LONG nLow = 1;
     LONG nHigh = cRows;
     while (nLow <= nHigh) {
@@ -192,107 +191,94 @@ int fXferDandDFindName(HWND hwndList, const char* pszName, LONG* pnRow)
     return 0;
 }
 
+bool panes::insertFileRow(XferWindowRecord* pRecord, int idControl, LONG nRow, const char* pszName)
+{
+    suspendDrawing(pRecord, idControl);
+    return tellList(GetDlgItem(pRecord->hwndDialog, idControl), LB_INSERTSTRING, nRow, pszName) >=
+           0;
+}
+
+bool panes::insertSubDir(HWND hwndList, LONG nRow, const char* pszText, HGLOBAL hRecord)
+{
+    return hRecord != nullptr &&
+           attachRecord(hwndList, LB_SETITEMDATA,
+                        tellList(hwndList, LB_INSERTSTRING, nRow, pszText), hRecord);
+}
+
 int fXferDandDAddListItem(HWND hdlgDandD, int idControl, const char* pszText, panes::ListIcon nIcon,
                           DWORD nIndent, LONG nKind, DWORD cchPath)
 {
     char szText[XFER_NAME_SIZE];
     HWND hwndList = GetDlgItem(hdlgDandD, idControl);
-    cutToRow(szText, pszText);
-    if (idControl == IDC_DANDD_LOCALDRIVES) {
-        LRESULT nRow = tell(hwndList, CB_ADDSTRING, 0, szText);
-        return nRow >= 0 && attachItem(hwndList, CB_SETITEMDATA, CB_DELETESTRING, nRow,
-                                       makeItem(nIcon, nIndent, 0, 0));
-    }
-    if (idControl != IDC_DANDD_HOSTDIRS && idControl != IDC_DANDD_LOCALDIRS) {
+    bool fDrives = idControl == IDC_DANDD_LOCALDRIVES;
+    if (!fDrives && idControl != IDC_DANDD_HOSTDIRS && idControl != IDC_DANDD_LOCALDIRS) {
         return 0;
     }
-    LRESULT nRow = insertDirRow(hwndList, idControl, szText, nIndent, nKind);
-    return nRow >= 0 && attachItem(hwndList, LB_SETITEMDATA, LB_DELETESTRING, nRow,
-                                   makeItem(nIcon, nIndent, nKind, cchPath));
+    HGLOBAL hRecord = panes::makeRecord(nIcon, nIndent, fDrives ? 0 : nKind, fDrives ? 0 : cchPath);
+    if (hRecord == nullptr) {
+        return 0;
+    }
+    panes::cutToRow(szText, pszText);
+    if (fDrives) {
+        return attachRecord(hwndList, CB_SETITEMDATA,
+                            panes::tellList(hwndList, CB_ADDSTRING, 0, szText), hRecord);
+    }
+    bool fTop =
+        nKind != XFERITEM_CHILD || (idControl == IDC_DANDD_HOSTDIRS && nIndent == WORKDIR_INDENT);
+    LRESULT nRow = fTop ? insertTopRow(hwndList, idControl, szText, nIndent)
+                        : panes::tellList(hwndList, LB_INSERTSTRING,
+                                          panes::placeOfChild(hwndList, szText, true), szText);
+    return attachRecord(hwndList, LB_SETITEMDATA, nRow, hRecord);
+}
+
+void panes::appendFileName(HWND hwndList, const char* pszName)
+{
+    tellList(hwndList, LB_ADDSTRING, 0, pszName);
 }
 
 void panes::appendSubDir(HWND hdlgDandD, int idControl, const char* pszText, DWORD nIndent)
 {
-    HWND hwndList = GetDlgItem(hdlgDandD, idControl);
-    LRESULT nRow = tell(hwndList, LB_INSERTSTRING, -1, pszText);
-    if (nRow >= 0) {
-        attachItem(hwndList, LB_SETITEMDATA, LB_DELETESTRING, nRow,
-                   makeItem(panes::ICON_CLOSEDFOLDER, nIndent, XFERITEM_CHILD, 0));
-    }
+    insertSubDir(GetDlgItem(hdlgDandD, idControl), -1, pszText,
+                 makeRecord(ICON_CLOSEDFOLDER, nIndent, XFERITEM_CHILD, 0));
 }
 
 int fXferDandDRemoveSubDir(HWND hdlgDandD, int idControl, const char* pszName)
 {
     char szText[XFER_NAME_SIZE];
     HWND hwndList = GetDlgItem(hdlgDandD, idControl);
-    cutToRow(szText, pszName);
-    LONG nRow = placeOfChild(hwndList, szText, false);
-    if (kindOfRow(hwndList, nRow) != XFERITEM_CHILD || compareRow(hwndList, nRow, szText) != 0) {
+    panes::cutToRow(szText, pszName);
+    LONG nRow = panes::placeOfChild(hwndList, szText, false);
+    if (!panes::isChildNamed(hwndList, nRow, szText)) {
         return 0;
     }
-    panes::freeRowRecord(hwndList, nRow);
-    tell(hwndList, LB_DELETESTRING, nRow);
+    panes::deleteRow(hwndList, nRow);
     return 1;
 }
 
-void panes::insertFileName(XferWindowRecord* pRecord, int idControl, const char* pszName)
+void panes::deleteFileRow(XferWindowRecord* pRecord, int idControl, LONG nRow)
 {
-    char szName[XFER_NAME_SIZE];
-    LONG nRow;
+    window::Ref ref = window::refOf(pRecord);
     HWND hwndList = GetDlgItem(pRecord->hwndDialog, idControl);
-    cutToRow(szName, pszName);
-    if (!fXferDandDFindName(hwndList, szName, &nRow)) {
-        pRecord->fListsChanged = 1;
-        panes::suspendDrawing(pRecord, idControl);
-        tell(hwndList, LB_INSERTSTRING, nRow, szName);
-    }
-}
-
-void panes::removeFileName(XferWindowRecord* pRecord, int idControl, const char* pszName)
-{
-    char szName[XFER_NAME_SIZE];
-    LONG nRow;
-    HWND hwndList = GetDlgItem(pRecord->hwndDialog, idControl);
-    cutToRow(szName, pszName);
-    if (fXferDandDFindName(hwndList, szName, &nRow)) {
-        pRecord->fListsChanged = 1;
-        bool fHeld = panes::suspendDrawing(pRecord, idControl);
-        tell(hwndList, WM_SETREDRAW, FALSE);
-        tell(hwndList, LB_SETCARETINDEX, nRow);
-        tell(hwndList, LB_DELETESTRING, nRow);
-        if (!fHeld) {
-            tell(hwndList, WM_SETREDRAW, TRUE);
-            InvalidateRect(hwndList, nullptr, FALSE);
-        }
-    }
-}
-
-void panes::freeRowRecord(HWND hwndList, LONG nRow)
-{
-    LRESULT nData = tell(hwndList, LB_GETITEMDATA, nRow);
-    if (nData != LB_ERR && nData != 0) {
-        GlobalFree(reinterpret_cast<HGLOBAL>(nData));
-    }
-}
-
-void panes::clearRows(HWND hwndList)
-{
-    for (auto n = LONG(tell(hwndList, LB_GETCOUNT, 0)) - 1; n >= 0; --n) {
-        panes::freeRowRecord(hwndList, n);
-        tell(hwndList, LB_DELETESTRING, n);
+    bool fHeld = suspendDrawing(pRecord, idControl);
+    tellList(hwndList, WM_SETREDRAW, FALSE);
+    tellList(hwndList, LB_SETCARETINDEX, nRow);
+    tellList(hwndList, LB_DELETESTRING, nRow);
+    if (!fHeld && window::isAlive(ref)) {
+        tellList(hwndList, WM_SETREDRAW, TRUE);
+        InvalidateRect(hwndList, nullptr, FALSE);
     }
 }
 
 void panes::releaseRows(HWND hdlgDandD)
 {
-    panes::clearRows(GetDlgItem(hdlgDandD, IDC_DANDD_LOCALDIRS));
-    panes::clearRows(GetDlgItem(hdlgDandD, IDC_DANDD_HOSTDIRS));
+    clearRows(GetDlgItem(hdlgDandD, IDC_DANDD_LOCALDIRS));
+    clearRows(GetDlgItem(hdlgDandD, IDC_DANDD_HOSTDIRS));
     HWND hwndDrives = GetDlgItem(hdlgDandD, IDC_DANDD_LOCALDRIVES);
-    for (auto n = LONG(tell(hwndDrives, CB_GETCOUNT, 0)) - 1; n >= 0; --n) {
-        LRESULT nData = tell(hwndDrives, CB_GETITEMDATA, n);
+    for (auto n = LONG(tellList(hwndDrives, CB_GETCOUNT)) - 1; n >= 0; --n) {
+        LRESULT nData = tellList(hwndDrives, CB_GETITEMDATA, n);
+        tellList(hwndDrives, CB_DELETESTRING, n);
         if (nData != CB_ERR && nData != 0) {
             GlobalFree(reinterpret_cast<HGLOBAL>(nData));
         }
-        tell(hwndDrives, CB_DELETESTRING, n);
     }
 }

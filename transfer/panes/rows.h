@@ -1,41 +1,11 @@
-// The rows of the lists: the record that each row of a directory list or of the drive list
-// carries, sorted insertion and search, and removal.
+// The rows of the lists: search, insertion in sorted place, and removal, each at once.
 #ifndef TRANSFER_PANES_ROWS_H
 #define TRANSFER_PANES_ROWS_H
 
+#include "transfer/panes/records.h"
 #include "transfer/window/record.h"
 
-enum ItemKind : LONG {
-    XFERITEM_ROOT = 0,
-    XFERITEM_ANCESTOR = 1,
-    XFERITEM_CURRENT = 2,
-    XFERITEM_CHILD = 3 // a subdirectory; only these are sorted, and removed by name
-};
-
-// One moveable block of the global heap, which belongs to its row: code that deletes the row
-// frees the block.
-struct XferListItem {
-    HICON hIcon;
-    DWORD nIndent; // levels
-    LONG nKind;    // 0 in the drive list
-    DWORD cchPath; // local root and ancestors: leading characters of szLocalDir that name them
-};
-
 namespace panes {
-
-// Icons of the lists, in the order of g_listIcons.
-enum ListIcon {
-    ICON_OPENFOLDER,
-    ICON_CLOSEDFOLDER,
-    ICON_SELECTEDFOLDER,
-    ICON_FLOPPYDRIVE,
-    ICON_FIXEDDRIVE,
-    ICON_CDROMDRIVE,
-    ICON_NETDRIVE,
-    ICON_RAMDRIVE,
-    ICON_COUNT
-};
-extern HICON g_listIcons[ICON_COUNT];
 
 // The text and record of a row of a directory list.
 struct Row {
@@ -52,18 +22,45 @@ bool readRow(HWND hwndList, LONG nRow, Row* pRow);
 // row or the text doesn't fit into the buffer.
 int readRowText(HWND hwndList, LONG nRow, char (&szText)[XFER_NAME_SIZE]);
 
+// Sends a message to a list box. All messages of the library that change its rows go through
+// this, so that they can be told from those of the caller.
+LRESULT tellList(HWND hwndList, UINT uMessage, LONG nRow = 0, const void* p = nullptr);
+
+// Whether a message that a list receives now is the one that tellList sends it. Asked once for
+// each message.
+bool isOwnMessage(HWND hwndList, UINT uMessage);
+
+// Whether a message is the end of a list's last row: some platforms empty the list by a message
+// when that row is deleted.
+bool isEndOfLastRow(HWND hwndList, UINT uMessage);
+
+// Appends a file name that is known to sort after all others.
+void appendFileName(HWND hwndList, const char* pszName);
+
 // Appends a subdirectory row that is known to sort after all others.
 void appendSubDir(HWND hdlgDandD, int idControl, const char* pszText, DWORD nIndent);
 
-// Adds a file name in sorted place unless it is already there, and removes one.
-void insertFileName(XferWindowRecord* pRecord, int idControl, const char* pszName);
-void removeFileName(XferWindowRecord* pRecord, int idControl, const char* pszName);
+// Inserts a row before another one, or at the end for -1. Returns false with nothing inserted if
+// the list refuses it. A subdirectory takes over its record, which is freed if it is refused; with
+// null, for which there was no memory, it isn't inserted.
+bool insertFileRow(XferWindowRecord* pRecord, int idControl, LONG nRow, const char* pszName);
+bool insertSubDir(HWND hwndList, LONG nRow, const char* pszText, HGLOBAL hRecord);
 
-// Frees the record of a row.
-void freeRowRecord(HWND hwndList, LONG nRow);
+// Takes a row out of a file list. The caret goes to it first, and nothing is drawn in between.
+void deleteFileRow(XferWindowRecord* pRecord, int idControl, LONG nRow);
 
-// Deletes all rows of a list with their records.
-void clearRows(HWND hwndList);
+// A text as the rows hold it. No buffer that a row is read into is longer.
+void cutToRow(char (&szText)[XFER_NAME_SIZE], const char* pszText);
+
+// The first child row that sorts after a name, or doesn't sort before it if fBehindEqual is
+// false. Returns the number of rows if there is none.
+LONG placeOfChild(HWND hwndList, const char* pszName, bool fBehindEqual);
+
+// The first of the child rows, or the number of rows. The rows above them are few.
+LONG firstChildRow(HWND hwndList, LONG cRows);
+
+// Whether a row is a child row of that name.
+bool isChildNamed(HWND hwndList, LONG nRow, const char* pszName);
 
 // Handles WM_DESTROY: deletes all rows that have records, while the controls still exist.
 void releaseRows(HWND hdlgDandD);

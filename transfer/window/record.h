@@ -31,6 +31,20 @@ namespace window {
 struct ModalDialog;
 }
 
+namespace panes {
+struct Names;
+}
+
+// What a list of the panes keeps beside its rows (transfer/panes/changes.h).
+struct XferPaneList {
+    panes::Names* pWaiting; // changes that the list doesn't show yet; owned, null if there are none
+    LCID lcidOrder;         // locale that its rows are sorted by; 0 until the first name comes
+    DWORD cRowMessages;     // messages so far that put rows in or took them out
+    LONG fForeignRows;      // the caller put rows in by messages of its own
+    LONG fMerging;
+};
+constexpr int XFER_PANE_LISTS = 4;
+
 struct XferWindowRecord {
     HMODULE hLanguage; // owned
     HWND hwndParent;   // as given at creation; can be 0
@@ -66,9 +80,10 @@ struct XferWindowRecord {
     LONG fForeignFiles;               // the local file list shows files of another directory
     char szLocalMask[XFER_NAME_SIZE]; // the mask that filled the local file list
     DWORD cchLogTrimmed;              // characters that were cut from the start of the log so far
-    DWORD fsHeldLists;                // host lists that aren't drawn for the moment
-    window::ModalDialog* pInnermost;  // the modal dialog on top of the others, or null
-    DWORD nSerial;                    // tells this record from any other one at the same address
+    DWORD fsHeldLists;                // lists that aren't drawn for the moment
+    XferPaneList paneLists[XFER_PANE_LISTS];
+    window::ModalDialog* pInnermost; // the modal dialog on top of the others, or null
+    DWORD nSerial;                   // tells this record from any other one at the same address
     XferWindowRecord* pNextLive;
 };
 
