@@ -26,6 +26,13 @@ constexpr LONG INFO_OVERLAP = 1;
 constexpr LONG INFO_TOP = 26;
 constexpr LONG INFO_GAP = 4;
 
+layout::AliveProc s_pfnIsAlive;
+
+bool isAlive(HWND hdlgDandD, const XferLayout* pLayout)
+{
+    return s_pfnIsAlive == nullptr || s_pfnIsAlive(hdlgDandD, pLayout);
+}
+
 struct References {
     RECT rcClient;
     RECT rcCentre;
@@ -139,14 +146,22 @@ void setVisible(HWND hwndControl, bool fVisible)
     }
 }
 
-void showRow(HWND hdlgDandD, const XferLayoutRow* pRow, int nMode)
+// Each of the two steps sends messages to the control.
+void showRow(HWND hdlgDandD, const XferLayout* pLayout, const XferLayoutRow* pRow, int nMode)
 {
     HWND hwndControl = GetDlgItem(hdlgDandD, pRow->nControlId);
-    if (isInMode(pRow, nMode)) {
+    bool fShown = isInMode(pRow, nMode);
+    if (fShown) {
         enableRow(hwndControl, TRUE);
-        setVisible(hwndControl, true);
     } else {
         setVisible(hwndControl, false);
+    }
+    if (!isAlive(hdlgDandD, pLayout)) {
+        return;
+    }
+    if (fShown) {
+        setVisible(hwndControl, true);
+    } else {
         enableRow(hwndControl, FALSE);
     }
 }
@@ -206,24 +221,51 @@ void vXferDandDCaptureLayout(HWND hdlgDandD, XferLayout* pLayout)
         -INFO_OVERLAP, INFO_TOP, INFO_OVERLAP, nCommandTop - INFO_GAP};
 }
 
-void vXferDandDApplyLayout(HWND hdlgDandD, const XferLayout* pLayout, int nMode)
+namespace {
+
+bool moveRows(HWND hdlgDandD, const XferLayout* pLayout, int nMode)
 {
-    int fAtEnd = fXferDandDInfoAtEnd(hdlgDandD);
     References references = currentReferences(hdlgDandD);
-    for (int n = 0; n < XFERLAYOUT_ROWS; ++n) {
+    for (int n = 0; n < XFERLAYOUT_ROWS && isAlive(hdlgDandD, pLayout); ++n) {
         if (isInMode(&g_xferLayoutRows[n], nMode)) {
             moveRow(hdlgDandD, &references, &g_xferLayoutRows[n], nMode,
                     &pLayout->distances[n][nMode]);
         }
     }
+    return isAlive(hdlgDandD, pLayout);
+}
+
+bool showRows(HWND hdlgDandD, const XferLayout* pLayout, int nMode)
+{
+    for (int n = 0; n < XFERLAYOUT_ROWS && isAlive(hdlgDandD, pLayout); ++n) {
+        showRow(hdlgDandD, pLayout, &g_xferLayoutRows[n], nMode);
+    }
+    return isAlive(hdlgDandD, pLayout);
+}
+
+} // namespace
+
+void layout::setAliveProc(AliveProc pfnIsAlive)
+{
+    s_pfnIsAlive = pfnIsAlive;
+}
+
+void vXferDandDApplyLayout(HWND hdlgDandD, const XferLayout* pLayout, int nMode)
+{
+    int fAtEnd = fXferDandDInfoAtEnd(hdlgDandD);
+    if (!moveRows(hdlgDandD, pLayout, nMode)) {
+        return;
+    }
     setDropDownHeight(hdlgDandD);
-    for (const XferLayoutRow& row : g_xferLayoutRows) {
-        showRow(hdlgDandD, &row, nMode);
+    if (!showRows(hdlgDandD, pLayout, nMode)) {
+        return;
     }
     if (fAtEnd) {
         vXferDandDInfoScrollToEnd(hdlgDandD, 0);
     }
     // A window that clips its children, which keeps them from flashing, leaves them out of a plain
     // invalidation.
-    RedrawWindow(hdlgDandD, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+    if (isAlive(hdlgDandD, pLayout)) {
+        RedrawWindow(hdlgDandD, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+    }
 }

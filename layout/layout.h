@@ -39,6 +39,15 @@ struct XferLayout {
 // puts them.
 void vXferDandDCaptureLayout(HWND hdlgDandD, XferLayout* pLayout);
 
+namespace layout {
+
+// Says whether a window with these distances still exists. Every move of a control sends messages,
+// on which the caller's code can destroy the window. Without it a window always exists.
+using AliveProc = bool (*)(HWND hdlgDandD, const XferLayout* pLayout);
+void setAliveProc(AliveProc pfnIsAlive);
+
+} // namespace layout
+
 // Moves and shows the controls of a mode, 0 or 1, and hides the others, with one repaint.
 void vXferDandDApplyLayout(HWND hdlgDandD, const XferLayout* pLayout, int nMode);
 

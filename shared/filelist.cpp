@@ -1,4 +1,5 @@
 #include "shared/filelist.h"
+#include "shared/text.h"
 
 #include <stdint.h>
 #include <stdlib.h>
@@ -199,8 +200,10 @@ char* KRHAULAPI XferFileList_lpszGetString(XferFileList list, LONG nRow, LONG nC
     pszBuffer[0] = '\0';
     const shared::FileListRow* pRow = findCell(list, nRow, nColumn, shared::XFERCELL_STRING);
     if (pRow != nullptr) {
-        strncpy(pszBuffer, reinterpret_cast<const char*>(pRow->values[nColumn]), size_t(cchBuffer));
-        pszBuffer[cchBuffer - 1] = '\0';
+        // strncpy clears the rest of the buffer; the copy over it cuts between two characters.
+        auto pszText = reinterpret_cast<const char*>(pRow->values[nColumn]);
+        strncpy(pszBuffer, pszText, size_t(cchBuffer));
+        shared::copyText(pszBuffer, pszText, size_t(cchBuffer));
     }
     return pszBuffer;
 }

@@ -2,6 +2,7 @@
 #include "resources/ids.h"
 #include "shared/krutils.h"
 #include "shared/language.h"
+#include "shared/text.h"
 #include "status/bar.h"
 #include "status/dialog.h"
 #include "status/slots.h"
@@ -197,7 +198,7 @@ int KRHAULAPI nXferStatStatusInfo(HWND hdlgStat, const char* pszStatus)
 {
     StatSlot* pSlot = status::slotOf(hdlgStat);
     if (pSlot != nullptr && pszStatus != nullptr) {
-        lstrcpynA(pSlot->szStatus, pszStatus, sizeof pSlot->szStatus);
+        shared::copyText(pSlot->szStatus, pszStatus, sizeof pSlot->szStatus);
     }
     return XFER_OK;
 }

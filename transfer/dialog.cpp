@@ -27,9 +27,12 @@ INT_PTR onSize(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM wParam, LPARAM 
     if (wParam == SIZE_RESTORED) {
         pRecord->fMinimized = 0;
     }
+    window::Ref ref = window::refOf(pRecord);
     vXferDandDStripRect(hdlgDandD, pRecord);
     SendDlgItemMessageA(hdlgDandD, IDC_DANDD_TOOLBAR, WM_SIZE, wParam, lParam);
-    vXferDandDApplyLayout(hdlgDandD, &pRecord->layout, pRecord->nViewMode != 0);
+    if (window::isAlive(ref)) {
+        vXferDandDApplyLayout(hdlgDandD, &pRecord->layout, pRecord->nViewMode != 0);
+    }
     return 0;
 }
 

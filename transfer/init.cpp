@@ -125,6 +125,12 @@ void subclassControls(HWND hdlgDandD, XferWindowRecord* pRecord)
     }
 }
 
+bool isLaidOutWindowAlive(HWND hdlgDandD, const XferLayout* pLayout)
+{
+    const XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
+    return pRecord != nullptr && &pRecord->layout == pLayout;
+}
+
 } // namespace
 
 int fXferDandDInitDialog(HWND hdlgDandD, XferWindowRecord* pRecord)
@@ -136,6 +142,7 @@ int fXferDandDInitDialog(HWND hdlgDandD, XferWindowRecord* pRecord)
     setFonts(hdlgDandD, pRecord);
     vXferDandDInitStrip(hdlgDandD, pRecord);
     vXferDandDInitToolbar(hdlgDandD, pRecord->nViewMode, FIRST_TYPE);
+    layout::setAliveProc(isLaidOutWindowAlive);
     vXferDandDCaptureLayout(hdlgDandD, &pRecord->layout);
     WORD idMode = postFirstMode(hdlgDandD, pRecord);
     fillTypes(hdlgDandD, pRecord);

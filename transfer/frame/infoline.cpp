@@ -1,6 +1,7 @@
 // The info line: the log of the window, a multi-line edit control that trims itself.
 #include "layout/infoscroll.h"
 #include "resources/ids.h"
+#include "shared/text.h"
 #include "transfer/window/record.h"
 
 #include <string.h>
@@ -30,7 +31,7 @@ LONG endOfLine(HWND hwndInfo, LONG nLine)
 LONG buildEntry(char (&szEntry)[ENTRY_SIZE], const char* pszText)
 {
     strcpy(szEntry, LINE_START);
-    strncat(szEntry, pszText == nullptr ? "" : pszText, CCH_TEXT);
+    shared::copyText(szEntry + CCH_LINE_START, pszText, CCH_TEXT + 1);
     LONG cch = LONG(strlen(szEntry));
     while (cch > CCH_LINE_START && (szEntry[cch - 1] == '\r' || szEntry[cch - 1] == '\n')) {
         szEntry[--cch] = '\0';

@@ -1,6 +1,7 @@
 // The strip is no control: the window paints it.
 #include "transfer/frame/strip.h"
 #include "resources/ids.h"
+#include "shared/text.h"
 
 #include <stdint.h>
 #include <string.h>
@@ -216,7 +217,7 @@ void KRHAULAPI vXferDandDDisplayDILText(HWND hdlgDandD, const char* pszText)
     }
     // The text is compared as it would be stored, so that a text that is too long is painted only
     // once as well.
-    lstrcpynA(szStored, pszText == nullptr ? "" : pszText, sizeof szStored);
+    shared::copyText(szStored, pszText, sizeof szStored);
     if (strcmp(szStored, pRecord->szStripText) != 0) {
         strcpy(pRecord->szStripText, szStored);
         InvalidateRect(hdlgDandD, &pRecord->rcStrip, FALSE);

@@ -1,5 +1,6 @@
 #include "transfer/panes/rows.h"
 #include "resources/ids.h"
+#include "shared/text.h"
 #include "transfer/panes/drawing.h"
 
 #include <string.h>
@@ -124,7 +125,7 @@ bool panes::isEndOfLastRow(HWND hwndList, UINT uMessage)
 
 void panes::cutToRow(char (&szText)[XFER_NAME_SIZE], const char* pszText)
 {
-    lstrcpynA(szText, pszText == nullptr ? "" : pszText, XFER_NAME_SIZE);
+    shared::copyText(szText, pszText, sizeof szText);
 }
 
 LONG panes::firstChildRow(HWND hwndList, LONG cRows)
