@@ -4,8 +4,7 @@
 #include "../layout/layout.h"
 #include "../resources/ids.h"
 
-namespace
-{
+namespace {
 
 HWND s_hdlg;
 HMODULE s_hEnglish;
@@ -83,6 +82,8 @@ void benchLayout()
     });
     print("one apply of the layout", dLayout / TIMES * 1e6, "us", dBatch / TIMES * 1e6,
           "the moves in one DeferWindowPos", dLayout / dBatch);
+    // One batch can't take its place: the drive list is measured where its first move has put it,
+    // and whoever listens to a control hears of one move after the other.
     double dFloor = driveListFloor(TIMES) + dBatch;
     print("  its floor: moves and drive list", dFloor / TIMES * 1e6, "us", dBatch / TIMES * 1e6,
           "the moves in one DeferWindowPos", dFloor / dBatch);

@@ -47,7 +47,7 @@ HWND makeOurs(HWND hwndParent, HINSTANCE hModule)
     fXferToolbarRegister(GetModuleHandleA(nullptr));
     HWND hwnd = CreateWindowA(XFER_TOOLBARCLASS, "", WS_CHILD | WS_VISIBLE, 0, 0, 0, 0, hwndParent,
                               reinterpret_cast<HMENU>(IDC_DANDD_TOOLBAR), nullptr, nullptr);
-    const XferToolPictures pictures = {hModule, IDB_TOOLBAR};
+    const toolbar::PictureSource pictures = {hModule, IDB_TOOLBAR};
     SendMessageA(hwnd, TOOLM_ADDBITMAP, PICTURES, reinterpret_cast<LPARAM>(&pictures));
     for (const BenchRow& row : ROWS) {
         const XferToolButton button = {row.iPicture, row.idCommand, row.fsBusy, row.fsStyle};

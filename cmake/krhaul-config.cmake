@@ -1,8 +1,9 @@
 # The CMake package of KRHAUL: find_package(krhaul) gives the target krhaul::krhaul, for MinGW
 # and Visual C++, and
 #
-#   krhaul_deploy(TARGET)   after each build, copies KRHAUL.DLL, its language modules and
-#                           KRUTILS.DLL beside the program of a target
+#   krhaul_deploy(TARGET)   after each build, copies KRHAUL.DLL, its language modules,
+#                           KRUTILS.DLL and the viewer KRVIEWER.EXE beside the program of a
+#                           target
 get_filename_component(krhaul_ROOT_DIR "${CMAKE_CURRENT_LIST_DIR}/../../.." ABSOLUTE)
 
 if(MSVC)
@@ -25,6 +26,7 @@ if(NOT TARGET krhaul::krhaul)
 endif()
 
 file(GLOB krhaul_RUNTIME_FILES "${krhaul_ROOT_DIR}/bin/*.DLL")
+list(APPEND krhaul_RUNTIME_FILES "${krhaul_ROOT_DIR}/bin/KRVIEWER.EXE")
 
 function(krhaul_deploy target)
     add_custom_command(TARGET ${target} POST_BUILD

@@ -9,6 +9,8 @@ target_compile_options(krhaul_flags INTERFACE
     $<$<COMPILE_LANGUAGE:CXX>:-Wconversion -Wold-style-cast>)
 target_compile_definitions(krhaul_flags INTERFACE STRICT NOMINMAX WIN32_LEAN_AND_MEAN
     WINVER=0x0400 _WIN32_WINNT=0x0400 __USE_MINGW_ANSI_STDIO=0)
+# Includes name a header by its room.
+target_include_directories(krhaul_flags INTERFACE ${CMAKE_SOURCE_DIR})
 # No time stamps: the same sources give the same files.
 target_link_options(krhaul_flags INTERFACE -static -Wl,--no-insert-timestamp)
 if(KRHAUL_CHECKED)

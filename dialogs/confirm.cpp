@@ -1,7 +1,7 @@
 // The dialog of the confirmation settings: a view on the flags that the caller keeps.
-#include "dialogs.h"
-#include "confirm.h"
-#include "../resources/ids.h"
+#include "dialogs/engine.h"
+#include "resources/ids.h"
+#include "transfer/window/request.h"
 
 namespace {
 
@@ -19,50 +19,42 @@ constexpr FlagRow FLAGS[] = {
 };
 
 // The window can die while the caller is asked for its flags.
-void initDialog(HWND hdlg, LPARAM lParam)
+void initDialog(const dialogs::Dialog* pDialog)
 {
-    XferDialog dialog;
-    vXferDandDStartDialog(hdlg, lParam);
-    if (!fXferDandDDialogOf(hdlg, &dialog)) {
-        return;
-    }
-    DWORD dwFlags = dwXferDandDConfirmFlags(dialog.pRecord);
-    if (!fXferDandDDialogIsAlive(&dialog)) {
+    DWORD dwFlags = window::confirmFlags(pDialog->pRecord);
+    if (!dialogs::isAlive(pDialog)) {
         return;
     }
     for (const FlagRow& row : FLAGS) {
-        CheckDlgButton(hdlg, row.idBox, dwFlags & row.dwFlag);
+        CheckDlgButton(pDialog->hdlg, row.idBox, dwFlags & row.dwFlag);
     }
 }
 
-void accept(const XferDialog* pDialog)
+bool accept(const dialogs::Dialog* pDialog)
 {
-    const XferWindowRecord* pRecord = pDialog->pRecord;
     DWORD dwFlags = 0;
     for (const FlagRow& row : FLAGS) {
         dwFlags |= IsDlgButtonChecked(pDialog->hdlg, row.idBox) != 0 ? row.dwFlag : 0;
     }
-    if (pRecord->callbacks.pfnConfirmFlags != nullptr) {
-        pRecord->callbacks.pfnConfirmFlags(pRecord->dwCallerData, dwFlags, 1);
-    }
-    vXferDandDEndDialog(pDialog);
+    window::setConfirmFlags(pDialog->pRecord, dwFlags);
+    return true;
 }
 
-constexpr XferDialogKind CONFIRM = {
-    XFERHELP_CONFIRM, IDC_CONFIRM_HELP, initDialog, accept, vXferDandDEndDialog, 0,
-    nullptr,          nullptr};
+constexpr dialogs::Kind confirmKind()
+{
+    dialogs::Kind kind = {};
+    kind.context = XFERHELP_CONFIRM;
+    kind.idHelp = IDC_CONFIRM_HELP;
+    kind.pfnInit = initDialog;
+    kind.pfnAccept = accept;
+    return kind;
+}
+
+constexpr dialogs::Kind CONFIRM = confirmKind();
 
 } // namespace
 
-DWORD dwXferDandDConfirmFlags(const XferWindowRecord* pRecord)
-{
-    if (pRecord->callbacks.pfnConfirmFlags == nullptr) {
-        return XFERCONFIRM_LOCALDELETE | XFERCONFIRM_LOCALRMDIR;
-    }
-    return pRecord->callbacks.pfnConfirmFlags(pRecord->dwCallerData, 0, 0);
-}
-
 INT_PTR CALLBACK fDlgXferDandDConfirmProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
-    return nXferDandDDialogMessage(&CONFIRM, hdlg, uMessage, wParam, lParam);
+    return dialogs::handleMessage(&CONFIRM, hdlg, uMessage, wParam, lParam);
 }

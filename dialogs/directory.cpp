@@ -1,93 +1,74 @@
 // The directory dialogs: make, remove and change.
-#include "dialogs.h"
-#include "../resources/ids.h"
-#include "../shared/krutils.h"
-#include "../transfer/rows.h"
+#include "dialogs/onename.h"
+#include "dialogs/open.h"
+#include "resources/ids.h"
+#include "shared/krutils.h"
+#include "transfer/panes/rows.h"
+#include "transfer/window/request.h"
 
 namespace {
 
-constexpr DWORD TYPED = 0; // the name isn't from the list
-
-bool makeLocal(const XferDialog* pDialog, const char* pszDir)
+bool makeLocal(const dialogs::Dialog* pDialog, const char* pszDir)
 {
     if (!CreateDirectoryA(pszDir, nullptr)) {
-        return fXferDandDDialogFailed(pDialog, GetLastError());
+        return dialogs::reportFailure(pDialog, GetLastError());
     }
-    if (fXferDandDDialogRecordAction(pDialog, KRACTION_LOCALDIR_MADE, pszDir)) {
-        vXferDandDRefreshLocalFiles(pDialog->hdlgDandD);
+    if (dialogs::recordAction(pDialog, KRACTION_LOCALDIR_MADE, pszDir)) {
+        vXferDandDRefreshLocalFiles(pDialog->ref.hdlgDandD);
     }
     return true;
 }
 
-bool removeLocal(const XferDialog* pDialog, const char* pszDir)
+bool removeLocal(const dialogs::Dialog* pDialog, const char* pszDir)
 {
     if (!RemoveDirectoryA(pszDir)) {
-        return fXferDandDDialogFailed(pDialog, GetLastError());
+        return dialogs::reportFailure(pDialog, GetLastError());
     }
-    if (fXferDandDDialogRecordAction(pDialog, KRACTION_LOCALDIR_REMOVED, pszDir)) {
-        fXferDandDRemoveSubDir(pDialog->hdlgDandD, IDC_DANDD_LOCALDIRS, pszDir);
+    if (dialogs::recordAction(pDialog, KRACTION_LOCALDIR_REMOVED, pszDir)) {
+        fXferDandDRemoveSubDir(pDialog->ref.hdlgDandD, IDC_DANDD_LOCALDIRS, pszDir);
     }
     return true;
 }
 
-bool changeLocal(const XferDialog* pDialog, const char* pszDir)
+bool changeLocal(const dialogs::Dialog* pDialog, const char* pszDir)
 {
     if (!SetCurrentDirectoryA(pszDir)) {
-        return fXferDandDDialogFailed(pDialog, GetLastError());
+        return dialogs::reportFailure(pDialog, GetLastError());
     }
-    vXferDandDRefreshLocalFiles(pDialog->hdlgDandD);
+    vXferDandDRefreshLocalFiles(pDialog->ref.hdlgDandD);
     return true;
 }
 
-// The parent is asked for before the callback, in which the window can die.
-void makeHost(const XferDialog* pDialog, const char* pszDir)
+void removeHost(const XferWindowRecord* pRecord, const char* pszDir)
 {
-    const XferWindowRecord* pRecord = pDialog->pRecord;
-    HWND hwndParent = pRecord->hwndParent;
-    if (pRecord->callbacks.pfnMakeHostDir != nullptr) {
-        pRecord->callbacks.pfnMakeHostDir(pRecord->dwCallerData, 0, 0, pszDir);
-        KrRecordAction(hwndParent, KRACTION_HOSTDIR_MADE, pszDir);
-    }
+    window::requestRemoveDir(pRecord, pszDir, window::NAME_TYPED);
 }
 
-void removeHost(const XferDialog* pDialog, const char* pszDir)
+void changeHost(const XferWindowRecord* pRecord, const char* pszDir)
 {
-    const XferWindowRecord* pRecord = pDialog->pRecord;
-    HWND hwndParent = pRecord->hwndParent;
-    if (pRecord->callbacks.pfnRemoveHostDir != nullptr) {
-        pRecord->callbacks.pfnRemoveHostDir(pRecord->dwCallerData, 0, 0, pszDir, TYPED);
-        KrRecordAction(hwndParent, KRACTION_HOSTDIR_REMOVED, pszDir);
-    }
+    window::requestChangeDir(pRecord, pszDir, window::NAME_TYPED);
 }
 
-void changeHost(const XferDialog* pDialog, const char* pszDir)
-{
-    const XferWindowRecord* pRecord = pDialog->pRecord;
-    if (pRecord->callbacks.pfnChangeHostDir != nullptr) {
-        pRecord->callbacks.pfnChangeHostDir(pRecord->dwCallerData, 0, 0, pszDir, TYPED);
-    }
-}
-
-constexpr XferOneNameDialog MAKE_DIR = {XFERHELP_MAKEDIR, IDC_DIR_NAME, IDC_DIR_HELP,
-                                        makeLocal,        makeHost,     false};
-constexpr XferOneNameDialog REMOVE_DIR = {XFERHELP_REMOVEDIR, IDC_DIR_NAME, IDC_DIR_HELP,
-                                          removeLocal,        removeHost,   false};
-constexpr XferOneNameDialog CHANGE_DIR = {XFERHELP_CHANGEDIR, IDC_DIR_NAME, IDC_DIR_HELP,
-                                          changeLocal,        changeHost,   false};
+constexpr dialogs::Kind MAKE_DIR = dialogs::oneName(XFERHELP_MAKEDIR, IDC_DIR_NAME, IDC_DIR_HELP,
+                                                    makeLocal, window::requestMakeDir);
+constexpr dialogs::Kind REMOVE_DIR =
+    dialogs::oneName(XFERHELP_REMOVEDIR, IDC_DIR_NAME, IDC_DIR_HELP, removeLocal, removeHost);
+constexpr dialogs::Kind CHANGE_DIR =
+    dialogs::oneName(XFERHELP_CHANGEDIR, IDC_DIR_NAME, IDC_DIR_HELP, changeLocal, changeHost);
 
 } // namespace
 
 INT_PTR CALLBACK fDlgXferDandDMkdirProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
-    return nXferDandDOneNameMessage(&MAKE_DIR, hdlg, uMessage, wParam, lParam);
+    return dialogs::handleMessage(&MAKE_DIR, hdlg, uMessage, wParam, lParam);
 }
 
 INT_PTR CALLBACK fDlgXferDandDRmdirProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
-    return nXferDandDOneNameMessage(&REMOVE_DIR, hdlg, uMessage, wParam, lParam);
+    return dialogs::handleMessage(&REMOVE_DIR, hdlg, uMessage, wParam, lParam);
 }
 
 INT_PTR CALLBACK fDlgXferDandDChdirProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
-    return nXferDandDOneNameMessage(&CHANGE_DIR, hdlg, uMessage, wParam, lParam);
+    return dialogs::handleMessage(&CHANGE_DIR, hdlg, uMessage, wParam, lParam);
 }

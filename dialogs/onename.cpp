@@ -1,7 +1,5 @@
-// The dialog that asks for one name and a side: for a directory to make, to remove or to change
-// to, a file to view, and files to delete. What differs stands in a row of XferOneNameDialog.
-#include "dialogs.h"
-#include "../resources/ids.h"
+#include "dialogs/onename.h"
+#include "resources/ids.h"
 
 #include <string.h>
 
@@ -13,88 +11,38 @@ constexpr int IDC_HOST = IDC_DIR_HOST;
 static_assert(IDC_VIEW_LOCAL == IDC_LOCAL && IDC_DEL_LOCAL == IDC_LOCAL, "one id for the side");
 static_assert(IDC_VIEW_HOST == IDC_HOST && IDC_DEL_HOST == IDC_HOST, "one id for the side");
 
-void accept(const XferOneNameDialog* pKind, const XferDialog* pDialog)
+} // namespace
+
+void dialogs::initOneName(const Dialog* pDialog)
+{
+    CheckRadioButton(pDialog->hdlg, IDC_LOCAL, IDC_HOST, IDC_LOCAL);
+    limitName(pDialog->hdlg, pDialog->pKind->idWatched);
+    enableOk(pDialog->hdlg, false);
+}
+
+bool dialogs::acceptOneName(const Dialog* pDialog)
 {
     char szName[XFER_NAME_SIZE];
+    const Kind* pKind = pDialog->pKind;
     XferWindowRecord* pRecord = pDialog->pRecord;
-    vXferDandDReadName(pDialog->hdlg, pKind->idName, pRecord->szName1);
+    readName(pDialog->hdlg, pKind->idWatched, pRecord->szName1);
     strcpy(szName, pRecord->szName1);
     bool fLocal = IsDlgButtonChecked(pDialog->hdlg, IDC_LOCAL) != 0;
     pRecord->nDialogOp = fLocal ? XFEROP_LOCAL : XFEROP_HOST;
-    if (!fLocal) {
-        pKind->pfnHost(pDialog, szName);
-    } else if (!fXferDandDNamesMeanShownDir(pDialog) || !pKind->pfnLocal(pDialog, szName)) {
-        return;
+    if (fLocal) {
+        return syncLocalPanes(pDialog) && isAlive(pDialog) && pKind->pfnLocal(pDialog, szName);
     }
-    vXferDandDEndDialog(pDialog);
+    pKind->pfnHost(pRecord, szName);
+    return true;
 }
 
-void cancel(const XferDialog* pDialog)
+void dialogs::cancelOneName(const Dialog* pDialog)
 {
     pDialog->pRecord->szName1[0] = '\0';
-    vXferDandDEndDialog(pDialog);
 }
 
-void nameChanged(const XferOneNameDialog* pKind, HWND hdlg)
+void dialogs::oneNameChanged(const Dialog* pDialog, WORD)
 {
-    vXferDandDEnableOk(hdlg, SendDlgItemMessageA(hdlg, pKind->idName, EM_LINELENGTH, 0, 0) > 0);
-}
-
-INT_PTR onCommand(const XferOneNameDialog* pKind, const XferDialog* pDialog, int id)
-{
-    if (id == IDOK) {
-        accept(pKind, pDialog);
-    } else if (id == IDCANCEL) {
-        cancel(pDialog);
-    } else if (id == pKind->idName) {
-        nameChanged(pKind, pDialog->hdlg);
-    } else if (id == pKind->idHelp) {
-        vXferDandDDialogHelp(pDialog, pKind->context);
-    } else {
-        return 0;
-    }
-    return 1;
-}
-
-INT_PTR onClose(const XferOneNameDialog* pKind, const XferDialog* pDialog)
-{
-    if (!pKind->fClosesItself) {
-        return 0;
-    }
-    cancel(pDialog);
-    return 1;
-}
-
-void initDialog(const XferOneNameDialog* pKind, HWND hdlg, LPARAM lParam)
-{
-    vXferDandDStartDialog(hdlg, lParam);
-    CheckRadioButton(hdlg, IDC_LOCAL, IDC_HOST, IDC_LOCAL);
-    vXferDandDLimitName(hdlg, pKind->idName);
-    vXferDandDEnableOk(hdlg, false);
-}
-
-} // namespace
-
-INT_PTR nXferDandDOneNameMessage(const XferOneNameDialog* pKind, HWND hdlg, UINT uMessage,
-                                 WPARAM wParam, LPARAM lParam)
-{
-    XferDialog dialog;
-    if (uMessage == WM_INITDIALOG) {
-        initDialog(pKind, hdlg, lParam);
-        return 1;
-    }
-    if (!fXferDandDDialogOf(hdlg, &dialog)) {
-        return 0;
-    }
-    switch (uMessage) {
-    case WM_COMMAND:
-        return onCommand(pKind, &dialog, LOWORD(wParam));
-    case WM_CLOSE:
-        return onClose(pKind, &dialog);
-    case WM_XFER_HELP:
-        vXferDandDDialogHelp(&dialog, pKind->context);
-        return 1;
-    default:
-        return 0;
-    }
+    enableOk(pDialog->hdlg, SendDlgItemMessageA(pDialog->hdlg, pDialog->pKind->idWatched,
+                                                EM_LINELENGTH, 0, 0) > 0);
 }

@@ -1,6 +1,7 @@
 // All file dialogs: their templates and procedures.
-#include "dialogs.h"
-#include "../transfer/panes.h"
+#include "dialogs/open.h"
+#include "transfer/panes/locallist.h"
+#include "transfer/window/modal.h"
 
 namespace {
 
@@ -9,7 +10,7 @@ struct DialogRow {
     DLGPROC pfnDialog;
 };
 
-// In the order of XferFileDialog.
+// In the order of dialogs::FileDialog.
 constexpr DialogRow DIALOGS[] = {
     {"DLGCOPY", fDlgXferDandDTranProc},   {"DLGVIEW", fDlgXferDandDViewProc},
     {"DLGRENAME", fDlgXferDandDRenProc},  {"DLGDEL", fDlgXferDandDDelProc},
@@ -19,30 +20,21 @@ constexpr DialogRow DIALOGS[] = {
 
 } // namespace
 
-// The dialogs share fields of the record: one that opens while another is open (the caller may ask
-// for it from a timer) has to be left first.
-bool fXferDandDRunDialog(XferWindowRecord* pRecord, XferFileDialog dialog)
+bool dialogs::run(XferWindowRecord* pRecord, FileDialog dialog)
 {
-    const DialogRow* pRow = &DIALOGS[dialog];
-    HWND hdlgDandD = pRecord->hwndDialog;
-    HWND hdlgOuter = pRecord->hdlgOpen;
-    EnableWindow(hdlgOuter, FALSE);
-    INT_PTR nResult = -1;
-    if (fXferDandDIsAlive(hdlgDandD, pRecord)) {
-        nResult = nXferDandDDialogBoxParam(hdlgDandD, pRow->pszTemplate, pRow->pfnDialog,
-                                           reinterpret_cast<LPARAM>(pRecord));
-    }
-    if (!fXferDandDIsAlive(hdlgDandD, pRecord)) {
-        return false;
-    }
-    pRecord->hdlgOpen = hdlgOuter;
-    EnableWindow(hdlgOuter, TRUE);
-    return nResult != -1 && fXferDandDIsAlive(hdlgDandD, pRecord);
+    window::Ref ref = window::refOf(pRecord);
+    window::ModalDialog modal = {};
+    modal.pszTemplate = DIALOGS[dialog].pszTemplate;
+    modal.pfnDialog = DIALOGS[dialog].pfnDialog;
+    modal.lParam = reinterpret_cast<LPARAM>(pRecord);
+    window::runModal(pRecord, &modal);
+    return modal.fAccepted && window::isAlive(ref);
 }
 
-// Panes that are filled anew can run foreign code.
-bool fXferDandDAskForNames(HWND hdlgDandD, XferWindowRecord* pRecord, XferFileDialog dialog)
+// Panes that are refilled can run foreign code.
+bool dialogs::askForNames(XferWindowRecord* pRecord, FileDialog dialog)
 {
-    fXferDandDShowsHere(pRecord);
-    return fXferDandDIsAlive(hdlgDandD, pRecord) && fXferDandDRunDialog(pRecord, dialog);
+    window::Ref ref = window::refOf(pRecord);
+    panes::syncLocalPanes(pRecord);
+    return window::isAlive(ref) && run(pRecord, dialog);
 }

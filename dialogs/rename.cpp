@@ -1,7 +1,8 @@
 // The rename dialog.
-#include "dialogs.h"
-#include "../resources/ids.h"
-#include "../shared/krutils.h"
+#include "dialogs/engine.h"
+#include "resources/ids.h"
+#include "shared/krutils.h"
+#include "transfer/window/request.h"
 
 #include <string.h>
 
@@ -16,37 +17,37 @@ struct Names {
     char szReport[CCH_REPORT];
 };
 
-void initDialog(HWND hdlg, LPARAM lParam)
+void initDialog(const dialogs::Dialog* pDialog)
 {
-    vXferDandDStartDialog(hdlg, lParam);
-    const auto* pRecord = reinterpret_cast<const XferWindowRecord*>(lParam);
+    HWND hdlg = pDialog->hdlg;
+    const XferWindowRecord* pRecord = pDialog->pRecord;
     bool fNamed = pRecord->szName1[0] != '\0';
     CheckRadioButton(hdlg, IDC_RENAME_LOCAL, IDC_RENAME_HOST,
                      pRecord->nDialogOp == XFEROP_LOCAL ? IDC_RENAME_LOCAL : IDC_RENAME_HOST);
-    vXferDandDLimitName(hdlg, IDC_RENAME_OLDNAME);
-    vXferDandDLimitName(hdlg, IDC_RENAME_NEWNAME);
-    vXferDandDShowName(hdlg, IDC_RENAME_OLDNAME, pRecord->szName1);
-    vXferDandDShowName(hdlg, IDC_RENAME_NEWNAME, pRecord->szName1);
+    dialogs::limitName(hdlg, IDC_RENAME_OLDNAME);
+    dialogs::limitName(hdlg, IDC_RENAME_NEWNAME);
+    dialogs::showName(hdlg, IDC_RENAME_OLDNAME, pRecord->szName1);
+    dialogs::showName(hdlg, IDC_RENAME_NEWNAME, pRecord->szName1);
     if (fNamed) {
-        vXferDandDSelectName(hdlg, IDC_RENAME_NEWNAME);
+        dialogs::selectName(hdlg, IDC_RENAME_NEWNAME);
     } else {
-        vXferDandDEnableOk(hdlg, false);
+        dialogs::enableOk(hdlg, false);
     }
-    vXferDandDStartFocusTimer(hdlg);
+    dialogs::startFocusTimer(hdlg);
 }
 
-void newNameChanged(const XferDialog* pDialog, WORD)
+void newNameChanged(const dialogs::Dialog* pDialog, WORD)
 {
-    vXferDandDReadName(pDialog->hdlg, IDC_RENAME_NEWNAME, pDialog->pRecord->szName2);
-    vXferDandDEnableOk(pDialog->hdlg, pDialog->pRecord->szName2[0] != '\0');
+    dialogs::readName(pDialog->hdlg, IDC_RENAME_NEWNAME, pDialog->pRecord->szName2);
+    dialogs::enableOk(pDialog->hdlg, pDialog->pRecord->szName2[0] != '\0');
 }
 
 // The new name is read once more: the record can have served another dialog since.
-void readNames(const XferDialog* pDialog, Names* pNames)
+void readNames(const dialogs::Dialog* pDialog, Names* pNames)
 {
     XferWindowRecord* pRecord = pDialog->pRecord;
-    vXferDandDReadName(pDialog->hdlg, IDC_RENAME_OLDNAME, pRecord->szName1);
-    vXferDandDReadName(pDialog->hdlg, IDC_RENAME_NEWNAME, pRecord->szName2);
+    dialogs::readName(pDialog->hdlg, IDC_RENAME_OLDNAME, pRecord->szName1);
+    dialogs::readName(pDialog->hdlg, IDC_RENAME_NEWNAME, pRecord->szName2);
     strcpy(pNames->szOld, pRecord->szName1);
     strcpy(pNames->szNew, pRecord->szName2);
     strcpy(pNames->szReport, pNames->szOld);
@@ -54,61 +55,62 @@ void readNames(const XferDialog* pDialog, Names* pNames)
     strcat(pNames->szReport, pNames->szNew);
 }
 
-bool renameLocal(const XferDialog* pDialog, const Names* pNames)
+bool renameLocal(const dialogs::Dialog* pDialog, const Names* pNames)
 {
-    if (!fXferDandDNamesMeanShownDir(pDialog)) {
+    if (!dialogs::syncLocalPanes(pDialog) || !dialogs::isAlive(pDialog)) {
         return false;
     }
     if (!MoveFileA(pNames->szOld, pNames->szNew)) {
-        return fXferDandDDialogFailed(pDialog, GetLastError());
+        return dialogs::reportFailure(pDialog, GetLastError());
     }
-    if (fXferDandDDialogRecordAction(pDialog, KRACTION_LOCALFILE_RENAMED, pNames->szReport)) {
-        vXferDandDRefreshLocalFiles(pDialog->hdlgDandD);
+    if (dialogs::recordAction(pDialog, KRACTION_LOCALFILE_RENAMED, pNames->szReport)) {
+        vXferDandDRefreshLocalFiles(pDialog->ref.hdlgDandD);
     }
     return true;
 }
 
-void renameHost(const XferDialog* pDialog, const Names* pNames)
-{
-    const XferWindowRecord* pRecord = pDialog->pRecord;
-    if (pRecord->callbacks.pfnRenameHostFile != nullptr &&
-        fXferDandDDialogRecordAction(pDialog, KRACTION_HOSTFILE_RENAMED, pNames->szReport)) {
-        pRecord->callbacks.pfnRenameHostFile(pRecord->dwCallerData, 0, 0, pNames->szOld,
-                                             pNames->szNew);
-    }
-}
-
-void accept(const XferDialog* pDialog)
+bool accept(const dialogs::Dialog* pDialog)
 {
     Names names;
     readNames(pDialog, &names);
     bool fLocal = IsDlgButtonChecked(pDialog->hdlg, IDC_RENAME_LOCAL) != 0;
     pDialog->pRecord->nDialogOp = fLocal ? XFEROP_LOCAL : XFEROP_HOST;
-    if (!fLocal) {
-        renameHost(pDialog, &names);
-    } else if (!renameLocal(pDialog, &names)) {
-        return;
+    if (fLocal) {
+        return renameLocal(pDialog, &names);
     }
-    vXferDandDEndDialog(pDialog);
+    window::requestRename(pDialog->pRecord, names.szOld, names.szNew, names.szReport);
+    return true;
 }
 
-void cancel(const XferDialog* pDialog)
+void cancel(const dialogs::Dialog* pDialog)
 {
     pDialog->pRecord->szName2[0] = '\0';
-    vXferDandDEndDialog(pDialog);
 }
 
-int focusControl()
+int focusControl(const dialogs::Dialog*)
 {
     return IDC_RENAME_NEWNAME;
 }
 
-constexpr XferDialogKind RENAME = {XFERHELP_RENAME,    IDC_RENAME_HELP, initDialog,  accept, cancel,
-                                   IDC_RENAME_NEWNAME, newNameChanged,  focusControl};
+constexpr dialogs::Kind renameKind()
+{
+    dialogs::Kind kind = {};
+    kind.context = XFERHELP_RENAME;
+    kind.idHelp = IDC_RENAME_HELP;
+    kind.pfnInit = initDialog;
+    kind.pfnAccept = accept;
+    kind.pfnCancel = cancel;
+    kind.idWatched = IDC_RENAME_NEWNAME;
+    kind.pfnNotify = newNameChanged;
+    kind.pfnFocus = focusControl;
+    return kind;
+}
+
+constexpr dialogs::Kind RENAME = renameKind();
 
 } // namespace
 
 INT_PTR CALLBACK fDlgXferDandDRenProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
-    return nXferDandDDialogMessage(&RENAME, hdlg, uMessage, wParam, lParam);
+    return dialogs::handleMessage(&RENAME, hdlg, uMessage, wParam, lParam);
 }

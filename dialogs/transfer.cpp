@@ -1,8 +1,9 @@
 // The transfer dialog: the two names of a transfer, and its direction. It transfers nothing; what
 // it has found out stands in the record when it closes.
-#include "dialogs.h"
-#include "../resources/ids.h"
-#include "../transfer/panes.h"
+#include "dialogs/checkname.h"
+#include "dialogs/open.h"
+#include "resources/ids.h"
+#include "shared/text.h"
 
 #include <string.h>
 
@@ -10,9 +11,6 @@ namespace {
 
 // Where names and direction are given, only the target name can be changed.
 constexpr int FIXED[] = {IDC_COPY_RECEIVE, IDC_COPY_SEND, IDC_COPY_SOURCE};
-
-// Of the dialog that is starting, until its timer comes.
-bool s_fFocusOnTarget;
 
 // Which of the two names is the source follows from the direction.
 char (&sourceName(XferWindowRecord* pRecord))[XFER_NAME_SIZE]
@@ -26,47 +24,51 @@ char (&targetName(XferWindowRecord* pRecord))[XFER_NAME_SIZE]
 }
 
 // Names will be typed with the panes in view, which therefore show the current directory first.
-void initBlank(HWND hdlg, XferWindowRecord* pRecord)
+// Panes that are refilled can run foreign code.
+void initBlank(const dialogs::Dialog* pDialog)
 {
-    fXferDandDShowsHere(pRecord);
-    CheckRadioButton(hdlg, IDC_COPY_SEND, IDC_COPY_RECEIVE, IDC_COPY_SEND);
-    vXferDandDEnableOk(hdlg, false);
+    dialogs::syncLocalPanes(pDialog);
+    if (dialogs::isAlive(pDialog)) {
+        CheckRadioButton(pDialog->hdlg, IDC_COPY_SEND, IDC_COPY_RECEIVE, IDC_COPY_SEND);
+        dialogs::enableOk(pDialog->hdlg, false);
+    }
 }
 
 void initFilled(HWND hdlg, XferWindowRecord* pRecord)
 {
     CheckRadioButton(hdlg, IDC_COPY_SEND, IDC_COPY_RECEIVE,
                      pRecord->nDialogOp == XFEROP_SEND ? IDC_COPY_SEND : IDC_COPY_RECEIVE);
-    vXferDandDShowName(hdlg, IDC_COPY_SOURCE, sourceName(pRecord));
-    vXferDandDShowName(hdlg, IDC_COPY_TARGET, targetName(pRecord));
-    vXferDandDSelectName(hdlg, IDC_COPY_TARGET);
+    dialogs::showName(hdlg, IDC_COPY_SOURCE, sourceName(pRecord));
+    dialogs::showName(hdlg, IDC_COPY_TARGET, targetName(pRecord));
+    dialogs::selectName(hdlg, IDC_COPY_TARGET);
     for (int id : FIXED) {
         EnableWindow(GetDlgItem(hdlg, id), FALSE);
     }
     // An empty source has switched it off as it came.
-    vXferDandDEnableOk(hdlg, true);
+    dialogs::enableOk(hdlg, true);
 }
 
-void initDialog(HWND hdlg, LPARAM lParam)
+void initDialog(const dialogs::Dialog* pDialog)
 {
-    auto* pRecord = reinterpret_cast<XferWindowRecord*>(lParam);
-    vXferDandDStartDialog(hdlg, lParam);
-    vXferDandDLimitName(hdlg, IDC_COPY_SOURCE);
-    vXferDandDLimitName(hdlg, IDC_COPY_TARGET);
-    s_fFocusOnTarget = pRecord->szName1[0] != '\0' || pRecord->szName2[0] != '\0';
-    if (s_fFocusOnTarget) {
+    HWND hdlg = pDialog->hdlg;
+    XferWindowRecord* pRecord = pDialog->pRecord;
+    dialogs::limitName(hdlg, IDC_COPY_SOURCE);
+    dialogs::limitName(hdlg, IDC_COPY_TARGET);
+    if (pRecord->szName1[0] != '\0' || pRecord->szName2[0] != '\0') {
         initFilled(hdlg, pRecord);
     } else {
-        initBlank(hdlg, pRecord);
+        initBlank(pDialog);
     }
-    vXferDandDStartFocusTimer(hdlg);
+    if (dialogs::isAlive(pDialog)) {
+        dialogs::startFocusTimer(hdlg);
+    }
 }
 
-void sourceChanged(const XferDialog* pDialog, WORD nNotification)
+void sourceChanged(const dialogs::Dialog* pDialog, WORD nNotification)
 {
     if (nNotification == EN_CHANGE) {
-        vXferDandDEnableOk(pDialog->hdlg,
-                           GetWindowTextLengthA(GetDlgItem(pDialog->hdlg, IDC_COPY_SOURCE)) > 0);
+        dialogs::enableOk(pDialog->hdlg,
+                          GetWindowTextLengthA(GetDlgItem(pDialog->hdlg, IDC_COPY_SOURCE)) > 0);
     }
 }
 
@@ -76,90 +78,95 @@ bool isFilled(HWND hdlg)
     return !IsWindowEnabled(GetDlgItem(hdlg, IDC_COPY_SOURCE));
 }
 
-void accept(const XferDialog* pDialog)
+// The record holds what was entered, and the checks work on a copy.
+bool accept(const dialogs::Dialog* pDialog)
 {
     char szLocal[XFER_NAME_SIZE];
     XferWindowRecord* pRecord = pDialog->pRecord;
     bool fSend = IsDlgButtonChecked(pDialog->hdlg, IDC_COPY_SEND) != 0;
     pRecord->nDialogOp = fSend ? XFEROP_SEND : XFEROP_RECEIVE;
-    vXferDandDReadName(pDialog->hdlg, IDC_COPY_SOURCE, sourceName(pRecord));
-    vXferDandDReadName(pDialog->hdlg, IDC_COPY_TARGET, targetName(pRecord));
+    dialogs::readName(pDialog->hdlg, IDC_COPY_SOURCE, sourceName(pRecord));
+    dialogs::readName(pDialog->hdlg, IDC_COPY_TARGET, targetName(pRecord));
     if (targetName(pRecord)[0] == '\0') {
         strcpy(targetName(pRecord), sourceName(pRecord));
     }
     strcpy(szLocal, pRecord->szName1);
-    if (!isFilled(pDialog->hdlg) && !fXferDandDNamesMeanShownDir(pDialog)) {
-        return;
+    if (!isFilled(pDialog->hdlg) &&
+        !(dialogs::syncLocalPanes(pDialog) && dialogs::isAlive(pDialog))) {
+        return false;
     }
-    if (fSend ? fXferDandDCheckSource(pDialog, szLocal) : fXferDandDCheckTarget(pDialog, szLocal)) {
-        vXferDandDEndDialog(pDialog);
-    }
+    return fSend ? fXferDandDCheckSource(pDialog, szLocal)
+                 : fXferDandDCheckTarget(pDialog, szLocal);
 }
 
-void cancel(const XferDialog* pDialog)
+void cancel(const dialogs::Dialog* pDialog)
 {
     pDialog->pRecord->nDialogOp = XFEROP_CANCELLED;
-    vXferDandDEndDialog(pDialog);
 }
 
-// Cut to the record's field.
-void keepName(char (&szTo)[XFER_NAME_SIZE], const char* pszFrom)
+int focusControl(const dialogs::Dialog* pDialog)
 {
-    strncpy(szTo, pszFrom, XFER_MAX_NAME);
-    szTo[XFER_MAX_NAME] = '\0';
+    return isFilled(pDialog->hdlg) ? IDC_COPY_TARGET : IDC_COPY_SEND;
 }
 
-int focusControl()
+constexpr dialogs::Kind transferKind()
 {
-    return s_fFocusOnTarget ? IDC_COPY_TARGET : IDC_COPY_SEND;
+    dialogs::Kind kind = {};
+    kind.context = XFERHELP_COPY;
+    kind.idHelp = IDC_COPY_HELP;
+    kind.pfnInit = initDialog;
+    kind.pfnAccept = accept;
+    kind.pfnCancel = cancel;
+    kind.idWatched = IDC_COPY_SOURCE;
+    kind.pfnNotify = sourceChanged;
+    kind.pfnFocus = focusControl;
+    return kind;
 }
 
-constexpr XferDialogKind TRANSFER = {XFERHELP_COPY, IDC_COPY_HELP,   initDialog,    accept,
-                                     cancel,        IDC_COPY_SOURCE, sourceChanged, focusControl};
+constexpr dialogs::Kind TRANSFER = transferKind();
 
 } // namespace
 
 INT_PTR CALLBACK fDlgXferDandDTranProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
-    return nXferDandDDialogMessage(&TRANSFER, hdlg, uMessage, wParam, lParam);
+    return dialogs::handleMessage(&TRANSFER, hdlg, uMessage, wParam, lParam);
 }
 
-int fXferDandDCheckSource(const XferDialog* pDialog, const char* pszName)
+bool fXferDandDCheckSource(const dialogs::Dialog* pDialog, const char* pszName)
 {
     if (GetFileAttributesA(pszName) == INVALID_FILE_ATTRIBUTES) {
-        return fXferDandDDialogFailed(pDialog, GetLastError());
+        return dialogs::reportFailure(pDialog, GetLastError());
     }
-    return 1;
+    return true;
 }
 
-int fXferDandDCheckTarget(const XferDialog* pDialog, const char* pszName)
+bool fXferDandDCheckTarget(const dialogs::Dialog* pDialog, const char* pszName)
 {
     DWORD dwAttributes = GetFileAttributesA(pszName);
     if (dwAttributes == INVALID_FILE_ATTRIBUTES) {
         DWORD dwError = GetLastError();
-        return dwError == ERROR_FILE_NOT_FOUND || fXferDandDDialogFailed(pDialog, dwError);
+        return dwError == ERROR_FILE_NOT_FOUND || dialogs::reportFailure(pDialog, dwError);
     }
     if ((dwAttributes & FILE_ATTRIBUTE_READONLY) != 0) {
-        return fXferDandDDialogFailed(pDialog, ERROR_ACCESS_DENIED);
+        return dialogs::reportFailure(pDialog, ERROR_ACCESS_DENIED);
     }
     if ((dwAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
-        return fXferDandDDialogFailed(pDialog, ERROR_CANNOT_MAKE);
+        return dialogs::reportFailure(pDialog, ERROR_CANNOT_MAKE);
     }
-    return 1;
+    return true;
 }
 
 int KRHAULAPI fXferDandDConfirmTransfer(HWND hdlgDandD, DWORD fSend, char* pszLocalName,
                                         char* pszHostName)
 {
-    XferWindowRecord* pRecord = pXferDandDRecord(hdlgDandD);
+    XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
     if (pRecord == nullptr || pszLocalName == nullptr || pszHostName == nullptr) {
         return 0;
     }
     pRecord->nDialogOp = fSend != 0 ? XFEROP_SEND : XFEROP_RECEIVE;
-    keepName(pRecord->szName1, pszLocalName);
-    keepName(pRecord->szName2, pszHostName);
-    if (!fXferDandDRunDialog(pRecord, XFERDLG_TRANSFER) ||
-        (pRecord->nDialogOp != XFEROP_SEND && pRecord->nDialogOp != XFEROP_RECEIVE)) {
+    shared::copyText(pRecord->szName1, pszLocalName, sizeof pRecord->szName1);
+    shared::copyText(pRecord->szName2, pszHostName, sizeof pRecord->szName2);
+    if (!dialogs::run(pRecord, dialogs::DLG_TRANSFER)) {
         return 0;
     }
     strncpy(pszLocalName, pRecord->szName1, XFER_NAME_SIZE);

@@ -1,35 +1,39 @@
 // The view dialog.
-#include "dialogs.h"
-#include "../resources/ids.h"
-#include "../shared/filelist.h"
+#include "dialogs/checkname.h"
+#include "dialogs/onename.h"
+#include "dialogs/open.h"
+#include "resources/ids.h"
+#include "transfer/window/request.h"
 
 namespace {
 
-bool viewLocal(const XferDialog* pDialog, const char* pszFile)
+bool viewLocal(const dialogs::Dialog* pDialog, const char* pszFile)
 {
     if (!fXferDandDCheckSource(pDialog, pszFile)) {
         return false;
     }
-    vXferDandDViewFile(pDialog->hdlgDandD, pszFile, nullptr, nullptr, nullptr, nullptr);
+    vXferDandDViewFile(pDialog->ref.hdlgDandD, pszFile, nullptr, nullptr, nullptr, nullptr);
     return true;
 }
 
-void viewHost(const XferDialog* pDialog, const char* pszFile)
+void viewHost(const XferWindowRecord* pRecord, const char* pszFile)
 {
-    const XferWindowRecord* pRecord = pDialog->pRecord;
-    XferFileList list;
-    if (pRecord->callbacks.pfnViewHostFiles != nullptr &&
-        XferFileListCreateOne(&list, XFERLIST_HOST, pszFile)) {
-        pRecord->callbacks.pfnViewHostFiles(pRecord->dwCallerData, 0, 0, list, 0);
-    }
+    window::requestFile(pRecord, window::FILES_VIEW, pszFile);
 }
 
-constexpr XferOneNameDialog VIEW = {XFERHELP_VIEW, IDC_VIEW_NAME, IDC_VIEW_HELP,
-                                    viewLocal,     viewHost,      true};
+constexpr dialogs::Kind viewKind()
+{
+    dialogs::Kind kind =
+        dialogs::oneName(XFERHELP_VIEW, IDC_VIEW_NAME, IDC_VIEW_HELP, viewLocal, viewHost);
+    kind.fClosesItself = true;
+    return kind;
+}
+
+constexpr dialogs::Kind VIEW = viewKind();
 
 } // namespace
 
 INT_PTR CALLBACK fDlgXferDandDViewProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
-    return nXferDandDOneNameMessage(&VIEW, hdlg, uMessage, wParam, lParam);
+    return dialogs::handleMessage(&VIEW, hdlg, uMessage, wParam, lParam);
 }

@@ -1,8 +1,10 @@
 // Looking at a file: the quick viewer of the system, else the viewer program beside the
 // executable. Nothing starts whose command line or control file can't be whole: half a name is
 // that of another file.
-#include "dialogs.h"
-#include "../resources/ids.h"
+#include "dialogs/quickview.h"
+#include "resources/ids.h"
+#include "shared/text.h"
+#include "transfer/window/record.h"
 
 #include <stdio.h>
 #include <stdlib.h>
@@ -10,23 +12,25 @@
 
 namespace {
 
-constexpr char VIEWER_PROGRAM[] = "KRVIEWER ";
+constexpr char VIEWER_NAME[] = "KRVIEWER";
+constexpr char VIEWER_PROGRAM[] = "KRVIEWER "; // as a command line has it
 constexpr char CONTROL_OPTION[] = "-ftp1";
 constexpr char CONTROL_PREFIX[] = "ftp";
-constexpr char QUICKVIEW_COMMAND[] = "SOFTWARE\\Classes\\QuickView\\shell\\open\\command";
-constexpr char QUICKVIEW_TEXT[] = "SOFTWARE\\Classes\\QuickView\\.TXT";
+constexpr char THIS_DIR[] = ".\\";
 constexpr int CCH_QUICKVIEW = 260;
 constexpr LONG TEMPFILES_GROWTH = 10;
 constexpr UINT FIRST_SUCCESS = 32; // of WinExec
 constexpr int CCH_FAILED_FORMAT = 80;
 
-// Holds the longest command line that the limits of its parts allow: directory, program,
-// option and name, with blank, quotes and NUL.
-constexpr size_t CCH_COMMAND = 2 * size_t(XFER_NAME_SIZE) + 24;
+// Holds the longest command line that the limits of its parts allow: a program's path, the command
+// from the registry or the viewer's name and option, and a name, with blanks, quotes and NUL.
+constexpr size_t CCH_COMMAND = 3 * size_t(XFER_NAME_SIZE) + 24;
+typedef char CommandText[CCH_COMMAND];
 
 // What the exported call was given.
 struct View {
     XferWindowRecord* pRecord;
+    window::Ref ref;
     const char* pszFile;
     const char* pszHostName; // null for a plain local file
     const char* pszText3;
@@ -34,11 +38,11 @@ struct View {
     const char* pszText5;
 };
 
-void sayFailed(const View* pView, const char* pszName)
+void reportFailure(const View* pView, const char* pszName)
 {
     char szFormat[CCH_FAILED_FORMAT];
     char szText[XFER_FORMAT_SIZE];
-    vXferDandDLoadString(pView->pRecord, IDS_LOCAL_FAILED, szFormat, sizeof szFormat);
+    window::loadString(pView->pRecord, IDS_LOCAL_FAILED, szFormat, sizeof szFormat);
     wsprintfA(szText, szFormat, pszName);
     vXferDandDDisplayDILText(pView->pRecord->hwndDialog, szText);
 }
@@ -50,45 +54,19 @@ bool isQuotable(const char* pszName)
            strchr(pszName, '"') == nullptr;
 }
 
-// A blank command would leave the file itself as the program to start.
-bool isBlank(const char* pszText)
+void quote(char* pszCommand, const char* pszStart, const char* pszName, const char* pszEnd)
 {
-    return pszText[strspn(pszText, " \t")] == '\0';
+    strcat(pszCommand, "\"");
+    strcat(pszCommand, pszStart);
+    strcat(pszCommand, pszName);
+    strcat(pszCommand, pszEnd);
+    strcat(pszCommand, "\"");
 }
 
-bool readCommand(HKEY hKey, char* pszCommand, DWORD cbCommand)
+// A backslash at the end would escape the quote behind it.
+const char* endOfSpelling(const char* pszFile)
 {
-    memset(pszCommand, 0, cbCommand + 1);
-    LSTATUS nStatus = RegQueryValueExA(hKey, nullptr, nullptr, nullptr,
-                                       reinterpret_cast<BYTE*>(pszCommand), &cbCommand);
-    return nStatus == ERROR_SUCCESS && !isBlank(pszCommand);
-}
-
-bool hasSubkey(HKEY hKey)
-{
-    char szSubkey[XFER_NAME_SIZE];
-    return RegEnumKeyA(hKey, 0, szSubkey, sizeof szSubkey) == ERROR_SUCCESS;
-}
-
-bool openKey(const char* pszKey, HKEY* phKey)
-{
-    return RegOpenKeyExA(HKEY_LOCAL_MACHINE, pszKey, 0, KEY_READ, phKey) == ERROR_SUCCESS;
-}
-
-// Reads the command into a buffer of size + 1. The quick viewer counts as present only if it
-// knows text files.
-int fXferDandDFindQuickView(char* pszCommand, DWORD cbCommand)
-{
-    HKEY hKey;
-    if (!openKey(QUICKVIEW_COMMAND, &hKey)) {
-        return 0;
-    }
-    bool fRead = readCommand(hKey, pszCommand, cbCommand);
-    if (RegCloseKey(hKey) != ERROR_SUCCESS || !fRead || !openKey(QUICKVIEW_TEXT, &hKey)) {
-        return 0;
-    }
-    bool fText = hasSubkey(hKey);
-    return RegCloseKey(hKey) == ERROR_SUCCESS && fText;
+    return shared::endsInBackslash(pszFile) ? "." : "";
 }
 
 // The copy goes with the window, which can stand in another directory by then: its full name
@@ -105,16 +83,22 @@ void rememberCopy(const View* pView)
     }
 }
 
+// Returns 1 also if the window has gone while the viewer started.
 int fXferDandDViewWithQuickView(const View* pView)
 {
-    char szCommand[CCH_COMMAND];
-    if (!fXferDandDFindQuickView(szCommand, CCH_QUICKVIEW)) {
+    char szRegistered[CCH_QUICKVIEW + 1];
+    CommandText szCommand;
+    if (!fXferDandDFindQuickView(szRegistered, CCH_QUICKVIEW) ||
+        !dialogs::makeCommandSafe(szCommand, szRegistered)) {
         return 0;
     }
-    strcat(szCommand, " \"");
-    strcat(szCommand, pView->pszFile);
-    strcat(szCommand, "\"");
-    if (WinExec(szCommand, SW_SHOW) < FIRST_SUCCESS) {
+    strcat(szCommand, " ");
+    quote(szCommand, "", pView->pszFile, endOfSpelling(pView->pszFile));
+    UINT uResult = WinExec(szCommand, SW_SHOW);
+    if (!window::isAlive(pView->ref)) {
+        return 1;
+    }
+    if (uResult < FIRST_SUCCESS) {
         return 0;
     }
     if (pView->pszHostName != nullptr) {
@@ -123,21 +107,19 @@ int fXferDandDViewWithQuickView(const View* pView)
     return 1;
 }
 
-// The start of the viewer's command line. Gives false if the executable's path is too long.
-bool startCommand(char (&szCommand)[CCH_COMMAND])
+// The start of the viewer's command line. Returns false if the executable's path is too long.
+bool startCommand(CommandText& szCommand)
 {
-    char szDrive[_MAX_DRIVE];
     char szDir[XFER_NAME_SIZE];
-    char szPath[XFER_NAME_SIZE];
-    DWORD cch = GetModuleFileNameA(nullptr, szPath, sizeof szPath);
-    if (cch == 0 || cch >= sizeof szPath) {
+    DWORD cch = GetModuleFileNameA(nullptr, szDir, sizeof szDir);
+    if (cch == 0 || cch >= sizeof szDir) {
         return false;
     }
-    szPath[cch] = '\0';
-    _splitpath(szPath, szDrive, szDir, nullptr, nullptr);
-    strcpy(szCommand, szDrive);
-    strcat(szCommand, szDir);
-    strcat(szCommand, VIEWER_PROGRAM);
+    szDir[cch] = '\0';
+    szDir[shared::dirLength(szDir)] = '\0';
+    szCommand[0] = '\0';
+    dialogs::appendProgram(szCommand, szDir, VIEWER_NAME);
+    strcat(szCommand, " ");
     return true;
 }
 
@@ -159,12 +141,28 @@ bool writeLines(const View* pView, FILE* pFile)
     return fWritten;
 }
 
-// Gives false, with no file left, if it can't be written whole.
+// Creates the file, empty.
+bool createControlFile(const View* pView, char (&szControl)[XFER_NAME_SIZE])
+{
+    char szDir[XFER_NAME_SIZE];
+    DWORD cch = GetTempPathA(sizeof szDir, szDir);
+    if (cch == 0 || cch >= sizeof szDir) {
+        reportFailure(pView, pView->pszFile);
+        return false;
+    }
+    if (GetTempFileNameA(szDir, CONTROL_PREFIX, 0, szControl) == 0) {
+        reportFailure(pView, szDir);
+        return false;
+    }
+    return true;
+}
+
+// Nothing is said about a file that can't be opened; it stays. One that can't be written whole is
+// deleted.
 bool writeControlFile(const View* pView, const char* pszControl)
 {
     FILE* pFile = fopen(pszControl, "at");
     if (pFile == nullptr) {
-        remove(pszControl);
         return false;
     }
     bool fWritten = writeLines(pView, pFile);
@@ -172,47 +170,30 @@ bool writeControlFile(const View* pView, const char* pszControl)
         return true;
     }
     remove(pszControl);
+    reportFailure(pView, pszControl);
     return false;
 }
 
-// Gives false, with the control file's name, or what else can't be had, in its place.
-bool makeControlFile(const View* pView, char (&szControl)[XFER_NAME_SIZE])
+// A name that begins like the option is that of a file in the current directory.
+void quoteFile(char* pszCommand, const char* pszFile)
 {
-    char szDir[XFER_NAME_SIZE];
-    DWORD cch = GetTempPathA(sizeof szDir, szDir);
-    if (cch == 0 || cch >= sizeof szDir) {
-        strcpy(szControl, pView->pszFile);
-        return false;
-    }
-    if (GetTempFileNameA(szDir, CONTROL_PREFIX, 0, szControl) == 0) {
-        strcpy(szControl, szDir);
-        return false;
-    }
-    return writeControlFile(pView, szControl);
-}
-
-void quote(char* pszCommand, const char* pszOption, const char* pszName)
-{
-    strcat(pszCommand, "\"");
-    strcat(pszCommand, pszOption);
-    strcat(pszCommand, pszName);
-    strcat(pszCommand, "\"");
+    bool fLikeOption = _strnicmp(pszFile, CONTROL_OPTION, sizeof CONTROL_OPTION - 1) == 0;
+    quote(pszCommand, fLikeOption ? THIS_DIR : "", pszFile, endOfSpelling(pszFile));
 }
 
 void vXferDandDViewWithViewer(const View* pView)
 {
-    char szCommand[CCH_COMMAND];
+    CommandText szCommand;
     char szControl[XFER_NAME_SIZE];
     if (!startCommand(szCommand)) {
-        sayFailed(pView, VIEWER_PROGRAM);
+        reportFailure(pView, VIEWER_PROGRAM);
         return;
     }
     if (pView->pszHostName == nullptr) {
-        quote(szCommand, "", pView->pszFile);
-    } else if (makeControlFile(pView, szControl)) {
-        quote(szCommand, CONTROL_OPTION, szControl);
+        quoteFile(szCommand, pView->pszFile);
+    } else if (createControlFile(pView, szControl) && writeControlFile(pView, szControl)) {
+        quote(szCommand, CONTROL_OPTION, szControl, "");
     } else {
-        sayFailed(pView, szControl);
         return;
     }
     WinExec(szCommand, SW_SHOW);
@@ -228,20 +209,25 @@ const char* textOrEmpty(const char* pszText)
 void KRHAULAPI vXferDandDViewFile(HWND hdlgDandD, const char* pszFile, const char* pszHostName,
                                   const char* pszText3, const char* pszText4, const char* pszText5)
 {
-    XferWindowRecord* pRecord = pXferDandDRecord(hdlgDandD);
+    XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
     if (pRecord == nullptr) {
         return;
     }
-    View view = {pRecord,
-                 textOrEmpty(pszFile),
-                 pszHostName,
-                 textOrEmpty(pszText3),
-                 textOrEmpty(pszText4),
-                 textOrEmpty(pszText5)};
+    View view = {};
+    view.pRecord = pRecord;
+    view.ref = window::refOf(pRecord);
+    view.pszFile = textOrEmpty(pszFile);
+    view.pszHostName = pszHostName;
+    view.pszText3 = textOrEmpty(pszText3);
+    view.pszText4 = textOrEmpty(pszText4);
+    view.pszText5 = textOrEmpty(pszText5);
     if (!isQuotable(view.pszFile)) {
-        sayFailed(&view, view.pszFile);
+        reportFailure(&view, view.pszFile);
     } else if (!fXferDandDViewWithQuickView(&view)) {
         vXferDandDViewWithViewer(&view);
     }
-    pRecord->fFocusCommandLine = 0;
+    // The start of a program dispatches what is sent meanwhile.
+    if (window::isAlive(view.ref)) {
+        pRecord->fFocusCommandLine = 0;
+    }
 }

@@ -1,9 +1,9 @@
-#include "infoscroll.h"
-#include "../resources/ids.h"
+#include "layout/infoscroll.h"
+#include "resources/ids.h"
 
 namespace {
 
-int askInfoLine(HWND hdlgDandD, UINT uMessage)
+int sendInfoLine(HWND hdlgDandD, UINT uMessage)
 {
     return int(SendDlgItemMessageA(hdlgDandD, IDC_DANDD_INFOLINE, uMessage, 0, 0));
 }
@@ -25,7 +25,7 @@ int lineHeight(HWND hwndInfo)
 int nXferDandDInfoVisibleLines(HWND hdlgDandD)
 {
     HWND hwndInfo = GetDlgItem(hdlgDandD, IDC_DANDD_INFOLINE);
-    // Without this, no control would mean the whole screen to GetDC.
+    // GetDC takes a null window for the whole screen.
     if (hwndInfo == nullptr) {
         return 0;
     }
@@ -37,8 +37,10 @@ int nXferDandDInfoVisibleLines(HWND hdlgDandD)
 
 int nXferDandDInfoLastTopLine(HWND hdlgDandD, int cLines)
 {
-    int cAll = cLines != 0 ? cLines : askInfoLine(hdlgDandD, EM_GETLINECOUNT);
+    int cAll = cLines != 0 ? cLines : sendInfoLine(hdlgDandD, EM_GETLINECOUNT);
     int nTop = cAll - nXferDandDInfoVisibleLines(hdlgDandD);
+    // A log that is too low for a single line can still be scrolled no further than to its last.
+    nTop = nTop < cAll ? nTop : cAll - 1;
     return nTop < 0 ? 0 : nTop;
 }
 
@@ -47,14 +49,14 @@ int fXferDandDInfoAtEnd(HWND hdlgDandD)
     if (GetFocus() == GetDlgItem(hdlgDandD, IDC_DANDD_INFOLINE)) {
         return 0;
     }
-    return askInfoLine(hdlgDandD, EM_GETFIRSTVISIBLELINE) >=
+    return sendInfoLine(hdlgDandD, EM_GETFIRSTVISIBLELINE) >=
            nXferDandDInfoLastTopLine(hdlgDandD, 0);
 }
 
 void vXferDandDInfoScrollToEnd(HWND hdlgDandD, int cLines)
 {
     int nDifference = nXferDandDInfoLastTopLine(hdlgDandD, cLines) -
-                      askInfoLine(hdlgDandD, EM_GETFIRSTVISIBLELINE);
+                      sendInfoLine(hdlgDandD, EM_GETFIRSTVISIBLELINE);
     if (nDifference != 0) {
         SendDlgItemMessageA(hdlgDandD, IDC_DANDD_INFOLINE, EM_LINESCROLL, 0, nDifference);
     }

@@ -1,5 +1,5 @@
-// How far the log of the transfer window is scrolled. A line count of 0 means the count that
-// the control has.
+// How far the log of the transfer window is scrolled. A line count of 0 means the number of lines
+// in the control.
 #ifndef LAYOUT_INFOSCROLL_H
 #define LAYOUT_INFOSCROLL_H
 
@@ -11,7 +11,7 @@ int nXferDandDInfoVisibleLines(HWND hdlgDandD);
 // The first line of the last page.
 int nXferDandDInfoLastTopLine(HWND hdlgDandD, int cLines);
 
-// 1 if the end of the log is in view and the user isn't in it.
+// Returns 1 if the end of the log is in view and the log doesn't have the focus.
 int fXferDandDInfoAtEnd(HWND hdlgDandD);
 
 // Scrolls to the last page.

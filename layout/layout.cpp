@@ -1,6 +1,8 @@
-#include "layout.h"
-#include "infoscroll.h"
-#include "../resources/ids.h"
+#include "layout/layout.h"
+#include "include/krhaul.h"
+#include "layout/infoscroll.h"
+#include "layout/templatesize.h"
+#include "resources/ids.h"
 
 namespace {
 
@@ -10,35 +12,56 @@ constexpr BYTE CENTRE = XFERANCHOR_SAME | XFERANCHOR_CENTRE; // same edge of the
 constexpr BYTE FAR_CENTRE = XFERANCHOR_CENTRE;               // opposite edge of it
 constexpr XferAnchorSet ABSENT = {0, 0, 0, 0, 0};
 
+constexpr char TEMPLATE[] = "DLGDANDD";
 constexpr LONG CENTRE_HALF = 5;
 constexpr UINT MOVE_FLAGS = SWP_NOZORDER | SWP_NOREDRAW | SWP_NOACTIVATE;
 constexpr UINT STAY_FLAGS = MOVE_FLAGS | SWP_NOSIZE | SWP_NOMOVE;
 
-// The closed drive list is this many times as high when it is dropped down.
+// Height of the opened drive list, as a multiple of the closed one.
 constexpr int DROPDOWN_FACTOR = 10;
 
-// In command line mode the log has a place of its own: past both sides of the client area,
-// below the toolbar, above the command line.
-constexpr int INFO_ROW = 17;
-constexpr int COMMANDLINE_ROW = 16;
-constexpr int COMMANDLINE_MODE = 1;
+// The place of the log in command line mode: past both sides of the client area, from below the
+// toolbar to above the command line.
 constexpr LONG INFO_OVERLAP = 1;
 constexpr LONG INFO_TOP = 26;
 constexpr LONG INFO_GAP = 4;
+
+layout::AliveProc s_pfnIsAlive;
+
+bool isAlive(HWND hdlgDandD, const XferLayout* pLayout)
+{
+    return s_pfnIsAlive == nullptr || s_pfnIsAlive(hdlgDandD, pLayout);
+}
 
 struct References {
     RECT rcClient;
     RECT rcCentre;
 };
 
-References computeReferences(HWND hdlgDandD)
+References computeReferences(const RECT* prcClient)
 {
-    References references = {};
-    GetClientRect(hdlgDandD, &references.rcClient);
+    References references = {*prcClient, {}};
     LONG x = references.rcClient.right / 2;
     LONG y = references.rcClient.bottom / 2;
     references.rcCentre = {x - CENTRE_HALF, y - CENTRE_HALF, x + CENTRE_HALF, y + CENTRE_HALF};
     return references;
+}
+
+References currentReferences(HWND hdlgDandD)
+{
+    RECT rcClient = {};
+    GetClientRect(hdlgDandD, &rcClient);
+    return computeReferences(&rcClient);
+}
+
+// The platform cuts a window that is larger than the screen when it is created, but its controls
+// are where the template puts them. Measured against the smaller window, those on the right would
+// stay outside for good.
+References templateReferences(HWND hdlgDandD)
+{
+    RECT rcClient = {};
+    return layout::templateClient(hdlgDandD, TEMPLATE, &rcClient) ? computeReferences(&rcClient)
+                                                                  : currentReferences(hdlgDandD);
 }
 
 const RECT* referenceOf(const References* pReferences, BYTE bAnchor)
@@ -61,7 +84,7 @@ RECT edgesOf(const References* pReferences, const XferAnchorSet* pSet)
             edgeOf(pReferences, pSet->bBottom, &RECT::bottom, &RECT::top)};
 }
 
-// A control's place in client coordinates of the window.
+// The rectangle of a control in client coordinates of the window.
 RECT placeOf(HWND hdlgDandD, HWND hwndControl)
 {
     RECT rc = {};
@@ -98,7 +121,7 @@ void moveRow(HWND hdlgDandD, const References* pReferences, const XferLayoutRow*
                  MOVE_FLAGS);
 }
 
-// The height of a combo box is that of its dropped down list.
+// The height of a combo box is that of its opened list.
 void setDropDownHeight(HWND hdlgDandD)
 {
     HWND hwndDrives = GetDlgItem(hdlgDandD, IDC_DANDD_LOCALDRIVES);
@@ -107,7 +130,7 @@ void setDropDownHeight(HWND hdlgDandD)
                  (rc.bottom - rc.top) * DROPDOWN_FACTOR, MOVE_FLAGS);
 }
 
-// A control that is as it should be already is left alone: most are, at each change of size.
+// Most controls already are as they should be at each change of size.
 void enableRow(HWND hwndControl, BOOL fEnabled)
 {
     if (IsWindowEnabled(hwndControl) != fEnabled) {
@@ -123,21 +146,29 @@ void setVisible(HWND hwndControl, bool fVisible)
     }
 }
 
-void showRow(HWND hdlgDandD, const XferLayoutRow* pRow, int nMode)
+// Each of the two steps sends messages to the control.
+void showRow(HWND hdlgDandD, const XferLayout* pLayout, const XferLayoutRow* pRow, int nMode)
 {
     HWND hwndControl = GetDlgItem(hdlgDandD, pRow->nControlId);
-    if (isInMode(pRow, nMode)) {
+    bool fShown = isInMode(pRow, nMode);
+    if (fShown) {
         enableRow(hwndControl, TRUE);
-        setVisible(hwndControl, true);
     } else {
         setVisible(hwndControl, false);
+    }
+    if (!isAlive(hdlgDandD, pLayout)) {
+        return;
+    }
+    if (fShown) {
+        setVisible(hwndControl, true);
+    } else {
         enableRow(hwndControl, FALSE);
     }
 }
 
 } // namespace
 
-// Fields of a set: in mode, top, bottom, left, right.
+// Fields of a set: whether the control is in the mode, then top, bottom, left, right.
 const XferLayoutRow g_xferLayoutRows[XFERLAYOUT_ROWS] = {
     {IDC_DANDD_LOCALFILTERLABEL, {{1, CLIENT, FAR_CLIENT, FAR_CENTRE, CENTRE}, ABSENT}},
     {IDC_DANDD_LOCALFILTER, {{1, CLIENT, FAR_CLIENT, CENTRE, CLIENT}, ABSENT}},
@@ -161,9 +192,22 @@ const XferLayoutRow g_xferLayoutRows[XFERLAYOUT_ROWS] = {
     {IDC_DANDD_STRIP, {{1, FAR_CLIENT, CLIENT, CLIENT, CLIENT}, ABSENT}},
 };
 
+namespace {
+
+int rowOf(LONG nControlId)
+{
+    int n = 0;
+    while (g_xferLayoutRows[n].nControlId != nControlId) {
+        ++n;
+    }
+    return n;
+}
+
+} // namespace
+
 void vXferDandDCaptureLayout(HWND hdlgDandD, XferLayout* pLayout)
 {
-    References references = computeReferences(hdlgDandD);
+    References references = templateReferences(hdlgDandD);
     for (int nMode = 0; nMode < XFERLAYOUT_MODES; ++nMode) {
         for (int n = 0; n < XFERLAYOUT_ROWS; ++n) {
             if (isInMode(&g_xferLayoutRows[n], nMode)) {
@@ -172,29 +216,56 @@ void vXferDandDCaptureLayout(HWND hdlgDandD, XferLayout* pLayout)
             }
         }
     }
-    LONG nCommandTop = pLayout->distances[COMMANDLINE_ROW][COMMANDLINE_MODE].top;
-    pLayout->distances[INFO_ROW][COMMANDLINE_MODE] = {-INFO_OVERLAP, INFO_TOP, INFO_OVERLAP,
-                                                      nCommandTop - INFO_GAP};
+    LONG nCommandTop = pLayout->distances[rowOf(IDC_DANDD_COMMANDLINE)][XFERVIEW_COMMANDLINE].top;
+    pLayout->distances[rowOf(IDC_DANDD_INFOLINE)][XFERVIEW_COMMANDLINE] = {
+        -INFO_OVERLAP, INFO_TOP, INFO_OVERLAP, nCommandTop - INFO_GAP};
 }
 
-void vXferDandDApplyLayout(HWND hdlgDandD, const XferLayout* pLayout, int nMode)
+namespace {
+
+bool moveRows(HWND hdlgDandD, const XferLayout* pLayout, int nMode)
 {
-    int fAtEnd = fXferDandDInfoAtEnd(hdlgDandD);
-    References references = computeReferences(hdlgDandD);
-    for (int n = 0; n < XFERLAYOUT_ROWS; ++n) {
+    References references = currentReferences(hdlgDandD);
+    for (int n = 0; n < XFERLAYOUT_ROWS && isAlive(hdlgDandD, pLayout); ++n) {
         if (isInMode(&g_xferLayoutRows[n], nMode)) {
             moveRow(hdlgDandD, &references, &g_xferLayoutRows[n], nMode,
                     &pLayout->distances[n][nMode]);
         }
     }
+    return isAlive(hdlgDandD, pLayout);
+}
+
+bool showRows(HWND hdlgDandD, const XferLayout* pLayout, int nMode)
+{
+    for (int n = 0; n < XFERLAYOUT_ROWS && isAlive(hdlgDandD, pLayout); ++n) {
+        showRow(hdlgDandD, pLayout, &g_xferLayoutRows[n], nMode);
+    }
+    return isAlive(hdlgDandD, pLayout);
+}
+
+} // namespace
+
+void layout::setAliveProc(AliveProc pfnIsAlive)
+{
+    s_pfnIsAlive = pfnIsAlive;
+}
+
+void vXferDandDApplyLayout(HWND hdlgDandD, const XferLayout* pLayout, int nMode)
+{
+    int fAtEnd = fXferDandDInfoAtEnd(hdlgDandD);
+    if (!moveRows(hdlgDandD, pLayout, nMode)) {
+        return;
+    }
     setDropDownHeight(hdlgDandD);
-    for (const XferLayoutRow& row : g_xferLayoutRows) {
-        showRow(hdlgDandD, &row, nMode);
+    if (!showRows(hdlgDandD, pLayout, nMode)) {
+        return;
     }
     if (fAtEnd) {
         vXferDandDInfoScrollToEnd(hdlgDandD, 0);
     }
-    // The controls are named as well: a window that leaves them out of its own painting, which
-    // keeps them from flashing, leaves them out of a plain invalidation too.
-    RedrawWindow(hdlgDandD, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+    // A window that clips its children, which keeps them from flashing, leaves them out of a plain
+    // invalidation.
+    if (isAlive(hdlgDandD, pLayout)) {
+        RedrawWindow(hdlgDandD, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+    }
 }

@@ -1,6 +1,6 @@
 // The anchored layout: keeps the transfer window's controls in place when it is sized or
-// changes its view mode. Every edge of a control hangs on an edge of the client area or of a
-// small box at its centre; the distances are measured once, from the dialog template.
+// changes its view mode. Every edge of a control keeps its distance to an edge of the client area
+// or of a small box at its centre; the distances are measured once, at the size of the template.
 #ifndef LAYOUT_LAYOUT_H
 #define LAYOUT_LAYOUT_H
 
@@ -9,7 +9,7 @@
 constexpr int XFERLAYOUT_ROWS = 19;
 constexpr int XFERLAYOUT_MODES = 2;
 
-// Where the edges of a control hang in one view mode. An anchor byte has two bits.
+// The reference edges of a control in one view mode. An anchor byte has two bits.
 constexpr BYTE XFERANCHOR_SAME = 0x80;   // the same edge of the reference, else the opposite one
 constexpr BYTE XFERANCHOR_CENTRE = 0x01; // the reference is the centre box, else the client area
 
@@ -35,11 +35,20 @@ struct XferLayout {
     RECT distances[XFERLAYOUT_ROWS][XFERLAYOUT_MODES];
 };
 
-// Measures the distances for both modes. Called once, while the window has the size of its
-// template.
+// Measures the distances for both modes. Called once, while the controls are where the template
+// puts them.
 void vXferDandDCaptureLayout(HWND hdlgDandD, XferLayout* pLayout);
 
-// Places and shows the controls of a mode, 0 or 1, and hides the others; one repaint.
+namespace layout {
+
+// Says whether a window with these distances still exists. Every move of a control sends messages,
+// on which the caller's code can destroy the window. Without it a window always exists.
+using AliveProc = bool (*)(HWND hdlgDandD, const XferLayout* pLayout);
+void setAliveProc(AliveProc pfnIsAlive);
+
+} // namespace layout
+
+// Moves and shows the controls of a mode, 0 or 1, and hides the others, with one repaint.
 void vXferDandDApplyLayout(HWND hdlgDandD, const XferLayout* pLayout, int nMode);
 
 #endif

@@ -1,4 +1,5 @@
-#include "filelist.h"
+#include "shared/filelist.h"
+#include "shared/text.h"
 
 #include <stdint.h>
 #include <stdlib.h>
@@ -10,35 +11,35 @@ constexpr LONG FIRST_CAPACITY = 4;
 constexpr LONG FIRST_GROWBY = 16;
 constexpr UINT BLOCK_FLAGS = GMEM_MOVEABLE | GMEM_ZEROINIT;
 
-// Bytes of a list with room for so many rows; 0 if they can't be counted in 32 bits.
+// Size of a list with room for this number of rows, in bytes; 0 if that exceeds 32 bits.
 SIZE_T cbOfList(LONG cRows)
 {
-    uint64_t cb = sizeof(XferFileListHeader) + uint64_t(cRows) * sizeof(XferFileListRow);
+    uint64_t cb = sizeof(XferFileListHeader) + uint64_t(cRows) * sizeof(shared::FileListRow);
     return cb > UINT32_MAX ? 0 : SIZE_T(cb);
 }
 
 void setRowsPointer(XferFileList list)
 {
-    list->pRows = reinterpret_cast<XferFileListRow*>(list + 1);
+    list->pRows = reinterpret_cast<shared::FileListRow*>(list + 1);
 }
 
 bool isColumn(LONG nColumn)
 {
-    return nColumn >= 0 && nColumn < XFERLIST_COLUMNS;
+    return nColumn >= 0 && nColumn < shared::XFERLIST_COLUMNS;
 }
 
-void clearCell(XferFileListRow* pRow, LONG nColumn)
+void clearCell(shared::FileListRow* pRow, LONG nColumn)
 {
-    if (pRow->types[nColumn] == XFERCELL_STRING) {
+    if (pRow->types[nColumn] == shared::XFERCELL_STRING) {
         free(reinterpret_cast<void*>(pRow->values[nColumn]));
     }
-    pRow->types[nColumn] = XFERCELL_EMPTY;
+    pRow->types[nColumn] = shared::XFERCELL_EMPTY;
     pRow->values[nColumn] = 0;
 }
 
-// Brings a cell into use and empties it. Gives its row, or null for a cell that the list
-// can't have: the list came by value, so it must not grow here and move away.
-XferFileListRow* openCell(XferFileList list, LONG nRow, LONG nColumn)
+// Brings a cell into use and empties it. Returns its row, or null for a cell beyond the capacity:
+// the list was passed by value, so it must not grow here and move.
+shared::FileListRow* openCell(XferFileList list, LONG nRow, LONG nColumn)
 {
     if (list == nullptr || nRow < 0 || nRow >= list->cCapacity || !isColumn(nColumn)) {
         return nullptr;
@@ -51,7 +52,8 @@ XferFileListRow* openCell(XferFileList list, LONG nRow, LONG nColumn)
 }
 
 // The row of a cell that holds a value of this type, or null.
-const XferFileListRow* findCell(XferFileList list, LONG nRow, LONG nColumn, XferCellType type)
+const shared::FileListRow* findCell(XferFileList list, LONG nRow, LONG nColumn,
+                                    shared::CellType type)
 {
     if (list == nullptr || nRow < 0 || nRow >= list->cUsed || !isColumn(nColumn)) {
         return nullptr;
@@ -59,24 +61,25 @@ const XferFileListRow* findCell(XferFileList list, LONG nRow, LONG nColumn, Xfer
     return list->pRows[nRow].types[nColumn] == type ? &list->pRows[nRow] : nullptr;
 }
 
-// Reallocates the block for more rows, which come empty. On failure the list stays where it
-// was: an unlocked block moves only when it is reallocated.
+// Reallocates the block for more rows, which are empty. On failure the list stays where it is. A
+// lock that fails is found before the block can move: afterwards there would be no way back.
 bool growTo(XferFileList* pList, LONG cRows)
 {
     SIZE_T cb = cbOfList(cRows);
-    if (cb == 0) {
+    HGLOBAL hBlock = GlobalHandle(*pList);
+    if (cb == 0 || GlobalLock(hBlock) == nullptr) {
         return false;
     }
-    LONG cOld = (*pList)->cCapacity;
-    HGLOBAL hBlock = GlobalHandle(*pList);
     GlobalUnlock(hBlock);
+    GlobalUnlock(hBlock);
+    LONG cOld = (*pList)->cCapacity;
     HGLOBAL hNew = GlobalReAlloc(hBlock, cb, BLOCK_FLAGS);
     auto list = static_cast<XferFileList>(GlobalLock(hNew != nullptr ? hNew : hBlock));
-    if (hNew == nullptr) {
+    if (hNew == nullptr || list == nullptr) {
         return false;
     }
     setRowsPointer(list);
-    memset(&list->pRows[cOld], 0, SIZE_T(cRows - cOld) * sizeof(XferFileListRow));
+    memset(&list->pRows[cOld], 0, SIZE_T(cRows - cOld) * sizeof(shared::FileListRow));
     list->cCapacity = cRows;
     *pList = list;
     return true;
@@ -152,18 +155,18 @@ LONG KRHAULAPI XferFileList_cGetSize(XferFileList list)
 
 int KRHAULAPI XferFileList_vSetDWord(XferFileList list, LONG nRow, LONG nColumn, DWORD dwValue)
 {
-    XferFileListRow* pRow = openCell(list, nRow, nColumn);
+    shared::FileListRow* pRow = openCell(list, nRow, nColumn);
     if (pRow == nullptr) {
         return 0;
     }
-    pRow->types[nColumn] = XFERCELL_DWORD;
+    pRow->types[nColumn] = shared::XFERCELL_DWORD;
     pRow->values[nColumn] = dwValue;
     return 1;
 }
 
 DWORD KRHAULAPI XferFileList_nGetDWord(XferFileList list, LONG nRow, LONG nColumn)
 {
-    const XferFileListRow* pRow = findCell(list, nRow, nColumn, XFERCELL_DWORD);
+    const shared::FileListRow* pRow = findCell(list, nRow, nColumn, shared::XFERCELL_DWORD);
     return pRow == nullptr ? 0 : pRow->values[nColumn];
 }
 
@@ -173,7 +176,7 @@ int KRHAULAPI XferFileList_fSetString(XferFileList list, LONG nRow, LONG nColumn
     if (pszText == nullptr) {
         return 0;
     }
-    XferFileListRow* pRow = openCell(list, nRow, nColumn);
+    shared::FileListRow* pRow = openCell(list, nRow, nColumn);
     if (pRow == nullptr) {
         return 0;
     }
@@ -183,7 +186,7 @@ int KRHAULAPI XferFileList_fSetString(XferFileList list, LONG nRow, LONG nColumn
         return 0;
     }
     memcpy(pCopy, pszText, cb);
-    pRow->types[nColumn] = XFERCELL_STRING;
+    pRow->types[nColumn] = shared::XFERCELL_STRING;
     pRow->values[nColumn] = reinterpret_cast<DWORD>(pCopy);
     return 1;
 }
@@ -195,10 +198,12 @@ char* KRHAULAPI XferFileList_lpszGetString(XferFileList list, LONG nRow, LONG nC
         return nullptr;
     }
     pszBuffer[0] = '\0';
-    const XferFileListRow* pRow = findCell(list, nRow, nColumn, XFERCELL_STRING);
+    const shared::FileListRow* pRow = findCell(list, nRow, nColumn, shared::XFERCELL_STRING);
     if (pRow != nullptr) {
-        strncpy(pszBuffer, reinterpret_cast<const char*>(pRow->values[nColumn]), size_t(cchBuffer));
-        pszBuffer[cchBuffer - 1] = '\0';
+        // strncpy clears the rest of the buffer; the copy over it cuts between two characters.
+        auto pszText = reinterpret_cast<const char*>(pRow->values[nColumn]);
+        strncpy(pszBuffer, pszText, size_t(cchBuffer));
+        shared::copyText(pszBuffer, pszText, size_t(cchBuffer));
     }
     return pszBuffer;
 }
@@ -220,7 +225,7 @@ int XferFileListCreateOne(XferFileList* pList, LONG nColumn, const char* pszText
 void XferFileListClearRows(XferFileList list, LONG nFirst, LONG cRows)
 {
     for (LONG n = nFirst; n < nFirst + cRows; ++n) {
-        for (LONG nColumn = 0; nColumn < XFERLIST_COLUMNS; ++nColumn) {
+        for (LONG nColumn = 0; nColumn < shared::XFERLIST_COLUMNS; ++nColumn) {
             clearCell(&list->pRows[n], nColumn);
         }
     }

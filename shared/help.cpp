@@ -1,12 +1,24 @@
-#include "help.h"
-#include "krutils.h"
+#include "shared/help.h"
+#include "shared/krutils.h"
 
-void vXferShowHelp(HWND hwndOwner, XferHelpContext context)
+namespace {
+
+void callHelp(HWND hwndOwner, UINT uCommand, ULONG_PTR data)
 {
-    WinHelpA(hwndOwner, KrGetHelpFile(), HELP_CONTEXT, context);
+    const char* pszFile = KrGetHelpFile();
+    if (pszFile != nullptr) {
+        WinHelpA(hwndOwner, pszFile, uCommand, data);
+    }
 }
 
-void vXferSearchHelp(HWND hwndOwner)
+} // namespace
+
+void shared::showHelp(HWND hwndOwner, HelpContext context)
 {
-    WinHelpA(hwndOwner, KrGetHelpFile(), HELP_PARTIALKEY, reinterpret_cast<ULONG_PTR>(""));
+    callHelp(hwndOwner, HELP_CONTEXT, context);
+}
+
+void shared::searchHelp(HWND hwndOwner)
+{
+    callHelp(hwndOwner, HELP_PARTIALKEY, reinterpret_cast<ULONG_PTR>(""));
 }

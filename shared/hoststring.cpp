@@ -1,5 +1,5 @@
 // Host command strings: validation, and sending piece by piece.
-#include "../include/krhaul.h"
+#include "include/krhaul.h"
 
 #include <string.h>
 
@@ -12,7 +12,7 @@ struct Piece {
     LONG cch;
 };
 
-// One walk through a template: where its pieces go and what the names stand for.
+// The translation of one template: where its pieces go and what the names are.
 struct Translation {
     XferSendProc pfnSend;
     DWORD dwUserData;
@@ -30,7 +30,7 @@ bool isAutomatic(Piece name)
     return name.cch == 0 || lstrcmpiA(name.pch, "<Automatic>") == 0;
 }
 
-// Sends a piece; an empty one is no send. Gives false when the callback refused.
+// Sends a piece unless it is empty. Returns false if the callback reported a failure.
 bool send(const Translation* pTranslation, Piece piece)
 {
     static DWORD s_dwScratch;

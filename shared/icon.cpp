@@ -1,7 +1,7 @@
-#include "icon.h"
-#include "library.h"
+#include "shared/icon.h"
+#include "shared/module.h"
 
-void XferPaintIconic(HWND hdlg, const char* pszIcon)
+void shared::paintIconic(HWND hdlg, const char* pszIcon)
 {
     PAINTSTRUCT paint;
     HDC hdc = BeginPaint(hdlg, &paint);

@@ -1,10 +1,14 @@
-// Painting of the dialogs where the platform shows them as icons itself.
+// Painting of a minimised dialog on versions that show it as an icon.
 #ifndef SHARED_ICON_H
 #define SHARED_ICON_H
 
 #include <windows.h>
 
-// Answers WM_PAINT of an iconic dialog with one of the library's icons.
-void XferPaintIconic(HWND hdlg, const char* pszIcon);
+namespace shared {
+
+// Handles WM_PAINT of an iconic dialog by drawing one of the library's icons.
+void paintIconic(HWND hdlg, const char* pszIcon);
+
+} // namespace shared
 
 #endif

@@ -4,8 +4,8 @@
 
 #include <windows.h>
 
-// Codes of KrRecordAction. A local operation is told after it succeeded, a host operation
-// around its callback.
+// Codes of KrRecordAction. A local operation is reported after it succeeded, a host operation
+// before or after its callback.
 enum {
     KRACTION_LOCALDIR_CHANGED = 1,
     KRACTION_LOCALDIR_MADE = 2,
@@ -24,17 +24,18 @@ enum {
 
 extern "C" {
 
-// The help file, as WinHelpA wants it. The text stays the library's.
+// The help file, for WinHelpA, or null if KRUTILS has shown the help by itself. The text belongs to
+// KRUTILS.
 const char* __stdcall KrGetHelpFile(void);
 
-// A user action and its text; the parent can be 0.
+// Records a user action and its text; the parent can be 0.
 void __stdcall KrRecordAction(HWND hwndParent, int nAction, const char* pszText);
 
-// A raw command that the user typed.
+// Records a command as the user typed it.
 void __stdcall KrRecordCommand(HWND hwndParent, const char* pszCommand);
 
-// Shows a string of the module in a message box. The last three arguments are KRUTILS
-// business; this library passes 0, 3, 0.
+// Shows a string of the module in a message box. What the last three arguments mean
+// is known to KRUTILS alone; this library passes 0, 3, 0.
 void __stdcall KrMessageBoxId(HMODULE hModule, HWND hwndParent, UINT idString, int n1, int n2,
                               int n3);
 }

@@ -1,6 +1,5 @@
-// The progress bar: its text changes colour where the fill edge crosses it.
-#include "dialog.h"
-#include "../resources/ids.h"
+#include "status/bar.h"
+#include "resources/ids.h"
 
 #include <math.h>
 
@@ -16,10 +15,14 @@ struct Bar {
     RECT rc; // the client area, less a pixel on each side
 };
 
-Bar openBar(HWND hdlgStat)
+Bar openBar(const status::Ref& ref)
 {
-    Bar bar = {GetDlgItem(hdlgStat, IDC_STAT_BAR), nullptr, {}};
-    // Without this, no control would mean the whole screen to GetDC.
+    Bar bar = {};
+    if (status::isAlive(ref)) {
+        RedrawWindow(ref.pSlot->hdlgStat, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    }
+    bar.hwnd = status::isAlive(ref) ? GetDlgItem(ref.pSlot->hdlgStat, IDC_STAT_BAR) : nullptr;
+    // GetDC takes a null window for the whole screen.
     if (bar.hwnd == nullptr) {
         return bar;
     }
@@ -35,20 +38,24 @@ void closeBar(const Bar* pBar)
     ReleaseDC(pBar->hwnd, pBar->hdc);
 }
 
+struct Text {
+    int x;
+    const char* psz;
+};
+
 // Fills a part of the bar and writes the part of the text that lies in it.
-void paintPart(const Bar* pBar, const RECT* prc, HBRUSH hbr, COLORREF clrText, int x,
-               const char* pszText)
+void paintPart(const Bar* pBar, const RECT* prc, HBRUSH hbr, COLORREF clrText, const Text& text)
 {
     FillRect(pBar->hdc, prc, hbr);
     SetTextColor(pBar->hdc, clrText);
-    ExtTextOutA(pBar->hdc, x, TEXT_TOP, ETO_CLIPPED, prc, pszText, UINT(lstrlenA(pszText)),
+    ExtTextOutA(pBar->hdc, text.x, TEXT_TOP, ETO_CLIPPED, prc, text.psz, UINT(lstrlenA(text.psz)),
                 nullptr);
 }
 
-void paintEmptyPart(const Bar* pBar, const RECT* prc, int x, const char* pszText)
+void paintEmptyPart(const Bar* pBar, const RECT* prc, const Text& text)
 {
     HBRUSH hbr = CreateSolidBrush(GetSysColor(COLOR_WINDOW));
-    paintPart(pBar, prc, hbr, BLACK, x, pszText);
+    paintPart(pBar, prc, hbr, BLACK, text);
     DeleteObject(hbr);
 }
 
@@ -61,8 +68,9 @@ int widthOfText(HDC hdc, const char* pszText)
 
 LONG fillEdge(const RECT* prc, DWORD nPercent)
 {
-    // The registers of the processor hold more digits than a double, in which 1 hundredth is a
-    // little too large. ceil is called with a double, which rounds the product as it has to be.
+    // As a double, 0.01 is slightly too large. The processor computes the product with more digits
+    // than a double has, and there the excess would make ceil round up a product that ought to be
+    // whole. Passing the product to ceil as a double rounds the excess away first.
     double dFilled = double(prc->right - prc->left) * double(nPercent) * 0.01;
     LONG nEdge = prc->left + LONG(ceil(dFilled));
     return nEdge > prc->right ? prc->right : nEdge;
@@ -70,23 +78,23 @@ LONG fillEdge(const RECT* prc, DWORD nPercent)
 
 } // namespace
 
-void vXferStatPaintEmptyBar(HWND hdlgStat, HMODULE hLanguage)
+void status::paintEmptyBar(const Ref& ref)
 {
     char szText[30] = "";
-    Bar bar = openBar(hdlgStat);
+    Bar bar = openBar(ref);
     if (bar.hdc == nullptr) {
         return;
     }
-    LoadStringA(hLanguage, IDS_NOT_KNOWN, szText, sizeof szText);
+    LoadStringA(ref.pSlot->hLanguage, IDS_NOT_KNOWN, szText, sizeof szText);
     int x = (bar.rc.right - bar.rc.left - widthOfText(bar.hdc, szText)) / 2;
-    paintEmptyPart(&bar, &bar.rc, x, szText);
+    paintEmptyPart(&bar, &bar.rc, {x, szText});
     closeBar(&bar);
 }
 
-void vXferStatPaintBar(HWND hdlgStat, DWORD nPercent)
+void status::paintBar(const Ref& ref, DWORD nPercent)
 {
     char szText[8];
-    Bar bar = openBar(hdlgStat);
+    Bar bar = openBar(ref);
     if (bar.hdc == nullptr) {
         return;
     }
@@ -95,7 +103,7 @@ void vXferStatPaintBar(HWND hdlgStat, DWORD nPercent)
     RECT rcFilled = bar.rc;
     RECT rcRest = bar.rc;
     rcFilled.right = rcRest.left = fillEdge(&bar.rc, nPercent);
-    paintPart(&bar, &rcFilled, HBRUSH(GetStockObject(GRAY_BRUSH)), WHITE, x, szText);
-    paintEmptyPart(&bar, &rcRest, x, szText);
+    paintPart(&bar, &rcFilled, HBRUSH(GetStockObject(GRAY_BRUSH)), WHITE, {x, szText});
+    paintEmptyPart(&bar, &rcRest, {x, szText});
     closeBar(&bar);
 }

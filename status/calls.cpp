@@ -1,19 +1,19 @@
 // The exported calls of the status window.
-#include "dialog.h"
-#include "../resources/ids.h"
-#include "../shared/krutils.h"
-#include "../shared/language.h"
-#include "../shared/library.h"
-
-#include <string.h>
+#include "resources/ids.h"
+#include "shared/krutils.h"
+#include "shared/language.h"
+#include "shared/text.h"
+#include "status/bar.h"
+#include "status/dialog.h"
+#include "status/slots.h"
 
 namespace {
 
 constexpr UINT TICK_MS = 1000;
 constexpr char TEMPLATE[] = "DLGXFER";
 
-// A module that can't be used any more, and the one result of all failures after its load.
-HWND giveUp(HMODULE hLanguage)
+// The result of every failure after the language module was loaded.
+HWND failCreation(HMODULE hLanguage)
 {
     FreeLibrary(hLanguage);
     return nullptr;
@@ -22,7 +22,7 @@ HWND giveUp(HMODULE hLanguage)
 HWND refuseNinthWindow(HMODULE hLanguage, HWND hwndParent)
 {
     KrMessageBoxId(hLanguage, hwndParent, IDS_NO_RESOURCES, 0, 3, 0);
-    return giveUp(hLanguage);
+    return failCreation(hLanguage);
 }
 
 void replaceLabel(HWND hdlgStat, HMODULE hLanguage)
@@ -32,17 +32,31 @@ void replaceLabel(HWND hdlgStat, HMODULE hLanguage)
     SetDlgItemTextA(hdlgStat, IDC_STAT_LABEL, szLabel);
 }
 
-// szStatus is left alone: the text of the window before stays until it is set anew.
-void fillSlot(StatSlot* pSlot, HWND hdlgStat, HWND hwndParent, HMODULE hLanguage)
+// Creating a window sends messages to the caller's windows, which may destroy it at once.
+// Returns 0 then, as for a window that can't be created.
+HWND createDialog(HMODULE hLanguage, HWND hwndParent, DWORD dwFlags)
 {
-    pSlot->hdlgStat = hdlgStat;
-    pSlot->hwndParent = hwndParent;
-    pSlot->hLanguage = hLanguage;
-    pSlot->ulTotalSize = 0;
-    pSlot->ulCount = 0;
-    pSlot->dwStartTick = 0;
-    pSlot->uTimer = 0;
-    pSlot->nLastPercent = XFERSTAT_NOPERCENT;
+    status::DialogInit init = {dwFlags, hwndParent};
+    status::Creation creation;
+    status::beginCreation(&creation);
+    HWND hdlgStat = CreateDialogParamA(hLanguage, TEMPLATE, hwndParent, fDlgXferStatProc,
+                                       reinterpret_cast<LPARAM>(&init));
+    status::endCreation(&creation);
+    return creation.fClosed ? nullptr : hdlgStat;
+}
+
+// Returns false if the window was destroyed by one of the messages.
+bool labelDialog(HWND hdlgStat, HMODULE hLanguage, const char* pszTitle, DWORD dwLabel)
+{
+    status::Creation creation;
+    status::beginCreation(&creation);
+    creation.hdlgStat = hdlgStat;
+    SetWindowTextA(hdlgStat, pszTitle);
+    if (dwLabel == 0 && !creation.fClosed) {
+        replaceLabel(hdlgStat, hLanguage);
+    }
+    status::endCreation(&creation);
+    return !creation.fClosed;
 }
 
 void freeSlot(StatSlot* pSlot)
@@ -73,37 +87,33 @@ HWND KRHAULAPI hdlgXferStatLangCreate(const char* pszLanguage, const char* pszTi
     if (XferStatFindFreeSlot() == XFERSTAT_NOSLOT) {
         return refuseNinthWindow(hLanguage, hwndParent);
     }
-    XferStatInit init = {DWORD(MAKELONG(fCorner, fMinimize)), hwndParent};
-    HWND hdlgStat = CreateDialogParamA(hLanguage, TEMPLATE, hwndParent, fDlgXferStatProc,
-                                       reinterpret_cast<LPARAM>(&init));
-    if (hdlgStat == nullptr) {
-        return giveUp(hLanguage);
+    HWND hdlgStat = createDialog(hLanguage, hwndParent, DWORD(MAKELONG(fCorner, fMinimize)));
+    if (hdlgStat == nullptr || !labelDialog(hdlgStat, hLanguage, pszTitle, dwLabel)) {
+        return failCreation(hLanguage);
     }
-    SetWindowTextA(hdlgStat, pszTitle);
-    if (dwLabel == 0) {
-        replaceLabel(hdlgStat, hLanguage);
-    }
-    // Asked again: showing the window sends messages to the caller's windows, which may have
-    // taken the last slot meanwhile.
+    // Asked again: the caller's windows may have taken the last slot on one of the messages.
     int nSlot = XferStatFindFreeSlot();
     if (nSlot == XFERSTAT_NOSLOT) {
         DestroyWindow(hdlgStat);
         return refuseNinthWindow(hLanguage, hwndParent);
     }
-    fillSlot(&g_statSlots[nSlot], hdlgStat, hwndParent, hLanguage);
+    status::takeSlot(&status::g_slots[nSlot], hdlgStat, hwndParent, hLanguage);
     return hdlgStat;
 }
 
 int KRHAULAPI nXferStatStartTransfer(HWND hdlgStat)
 {
-    int nSlot = XferStatFindSlot(hdlgStat);
-    if (nSlot == XFERSTAT_NOSLOT) {
+    StatSlot* pSlot = status::slotOf(hdlgStat);
+    if (pSlot == nullptr) {
         return XFER_NOWINDOW;
     }
-    StatSlot* pSlot = &g_statSlots[nSlot];
-    vXferStatPaintEmptyBar(hdlgStat, pSlot->hLanguage);
-    if (pSlot->uTimer == 0) {
-        pSlot->uTimer = SetTimer(hdlgStat, UINT_PTR(nSlot), TICK_MS, nullptr);
+    status::Ref ref = status::refOf(pSlot);
+    status::paintEmptyBar(ref);
+    if (!status::holdsSlot(ref)) {
+        return XFER_OK;
+    }
+    if (pSlot->uTimer == 0 && status::isAlive(ref)) {
+        pSlot->uTimer = SetTimer(hdlgStat, UINT_PTR(status::indexOf(pSlot)), TICK_MS, nullptr);
     }
     pSlot->dwStartTick = GetTickCount();
     return XFER_OK;
@@ -111,16 +121,18 @@ int KRHAULAPI nXferStatStartTransfer(HWND hdlgStat)
 
 int KRHAULAPI nXferStatEndTransfer(HWND hdlgStat)
 {
-    int nSlot = XferStatFindSlot(hdlgStat);
-    if (nSlot == XFERSTAT_NOSLOT) {
+    StatSlot* pSlot = status::slotOf(hdlgStat);
+    if (pSlot == nullptr) {
         return XFER_NOWINDOW;
     }
-    StatSlot* pSlot = &g_statSlots[nSlot];
-    SendMessageA(hdlgStat, WM_TIMER, pSlot->uTimer, 0);
-    // A caller that sees this tick first may have destroyed the window on it, and the slot may
-    // already be another window's.
-    if (pSlot->hdlgStat == hdlgStat) {
-        KillTimer(hdlgStat, UINT_PTR(nSlot));
+    status::Ref ref = status::refOf(pSlot);
+    if (status::isAlive(ref)) {
+        SendMessageA(hdlgStat, WM_TIMER, pSlot->uTimer, 0);
+    }
+    if (status::isAlive(ref)) {
+        KillTimer(hdlgStat, UINT_PTR(status::indexOf(pSlot)));
+    }
+    if (status::holdsSlot(ref)) {
         pSlot->uTimer = 0;
     }
     return XFER_OK;
@@ -128,19 +140,22 @@ int KRHAULAPI nXferStatEndTransfer(HWND hdlgStat)
 
 int KRHAULAPI nXferStatDestroy(HWND hdlgStat)
 {
-    StatSlot* pSlot = XferStatGetSlot(hdlgStat);
+    StatSlot* pSlot = status::slotOf(hdlgStat);
     if (pSlot == nullptr) {
         return XFER_NOWINDOW;
     }
+    status::Ref ref = status::refOf(pSlot);
     nXferStatEndTransfer(hdlgStat);
     // The last tick and the end of a window send messages to the caller's windows. One of them
-    // may have come back here first, and the slot may already be another window's.
-    if (pSlot->hdlgStat != hdlgStat) {
+    // may have called this function first.
+    if (!status::holdsSlot(ref)) {
         return XFER_OK;
     }
     PostMessageA(pSlot->hwndParent, WM_XFERSTAT_CLOSED, 0, 0);
-    DestroyWindow(hdlgStat);
-    if (pSlot->hdlgStat == hdlgStat) {
+    if (status::isAlive(ref)) {
+        DestroyWindow(hdlgStat);
+    }
+    if (status::holdsSlot(ref)) {
         freeSlot(pSlot);
     }
     return XFER_OK;
@@ -149,45 +164,48 @@ int KRHAULAPI nXferStatDestroy(HWND hdlgStat)
 int KRHAULAPI nXferStatFileInfo(HWND hdlgStat, const char* pszName1, const char* pszName2,
                                 DWORD cbSize)
 {
-    StatSlot* pSlot = XferStatGetSlot(hdlgStat);
+    StatSlot* pSlot = status::slotOf(hdlgStat);
     if (pSlot == nullptr) {
         return XFER_OK;
     }
     char szSize[20] = "";
+    status::Ref ref = status::refOf(pSlot);
     pSlot->ulTotalSize = cbSize;
-    SetDlgItemTextA(hdlgStat, IDC_STAT_NAME1, pszName1);
-    SetDlgItemTextA(hdlgStat, IDC_STAT_NAME2, pszName2);
-    if (cbSize == 0) {
+    status::setText(ref, IDC_STAT_NAME1, pszName1);
+    status::setText(ref, IDC_STAT_NAME2, pszName2);
+    if (cbSize != 0) {
+        wsprintfA(szSize, "%lu", cbSize);
+    } else if (status::isAlive(ref)) {
         EnableWindow(GetDlgItem(hdlgStat, IDC_STAT_BAR), FALSE);
         LoadStringA(pSlot->hLanguage, IDS_NOT_KNOWN, szSize, sizeof szSize);
-    } else {
-        wsprintfA(szSize, "%lu", cbSize);
     }
-    SetDlgItemTextA(hdlgStat, IDC_STAT_SIZE, szSize);
+    status::setText(ref, IDC_STAT_SIZE, szSize);
     return XFER_OK;
 }
 
-int KRHAULAPI nXferStatErrorInfo(HWND hdlgStat, DWORD cErrors1, DWORD cErrors2)
+int KRHAULAPI nXferStatErrorInfo(HWND hdlgStat, DWORD cErrors, DWORD cRetries)
 {
-    if (XferStatFindSlot(hdlgStat) != XFERSTAT_NOSLOT) {
-        SetDlgItemInt(hdlgStat, IDC_STAT_ERRORS1, cErrors1, FALSE);
-        SetDlgItemInt(hdlgStat, IDC_STAT_ERRORS2, cErrors2, FALSE);
+    StatSlot* pSlot = status::slotOf(hdlgStat);
+    if (pSlot != nullptr) {
+        status::Ref ref = status::refOf(pSlot);
+        status::setNumber(ref, IDC_STAT_ERRORS1, cErrors);
+        status::setNumber(ref, IDC_STAT_ERRORS2, cRetries);
     }
     return XFER_OK;
 }
 
 int KRHAULAPI nXferStatStatusInfo(HWND hdlgStat, const char* pszStatus)
 {
-    StatSlot* pSlot = XferStatGetSlot(hdlgStat);
+    StatSlot* pSlot = status::slotOf(hdlgStat);
     if (pSlot != nullptr && pszStatus != nullptr) {
-        lstrcpynA(pSlot->szStatus, pszStatus, sizeof pSlot->szStatus);
+        shared::copyText(pSlot->szStatus, pszStatus, sizeof pSlot->szStatus);
     }
     return XFER_OK;
 }
 
 int KRHAULAPI nXferStatCountInfo(HWND hdlgStat, DWORD cbCount)
 {
-    StatSlot* pSlot = XferStatGetSlot(hdlgStat);
+    StatSlot* pSlot = status::slotOf(hdlgStat);
     if (pSlot != nullptr) {
         pSlot->ulCount = cbCount;
     }
@@ -197,9 +215,9 @@ int KRHAULAPI nXferStatCountInfo(HWND hdlgStat, DWORD cbCount)
 void KRHAULAPI vXferStatButtonText(HWND hdlgStat, DWORD dwCaption)
 {
     static constexpr UINT CAPTIONS[] = {0, IDS_STAT_BUTTON1, IDS_STAT_BUTTON2, IDS_STAT_BUTTON3};
-    StatSlot* pSlot = XferStatGetSlot(hdlgStat);
+    StatSlot* pSlot = status::slotOf(hdlgStat);
     char szCaption[10];
-    if (pSlot == nullptr || dwCaption >= ARRAYSIZE(CAPTIONS)) {
+    if (pSlot == nullptr || pSlot->fClosed != 0 || dwCaption >= ARRAYSIZE(CAPTIONS)) {
         return;
     }
     HWND hwndButton = GetDlgItem(hdlgStat, IDC_STAT_BUTTON);

@@ -1,16 +1,27 @@
-#include "dialog.h"
-#include "../resources/ids.h"
-#include "../shared/help.h"
-#include "../shared/icon.h"
-#include "../shared/library.h"
+#include "status/dialog.h"
+#include "resources/ids.h"
+#include "shared/help.h"
+#include "shared/icon.h"
+#include "shared/module.h"
+#include "status/slots.h"
+#include "status/tick.h"
 
 namespace {
 
 constexpr char ICON[] = "FileXferIcon";
 constexpr int CORNER_MARGIN = 5;
 
-// The owner of help calls of all status windows: the parent of the one that was made last.
+// The owner of the help calls of all status windows: the parent of the newest one.
 HWND s_hwndHelpOwner;
+
+status::Creation* s_pInnermost;
+
+void noteCreated(HWND hdlgStat)
+{
+    if (s_pInnermost != nullptr && s_pInnermost->hdlgStat == nullptr) {
+        s_pInnermost->hdlgStat = hdlgStat;
+    }
+}
 
 void moveToCorner(HWND hdlgStat)
 {
@@ -23,10 +34,11 @@ void moveToCorner(HWND hdlgStat)
 
 INT_PTR onInitDialog(HWND hdlgStat, WPARAM, LPARAM lParam)
 {
-    auto pInit = reinterpret_cast<const XferStatInit*>(lParam);
+    auto pInit = reinterpret_cast<const status::DialogInit*>(lParam);
     if (pInit == nullptr) {
         return 1;
     }
+    noteCreated(hdlgStat);
     s_hwndHelpOwner = pInit->hwndParent;
     if (LOWORD(pInit->dwFlags) != 0) {
         moveToCorner(hdlgStat);
@@ -47,11 +59,11 @@ INT_PTR onTimer(HWND hdlgStat, WPARAM, LPARAM)
 
 INT_PTR onHelp(HWND, WPARAM, LPARAM)
 {
-    vXferShowHelp(s_hwndHelpOwner, XFERHELP_STATUS);
+    shared::showHelp(s_hwndHelpOwner, XFERHELP_STATUS);
     return 1;
 }
 
-// Cancel and the caption button are swallowed: a caller that subclasses the window sees them.
+// Cancel and the caption button do nothing here: a caller that subclasses the window sees them.
 INT_PTR onCommand(HWND hdlgStat, WPARAM wParam, LPARAM lParam)
 {
     switch (LOWORD(wParam)) {
@@ -78,12 +90,21 @@ INT_PTR onClose(HWND hdlgStat, WPARAM, LPARAM)
     return 1;
 }
 
+INT_PTR onNcDestroy(HWND hdlgStat, WPARAM, LPARAM)
+{
+    for (auto* pCreation = s_pInnermost; pCreation != nullptr; pCreation = pCreation->pOuter) {
+        pCreation->fClosed = pCreation->fClosed || pCreation->hdlgStat == hdlgStat;
+    }
+    status::noteClosed(hdlgStat);
+    return 0;
+}
+
 INT_PTR onPaint(HWND hdlgStat, WPARAM, LPARAM)
 {
     if (!IsIconic(hdlgStat)) {
         return 0;
     }
-    XferPaintIconic(hdlgStat, ICON);
+    shared::paintIconic(hdlgStat, ICON);
     return 1;
 }
 
@@ -114,6 +135,8 @@ INT_PTR CALLBACK fDlgXferStatProc(HWND hdlgStat, UINT uMessage, WPARAM wParam, L
         return onFocusParent(hdlgStat, wParam, lParam);
     case WM_CLOSE:
         return onClose(hdlgStat, wParam, lParam);
+    case WM_NCDESTROY:
+        return onNcDestroy(hdlgStat, wParam, lParam);
     case WM_PAINT:
         return onPaint(hdlgStat, wParam, lParam);
     case WM_ERASEBKGND:
@@ -123,4 +146,15 @@ INT_PTR CALLBACK fDlgXferStatProc(HWND hdlgStat, UINT uMessage, WPARAM wParam, L
     default:
         return 0;
     }
+}
+
+void status::beginCreation(Creation* pCreation)
+{
+    *pCreation = {nullptr, false, s_pInnermost};
+    s_pInnermost = pCreation;
+}
+
+void status::endCreation(const Creation* pCreation)
+{
+    s_pInnermost = pCreation->pOuter;
 }

@@ -1,27 +1,33 @@
-// The status window itself: its dialog procedure stands in krhaul.h, the once-a-second tick
-// and the painting of the bar are declared here.
+// The creation of a status window. Its dialog procedure, fDlgXferStatProc, is in krhaul.h.
 #ifndef STATUS_DIALOG_H
 #define STATUS_DIALOG_H
 
-#include "slots.h"
+#include <windows.h>
 
 #include <stddef.h>
 
-// What hdlgXferStatLangCreate hands to WM_INITDIALOG. It only lives through the creation.
-struct XferStatInit {
+namespace status {
+
+// What hdlgXferStatLangCreate passes to WM_INITDIALOG. It only lives during the creation.
+struct DialogInit {
     DWORD dwFlags; // corner flag in the low word, minimise flag in the high word
     HWND hwndParent;
 };
 
-static_assert(sizeof(XferStatInit) == 8, "a word of flags and a window");
-static_assert(offsetof(XferStatInit, dwFlags) == 0, "the flags come first");
-static_assert(offsetof(XferStatInit, hwndParent) == 4, "the parent follows the flags");
+static_assert(sizeof(DialogInit) == 8, "a word of flags and a window");
+static_assert(offsetof(DialogInit, dwFlags) == 0, "the flags come first");
+static_assert(offsetof(DialogInit, hwndParent) == 4, "the parent follows the flags");
 
-// Turns the values of the window's slot into figures. Gives 0, or -1 if it has no slot.
-int XferStatTick(HWND hdlgStat);
+// Watches whether a window is destroyed while it is being created. Creations can be nested,
+// because creating a window sends messages to the caller's windows.
+struct Creation {
+    HWND hdlgStat; // known from WM_INITDIALOG on
+    bool fClosed;
+    Creation* pOuter;
+};
+void beginCreation(Creation* pCreation);
+void endCreation(const Creation* pCreation);
 
-// The bar is a plain control that is painted from outside, only when its look changes.
-void vXferStatPaintEmptyBar(HWND hdlgStat, HMODULE hLanguage);
-void vXferStatPaintBar(HWND hdlgStat, DWORD nPercent);
+} // namespace status
 
 #endif

@@ -1,6 +1,6 @@
-// The once-a-second tick: from the values in a slot to the figures in its window.
-#include "dialog.h"
-#include "../resources/ids.h"
+#include "status/tick.h"
+#include "resources/ids.h"
+#include "status/bar.h"
 
 #include <stdint.h>
 
@@ -8,79 +8,99 @@ namespace {
 
 constexpr DWORD MS_PER_SECOND = 1000;
 
-void showNumber(HWND hdlgStat, int idControl, DWORD dwValue)
+// The values of one tick. They are read once: showing them sends messages, which the caller can
+// answer by changing the slot or by destroying the window.
+struct Figures {
+    DWORD cbTotal;
+    DWORD cbCount;
+    DWORD cSeconds;
+    DWORD dwRate; // bytes a second; 0 in the first second
+};
+
+Figures readFigures(const StatSlot* pSlot)
+{
+    Figures figures = {pSlot->ulTotalSize, pSlot->ulCount, 0, 0};
+    // The difference stays right when the counter has wrapped.
+    figures.cSeconds = (GetTickCount() - pSlot->dwStartTick) / MS_PER_SECOND;
+    figures.dwRate = figures.cSeconds == 0 ? 0 : figures.cbCount / figures.cSeconds;
+    return figures;
+}
+
+void showNumber(const status::Ref& ref, int idControl, DWORD dwValue)
 {
     char szNumber[12];
     wsprintfA(szNumber, "%lu", dwValue);
-    SetDlgItemTextA(hdlgStat, idControl, szNumber);
+    status::setText(ref, idControl, szNumber);
 }
 
-void showTime(HWND hdlgStat, int idControl, DWORD cSeconds)
+void showTime(const status::Ref& ref, int idControl, DWORD cSeconds)
 {
     char szTime[16];
     wsprintfA(szTime, "%02lu:%02lu:%02lu", cSeconds / 3600, cSeconds / 60 % 60, cSeconds % 60);
-    SetDlgItemTextA(hdlgStat, idControl, szTime);
+    status::setText(ref, idControl, szTime);
 }
 
-void showNotKnown(HWND hdlgStat, HMODULE hLanguage)
+void showUnknown(const status::Ref& ref)
 {
     char szText[80] = "";
-    LoadStringA(hLanguage, IDS_NOT_KNOWN, szText, sizeof szText);
-    SetDlgItemTextA(hdlgStat, IDC_STAT_REMAINING, szText);
-    SetDlgItemTextA(hdlgStat, IDC_STAT_TIMELEFT, szText);
-}
-
-// Gives the rate in bytes a second; 0 while no second has passed.
-DWORD showClock(HWND hdlgStat, const StatSlot* pSlot)
-{
-    // The difference stays right when the counter has run over.
-    DWORD cSeconds = (GetTickCount() - pSlot->dwStartTick) / MS_PER_SECOND;
-    showTime(hdlgStat, IDC_STAT_ELAPSED, cSeconds);
-    if (cSeconds == 0) {
-        return 0;
+    if (status::isAlive(ref)) {
+        LoadStringA(ref.pSlot->hLanguage, IDS_NOT_KNOWN, szText, sizeof szText);
+        status::setText(ref, IDC_STAT_REMAINING, szText);
+        status::setText(ref, IDC_STAT_TIMELEFT, szText);
     }
-    DWORD dwRate = pSlot->ulCount / cSeconds;
-    showNumber(hdlgStat, IDC_STAT_RATE, dwRate);
-    return dwRate;
 }
 
-void showRemaining(HWND hdlgStat, const StatSlot* pSlot, DWORD dwRate)
+void showProgress(const status::Ref& ref, const Figures* pFigures)
+{
+    status::setText(ref, IDC_STAT_STATUS, ref.pSlot->szStatus);
+    showNumber(ref, IDC_STAT_COUNT, pFigures->cbCount);
+    showTime(ref, IDC_STAT_ELAPSED, pFigures->cSeconds);
+    if (pFigures->cSeconds != 0) {
+        showNumber(ref, IDC_STAT_RATE, pFigures->dwRate);
+    }
+}
+
+void showRemaining(const status::Ref& ref, const Figures* pFigures)
 {
     DWORD cbRemaining =
-        pSlot->ulCount < pSlot->ulTotalSize ? pSlot->ulTotalSize - pSlot->ulCount : 0;
-    showNumber(hdlgStat, IDC_STAT_REMAINING, cbRemaining);
-    if (dwRate != 0) {
-        showTime(hdlgStat, IDC_STAT_TIMELEFT, cbRemaining / dwRate);
+        pFigures->cbCount < pFigures->cbTotal ? pFigures->cbTotal - pFigures->cbCount : 0;
+    showNumber(ref, IDC_STAT_REMAINING, cbRemaining);
+    if (pFigures->dwRate != 0) {
+        showTime(ref, IDC_STAT_TIMELEFT, cbRemaining / pFigures->dwRate);
     }
 }
 
-LONG percentOf(const StatSlot* pSlot)
+LONG percentOf(const Figures* pFigures)
 {
-    uint64_t nPercent = uint64_t(pSlot->ulCount) * 100 / pSlot->ulTotalSize;
+    uint64_t nPercent = uint64_t(pFigures->cbCount) * 100 / pFigures->cbTotal;
     return nPercent > 100 ? 100 : LONG(nPercent);
+}
+
+void showPercent(const status::Ref& ref, LONG nPercent)
+{
+    if (status::isAlive(ref) && nPercent != ref.pSlot->nLastPercent) {
+        PostMessageA(ref.pSlot->hwndParent, WM_XFERSTAT_PERCENT, WPARAM(nPercent), 0);
+        ref.pSlot->nLastPercent = nPercent;
+        status::paintBar(ref, DWORD(nPercent));
+    }
 }
 
 } // namespace
 
 int XferStatTick(HWND hdlgStat)
 {
-    StatSlot* pSlot = XferStatGetSlot(hdlgStat);
+    StatSlot* pSlot = status::slotOf(hdlgStat);
     if (pSlot == nullptr) {
         return XFER_NOWINDOW;
     }
-    SetDlgItemTextA(hdlgStat, IDC_STAT_STATUS, pSlot->szStatus);
-    showNumber(hdlgStat, IDC_STAT_COUNT, pSlot->ulCount);
-    DWORD dwRate = showClock(hdlgStat, pSlot);
-    if (pSlot->ulTotalSize == 0) {
-        showNotKnown(hdlgStat, pSlot->hLanguage);
-        return XFER_OK;
-    }
-    showRemaining(hdlgStat, pSlot, dwRate);
-    LONG nPercent = percentOf(pSlot);
-    if (nPercent != pSlot->nLastPercent) {
-        PostMessageA(pSlot->hwndParent, WM_XFERSTAT_PERCENT, WPARAM(nPercent), 0);
-        pSlot->nLastPercent = nPercent;
-        vXferStatPaintBar(hdlgStat, DWORD(nPercent));
+    status::Ref ref = status::refOf(pSlot);
+    Figures figures = readFigures(pSlot);
+    showProgress(ref, &figures);
+    if (figures.cbTotal == 0) {
+        showUnknown(ref);
+    } else {
+        showRemaining(ref, &figures);
+        showPercent(ref, percentOf(&figures));
     }
     return XFER_OK;
 }

@@ -2,13 +2,11 @@
 // the focus.
 #include "../resources/ids.h"
 #include "../toolbar/toolbar.h"
-#include "support/transfer_window.h"
-
-#include <sstream>
+#include "support/looks.h"
 
 namespace {
 
-class Busy : public TransferTest {
+class Busy : public PaneWindow {
 protected:
     // Types show in three places, which have to agree.
     void expectType(int nType, UINT idButton, UINT idItem) const
@@ -79,29 +77,6 @@ TEST_F(Busy, SwitchesCommandsByItsTable)
     }
 }
 
-TEST_F(Busy, ToolbarHasItsRows)
-{
-    // Picture, command, state and style of each, as they start in two-pane mode, before the first
-    // mode has come. Gaps were asked for with the standard width, which the toolbar fills in.
-    const std::string GAP = "8 240 4 1";
-    const std::string rows[] = {
-        "0 206 0 0", "1 219 0 0",  "2 217 0 0",   GAP,          "3 218 0 0",  "4 204 0 0",
-        GAP,         "5 247 0 0",  "6 246 0 0",   GAP,          "7 242 16 6", "8 243 16 6",
-        "9 241 1 6", GAP,          "10 245 16 6", "11 244 1 6", GAP,          "12 228 0 0",
-        GAP,         "13 256 4 0", GAP,           "14 205 4 0"};
-    m_hwnd = createOnly(m_parent.hwnd());
-    HWND hwndToolbar = item(IDC_DANDD_TOOLBAR);
-    ASSERT_EQ(SendMessageA(hwndToolbar, TOOLM_BUTTONCOUNT, 0, 0), LRESULT(ARRAYSIZE(rows)));
-    for (UINT n = 0; n < ARRAYSIZE(rows); ++n) {
-        XferToolButton button = {};
-        SendMessageA(hwndToolbar, TOOLM_GETBUTTON, n, LPARAM(&button));
-        std::ostringstream text;
-        text << button.iPicture << " " << button.idCommand << " " << int(button.fsState) << " "
-             << int(button.fsStyle);
-        EXPECT_EQ(text.str(), rows[n]) << n;
-    }
-}
-
 TEST_F(Busy, ItsEndShowsTypeAndModeChecked)
 {
     for (UINT idMode : {IDM_XFER_TWOPANE, IDM_XFER_COMMANDLINE}) {
@@ -117,7 +92,7 @@ TEST_F(Busy, ItsEndShowsTypeAndModeChecked)
         vXferDandDSetBusyState(m_hwnd, 1);
         EXPECT_EQ(buttonState(m_hwnd, IDM_XFER_TYPEAUTO), TOOLSTATE_CHECKED);
         EXPECT_EQ(buttonState(m_hwnd, idMode), TOOLSTATE_CHECKED);
-        destroy();
+        close();
     }
 }
 
@@ -154,49 +129,6 @@ TEST_F(Busy, FileTypeIsTheCheckedButton)
     }
     SendMessageA(item(IDC_DANDD_TOOLBAR), TOOLM_CHECKBUTTON, IDM_XFER_TYPEAUTO, 0);
     expectType(XFERTYPE_AUTOMATIC, 0, IDM_XFER_TYPEAUTO);
-}
-
-TEST_F(Busy, ColumnsAreMeasuredOnceAtItsEnd)
-{
-    constexpr DWORD ADD = 99; // in place of a flag: a name comes
-    const struct {
-        std::vector<DWORD> flags; // from idle
-        bool fMeasured;
-    } cases[] = {
-        {{1, ADD, 0}, true},          {{1, 0}, false},
-        {{1, ADD, 1, 0}, true},    // the same flag again changes nothing
-        {{1, ADD, 2, 0}, false},   // another flag begins anew
-        {{ADD, 0, 1, 0}, false},   // what came while idle is forgotten
-        {{2, ADD, 0, 1, 0}, true}, // and it is measured only once
-        {{0xFFFFFFFF, ADD, 0}, true},
-    };
-    create();
-    vXferDandDSetBusyState(m_hwnd, 0);
-    std::vector<int> measured;
-    auto watch = [&](int id) {
-        return Subclassed(item(id), [&measured, id](UINT uMessage, WPARAM, LPARAM) {
-            if (uMessage == LB_SETCOLUMNWIDTH) {
-                measured.push_back(id);
-            }
-            return false;
-        });
-    };
-    Subclassed local = watch(IDC_DANDD_LOCALFILES), host = watch(IDC_DANDD_HOSTFILES);
-    int nName = 0;
-    for (const auto& c : cases) {
-        SCOPED_TRACE(&c - cases);
-        measured.clear();
-        for (DWORD dw : c.flags) {
-            if (dw == ADD) {
-                nXferDandDAddHostFileName(m_hwnd, std::to_string(++nName).c_str());
-            } else {
-                vXferDandDSetBusyState(m_hwnd, dw);
-            }
-        }
-        EXPECT_EQ(measured, c.fMeasured
-                                ? (std::vector<int>{IDC_DANDD_LOCALFILES, IDC_DANDD_HOSTFILES})
-                                : std::vector<int>());
-    }
 }
 
 TEST_F(Busy, CursorAndFocusFollowAtOnce)

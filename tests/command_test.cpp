@@ -231,8 +231,17 @@ TEST_F(Command, NamesOfAnotherDirectoryAreLeftAlone)
     EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), (Strings{"a", "b", "c"}));
     selectFiles(IDC_DANDD_HOSTFILES, {});
 
+    // Nor does the sum count namesakes.
+    m_dir.makeFile("full\\a", 77);
+    selectFiles(IDC_DANDD_LOCALFILES, {"a"});
+    _chdir("full");
+    notify(IDC_DANDD_LOCALFILES, LBN_SELCHANGE);
+    EXPECT_EQ(stripText().find("77"), std::string::npos) << stripText();
+
+    // What is reported is the mask that filled the list.
     type(IDC_DANDD_LOCALFILTER, "full\\*.*");
     goHome();
+    type(IDC_DANDD_LOCALFILTER, "*.new");
     for (UINT idCommand : {IDM_XFER_DELETE, IDM_XFER_TRANSFER, IDM_XFER_DETAILS}) {
         selectFiles(IDC_DANDD_LOCALFILES, {"a"});
         command(idCommand);
@@ -240,6 +249,30 @@ TEST_F(Command, NamesOfAnotherDirectoryAreLeftAlone)
     }
     EXPECT_EQ(log(), Strings(3, "Cannot access full\\*.*"));
     EXPECT_EQ(recorded(), Strings{});
+}
+
+// A mask that names the directory that is shown, however it is written.
+TEST_F(Command, AMaskMayNameTheShownDirectory)
+{
+    openFilled();
+    std::string upper = m_dir.path("*.*");
+    CharUpperBuffA(&upper[0], DWORD(upper.size()));
+    for (const std::string& mask : {m_dir.path("*.*"), upper, std::string(".\\*.*"),
+                                    std::string("full\\..\\*.*"), m_dir.path().substr(2) + "\\*"}) {
+        SCOPED_TRACE(mask);
+        m_dir.makeFile("a", 10);
+        type(IDC_DANDD_LOCALFILTER, mask);
+        goHome();
+        selectFiles(IDC_DANDD_LOCALFILES, {"a"});
+        notify(IDC_DANDD_LOCALFILES, LBN_SELCHANGE);
+        EXPECT_EQ(stripText(), "Files selected: 1 (10 bytes)");
+        vXferDandDDisplayDILText(m_hwnd, "");
+        command(IDM_XFER_TRANSFER);
+        command(IDM_XFER_DELETE);
+        EXPECT_EQ(heard(), "send a|flags|sent: a|local file deleted: a");
+        EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), (Strings{"b", "c"}));
+    }
+    EXPECT_EQ(log(), Strings{});
 }
 
 // A question runs a message loop. What it leaves behind need not be what it found.
@@ -449,18 +482,55 @@ TEST_F(Command, NoListIsLeftBehind)
     EXPECT_EQ(ledger.owed(), "");
 }
 
+// A list holds the names that were selected first, whatever becomes of its rows while they are
+// recorded.
+TEST_F(Command, WhatIsRecordedChangesNoList)
+{
+    const struct {
+        UINT uMessage;
+        WPARAM wParam;
+        LPARAM lParam;
+    } changes[] = {
+        {LB_INSERTSTRING, 0, LPARAM("0")}, {LB_DELETESTRING, 0, 0}, {LB_SETSEL, FALSE, -1}};
+    openFilled();
+    for (const Selection& selection : SELECTIONS) {
+        for (const auto& change : changes) {
+            goHome();
+            feedHost({"x", "y", "z"});
+            selectOnly(selection.idList, split(selection.pszNames));
+            bool fChanged = false;
+            InRecord changing([&] {
+                if (!std::exchange(fChanged, true)) {
+                    tell(selection.idList, change.uMessage, change.wParam, change.lParam);
+                }
+            });
+            command(selection.idCommand);
+            EXPECT_EQ(requests(), Strings{selection.pszRequest}) << &change - changes;
+        }
+    }
+}
+
+// The caller can have put a row into a list that is too long to be read.
+TEST_F(Command, ARowThatCannotBeReadEndsTheCommand)
+{
+    const std::string tooLong(300, 'w');
+    openFilled();
+    for (const Selection& selection : SELECTIONS) {
+        for (UINT idCommand : {selection.idCommand, UINT(IDM_XFER_DELETE)}) {
+            goHome();
+            feedHost({"x", "y", "z"});
+            selectOnly(selection.idList, split(selection.pszNames));
+            tell(selection.idList, LB_INSERTSTRING, WPARAM(-1), LPARAM(tooLong.c_str()));
+            tell(selection.idList, LB_SETSEL, TRUE, tell(selection.idList, LB_GETCOUNT) - 1);
+            command(idCommand);
+            EXPECT_EQ(heard(), "") << selection.idList << " " << idCommand;
+        }
+    }
+    EXPECT_EQ(log(), Strings{});
+    EXPECT_EQ(m_dir.names(), split("a b c child full full\\a full\\b"));
+}
+
 // KRUTILS isn't ours: what it is told can end the window. Each step records something.
-std::function<void()> s_inRecord;
-
-void WINAPI fakeRecordAction(HWND, int, const char*)
-{
-    s_inRecord();
-}
-void WINAPI fakeRecordCommand(HWND, const char*)
-{
-    s_inRecord();
-}
-
 struct Recorder {
     int idList; // its first row of that name is selected
     const char* pszRow;
@@ -482,18 +552,16 @@ const Recorder RECORDERS[] = {
 
 TEST_F(Command, ARecordedActionMayEndTheWindow)
 {
-    ReplacedImport action(library(), "KRUTILS.DLL", 41, fakeRecordAction);
-    ReplacedImport typed(library(), "KRUTILS.DLL", 22, fakeRecordCommand);
     Ledger ledger;
     for (const Recorder& recorder : RECORDERS) {
         SCOPED_TRACE(testing::Message() << recorder.idList << " " << recorder.idCommand);
         bool fTyped = recorder.idList == IDC_DANDD_COMMANDLINE;
         openFilled(fTyped ? XFERVIEW_COMMANDLINE : XFERVIEW_TWOPANE);
         int cRecorded = 0;
-        s_inRecord = [&] {
+        InRecord ending([&] {
             ++cRecorded;
             close();
-        };
+        });
         if (fTyped) {
             type(recorder.idList, recorder.pszRow);
         } else if (recorder.idList == IDC_DANDD_LOCALDIRS ||
@@ -642,18 +710,11 @@ TEST_F(Command, DetailsOfSeveralFilesStandInTheirOrder)
     EXPECT_EQ(log()[1].substr(0, 20), "c                  0");
 }
 
-// The save dialog, and what the user does in it.
-OPENFILENAMEA s_open;
-Strings s_openTexts;
+// What the user does in the save dialog.
 std::function<bool(char*)> s_inSave;
 
 BOOL WINAPI fakeGetSaveFileName(LPOPENFILENAMEA pOpen)
 {
-    s_open = *pOpen;
-    s_openTexts = {pOpen->lpstrTitle, pOpen->lpstrDefExt};
-    for (const char* psz = pOpen->lpstrFilter; *psz != '\0'; psz += strlen(psz) + 1) {
-        s_openTexts.push_back(psz);
-    }
     return s_inSave(pOpen->lpstrFile);
 }
 
@@ -666,11 +727,6 @@ int refuseEnd(FILE* pFile)
 {
     fclose(pFile);
     return EOF;
-}
-
-DWORD WINAPI oldVersion()
-{
-    return 3;
 }
 
 class SaveLog : public Command {
@@ -729,24 +785,6 @@ TEST_F(SaveLog, WritesTheSelectedPartOfEachLine)
     }
 }
 
-TEST_F(SaveLog, AsksForTheFileAsItsVersionDoes)
-{
-    save(2, 7);
-    EXPECT_EQ(s_open.hwndOwner, m_hwnd);
-    EXPECT_EQ(s_open.hInstance, GetModuleHandleA("XFREN.DLL"));
-    EXPECT_EQ(s_open.Flags,
-              DWORD(OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY | OFN_PATHMUSTEXIST | OFN_EXPLORER));
-    EXPECT_EQ(s_open.nFilterIndex, 2u);
-    EXPECT_EQ(s_open.nMaxFile, 260u);
-    EXPECT_EQ(s_openTexts, (Strings{english(IDS_SAVE_TITLE), "txt", english(IDS_TYPE1_NAME), "*.*",
-                                    english(IDS_TYPE2_NAME), "*.txt"}));
-    ReplacedImport version(library(), "GetVersion", oldVersion);
-    save(2, 7);
-    EXPECT_EQ(s_open.Flags, DWORD(OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY | OFN_PATHMUSTEXIST |
-                                  OFN_ENABLETEMPLATE));
-    EXPECT_STREQ(s_open.lpTemplateName, "FILEOPEN");
-}
-
 TEST_F(SaveLog, FailuresAreTold)
 {
     const std::string failed = english(IDS_SAVE_FAILED);
@@ -765,25 +803,58 @@ TEST_F(SaveLog, FailuresAreTold)
     EXPECT_EQ(selection(), std::make_pair(DWORD(2), DWORD(7)));
 }
 
-// The dialog can change the current directory, which belongs to the panes.
-TEST_F(SaveLog, TheDialogLeavesThePanesTheirDirectory)
+// The dialog can change the current directory. The process goes back to where it was, unless the
+// panes have followed it.
+TEST_F(SaveLog, TheDialogMovesTheProcessOnlyWithThePanes)
 {
-    for (bool fChosen : {true, false}) {
-        s_inSave = [&](char* pszFile) {
-            lstrcpyA(pszFile, m_dir.path("child\\log.txt").c_str());
-            _chdir("child");
-            return fChosen;
-        };
-        save(2, 7);
-        EXPECT_EQ(currentDir(), m_dir.path());
-        EXPECT_TRUE(m_dir.holds("child\\log.txt"));
+    const struct {
+        std::string before; // what the panes show is the test's directory
+        bool fFollowed;
+        std::string after;
+    } cases[] = {{m_dir.path(), false, m_dir.path()},
+                 {m_dir.path("full"), false, m_dir.path("full")},
+                 {m_dir.path(), true, m_dir.path("child")},
+                 {m_dir.path("full"), true, m_dir.path("child")}};
+    for (const auto& c : cases) {
+        for (bool fChosen : {true, false}) {
+            goHome();
+            _chdir(c.before.c_str());
+            s_inSave = [&](char* pszFile) {
+                lstrcpyA(pszFile, m_dir.path("child\\log.txt").c_str());
+                _chdir(m_dir.path("child").c_str());
+                if (c.fFollowed) {
+                    vXferDandDRefreshLocalFiles(m_hwnd);
+                }
+                return fChosen;
+            };
+            save(2, 7);
+            EXPECT_EQ(currentDir(), c.after) << &c - cases << fChosen;
+            EXPECT_EQ(m_dir.holds("child\\log.txt"), fChosen);
+            DeleteFileA(m_dir.path("child\\log.txt").c_str());
+        }
     }
+    m_dir.enter();
     s_inSave = [&](char* pszFile) {
         nXferDandDDestroy(m_hwnd);
         return lstrcpyA(pszFile, "late.txt") != nullptr;
     };
     command(IDM_XFER_SAVESELECTION);
     EXPECT_FALSE(m_dir.holds("late.txt"));
+}
+
+// Entries that come while the dialog is open move all others, or push them out.
+TEST_F(SaveLog, WhatWasSelectedFirstIsSaved)
+{
+    const std::string entry(258, 'x');
+    hide();
+    s_inSave = [&](char* pszFile) {
+        for (int n = 0; n < 120; ++n) {
+            vXferDandDInfoLine(m_hwnd, entry.c_str());
+        }
+        return lstrcpyA(pszFile, "log.txt") != nullptr;
+    };
+    save(4, 11);
+    EXPECT_EQ(contentsOf("log.txt"), "pha\r\nbe\r\n");
 }
 
 } // namespace

@@ -16,8 +16,7 @@ namespace {
 void expectError(HWND hwndBox, DWORD dwError)
 {
     char szText[512] = "";
-    FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, dwError, GetUserDefaultLangID(), szText,
-                   sizeof szText, nullptr);
+    FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, dwError, 0, szText, sizeof szText, nullptr);
     EXPECT_EQ(textOf(hwndBox), "Korvalen");
     EXPECT_EQ(textOf(hwndBox, 0xFFFF), szText);
 }
@@ -97,8 +96,6 @@ ModalStep whenChecked(int idSide, int idEdit)
 }
 
 std::vector<DWORD> s_helped;
-std::string s_launched;
-std::function<void()> s_inRecord;
 
 BOOL WINAPI fakeWinHelp(HWND, LPCSTR, UINT uCommand, ULONG_PTR dwContext)
 {
@@ -107,25 +104,11 @@ BOOL WINAPI fakeWinHelp(HWND, LPCSTR, UINT uCommand, ULONG_PTR dwContext)
     return TRUE;
 }
 
-UINT WINAPI fakeWinExec(LPCSTR pszCommand, UINT)
-{
-    std::string name = pszCommand;
-    name.pop_back();
-    s_launched += name.substr(name.rfind('"') + 1);
-    return 33;
-}
-
-void WINAPI fakeRecordAction(HWND, int, const char*)
-{
-    s_inRecord();
-}
-
 class Dialog : public PaneWindow {
 protected:
     Dialog()
     {
         s_helped.clear();
-        s_launched.clear();
         m_dir.makeDirs({"other", "other\\deep", "child", "full"});
         m_dir.makeFiles({"a.txt", "b.txt", "name", "name.txt", "q1.log", "q2.log", "q3.log",
                          "other\\a.txt", "other\\b.txt", "full\\x"});
@@ -180,7 +163,7 @@ protected:
 
 private:
     ReplacedImport m_help{library(), "WinHelpA", fakeWinHelp};
-    ReplacedImport m_exec{library(), "WinExec", fakeWinExec};
+    StartedPrograms m_programs;
 };
 
 struct Kind {
@@ -266,7 +249,11 @@ TEST_P(OneNameDialog, DoesItsWorkOrStaysOpen)
     std::vector<ModalStep> steps = {start, whenChecked(c.idSide, c.kind.idName)};
     run(c.kind.idCommand, accepting(steps, c.dwError));
     EXPECT_EQ(s_helped, std::vector<DWORD>(2, c.kind.dwHelp));
-    EXPECT_EQ(s_launched + heard(), c.pszHeard);
+    std::string all = heard();
+    for (const std::string& started : StartedPrograms::take()) {
+        all += StartedPrograms::argumentOf(started);
+    }
+    EXPECT_EQ(all, c.pszHeard);
     if (strpbrk(c.pszName, "*?") != nullptr && c.idSide == ID_LOCAL) {
         EXPECT_EQ(s_searched, c.pszName);
     }
@@ -297,6 +284,21 @@ TEST_F(Dialog, AChangeOfDirectoryIsFollowed)
     m_dir.enter();
 }
 
+// Also where the mask of the list names the very directory that is shown.
+TEST_F(Dialog, ARowGoesWithItsFile)
+{
+    open();
+    type(IDC_DANDD_LOCALFILTER, m_dir.path("*.txt"));
+    for (const char* pszName : {"a.txt", "b.*"}) {
+        goHome();
+        run(IDM_XFER_DELETE, accepting({choose(IDC_DEL_NAME, pszName, ID_LOCAL)}, 0));
+        const Strings shown = rows(IDC_DANDD_LOCALFILES);
+        goHome();
+        EXPECT_EQ(shown, rows(IDC_DANDD_LOCALFILES)) << pszName;
+    }
+    EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), Strings{"name.txt"});
+}
+
 // The user typed with the panes in view: names must not mean files of another directory.
 TEST_F(Dialog, ANameMeansTheDirectoryThatIsShown)
 {
@@ -305,7 +307,7 @@ TEST_F(Dialog, ANameMeansTheDirectoryThatIsShown)
         int idName, idSide;
         const char *pszHeard, *pszLeft;
     } cases[] = {
-        {IDM_XFER_TRANSFER, IDC_COPY_SOURCE, IDC_COPY_SEND, "send a.txta.txt|sent: a.txt",
+        {IDM_XFER_TRANSFER, IDC_COPY_SOURCE, IDC_COPY_SEND, "send a.txt=a.txt|sent: a.txt",
          "a.txt b.txt"},
         {IDM_XFER_DELETE, IDC_DEL_NAME, ID_LOCAL, "local file deleted: a.txt", "b.txt"},
     };
@@ -410,11 +412,11 @@ struct Typed {
     const char* pszHeard;
 };
 const Typed TYPED[] = {
-    {IDC_COPY_SEND, "a.txt", "=h", 0, "send a.txt=h|sent: a.txt"},
-    {IDC_COPY_SEND, "other\\a.txt", "", 0, "send other\\a.txtother\\a.txt|sent: other\\a.txt"},
+    {IDC_COPY_SEND, "a.txt", "h", 0, "send a.txt=h|sent: a.txt"},
+    {IDC_COPY_SEND, "other\\a.txt", "", 0, "send other\\a.txt=other\\a.txt|sent: other\\a.txt"},
     {IDC_COPY_SEND, "none", "h", ERROR_FILE_NOT_FOUND, ""},
-    {IDC_COPY_RECEIVE, "=h", "new", 0, "receive =hnew|received: new"},
-    {IDC_COPY_RECEIVE, "h", "", 0, "receive hh|received: h"},
+    {IDC_COPY_RECEIVE, "h", "new", 0, "receive h=new|received: new"},
+    {IDC_COPY_RECEIVE, "h", "", 0, "receive h=h|received: h"},
     {IDC_COPY_RECEIVE, "h", "child", ERROR_CANNOT_MAKE, ""},
 };
 
@@ -447,6 +449,55 @@ TEST_F(Dialog, TypedNamesAreTransferred)
                  pressKey(hdlg, VK_ESCAPE);
                  return true;
              }});
+}
+
+// Whatever ends a dialog but an OK that went through is no acceptance.
+enum Way { BY_END, BY_DESTRUCTION, BY_QUIT };
+
+TEST_F(Dialog, OnlyAnOkAccepts)
+{
+    open();
+    for (Way way : {BY_END, BY_DESTRUCTION, BY_QUIT}) {
+        for (bool fRefused : {false, true}) {
+            for (bool fConfirming : {false, true}) {
+                SCOPED_TRACE(testing::Message() << way << fRefused << fConfirming);
+                char szLocal[260] = "none", szHost[260] = "h";
+                HWND hdlgOpen = nullptr;
+                auto leave = [&](HWND hdlg) {
+                    if (hdlg != hdlgOpen) {
+                        return false;
+                    }
+                    way == BY_END           ? void(EndDialog(hdlg, 0))
+                    : way == BY_DESTRUCTION ? void(DestroyWindow(hdlg))
+                                            : PostQuitMessage(0);
+                    return true;
+                };
+                auto start = [&](HWND hdlg) {
+                    hdlgOpen = hdlg;
+                    if (!fConfirming) {
+                        replaceText(hdlg, IDC_COPY_SOURCE, "none");
+                    }
+                    return !fRefused || (pressKey(hdlg, VK_RETURN), true);
+                };
+                auto box = [&](HWND hwnd) {
+                    return hwnd != hdlgOpen && (pressKey(hwnd, VK_RETURN), true);
+                };
+                auto call = [&] {
+                    if (fConfirming) {
+                        EXPECT_EQ(fXferDandDConfirmTransfer(m_hwnd, 1, szLocal, szHost), 0);
+                    } else {
+                        command(IDM_XFER_TRANSFER);
+                    }
+                };
+                runModal(m_hwnd, call,
+                         fRefused ? std::vector<ModalStep>{start, box, leave}
+                                  : std::vector<ModalStep>{start, leave});
+                pumpMessages(); // the end of the program that was asked for
+                EXPECT_STREQ(szLocal, "none");
+                EXPECT_EQ(heard(), "");
+            }
+        }
+    }
 }
 
 struct Renamed {
@@ -503,7 +554,45 @@ TEST_F(Dialog, ADialogWaitsForTheOneThatOpensOverIt)
                                 pressButton(hdlg, IDOK);
                                 return true;
                             }});
-    EXPECT_EQ(requests(), Strings{"send a.txta.txt"});
+    EXPECT_EQ(requests(), Strings{"send a.txt=a.txt"});
+}
+
+HWND s_hdlgOuter;
+
+INT_PTR CALLBACK innerProc(HWND hdlg, UINT uMessage, WPARAM, LPARAM)
+{
+    if (uMessage == WM_INITDIALOG) {
+        EXPECT_FALSE(IsWindowEnabled(s_hdlgOuter));
+        EndDialog(hdlg, 7);
+    }
+    return uMessage == WM_INITDIALOG;
+}
+
+// A dialog of the caller's, from a callback of one that is open.
+TEST_F(Dialog, ADialogIsDisabledUnderThatOfTheCaller)
+{
+    open();
+    for (bool fOff : {false, true}) {
+        m_inRequest = [&] {
+            s_hdlgOuter = GetActiveWindow();
+            EXPECT_EQ(GetWindow(s_hdlgOuter, GW_OWNER), m_hwnd);
+            EnableWindow(s_hdlgOuter, !fOff);
+            EXPECT_EQ(nXferDandDDialogBoxParam(m_hwnd, "DLGCONFIRM", innerProc, 0), 7);
+            EXPECT_EQ(IsWindowEnabled(s_hdlgOuter) != 0, !fOff);
+            EXPECT_TRUE(fOff || GetActiveWindow() == s_hdlgOuter);
+            EnableWindow(s_hdlgOuter, TRUE);
+        };
+        run(IDM_XFER_MAKEDIR, accepting({choose(IDC_DIR_NAME, "x", ID_HOST)}, 0));
+        EXPECT_EQ(requests(), Strings{"mkdir x"});
+    }
+    m_inRequest = nullptr;
+    // One of the library's that the caller runs is forgotten at its end.
+    runModal(
+        m_hwnd,
+        [&] { nXferDandDDialogBoxParam(m_hwnd, "DLGDEL", fDlgXferDandDDelProc, LPARAM(record())); },
+        {[](HWND hdlg) { return EndDialog(hdlg, 0) != 0; }});
+    run(IDM_XFER_MAKEDIR, accepting({choose(IDC_DIR_NAME, "x", ID_HOST)}, 0));
+    EXPECT_EQ(requests(), Strings{"mkdir x"});
 }
 
 TEST_F(Dialog, AFileIsRenamed)
@@ -701,6 +790,24 @@ TEST_F(Dialog, DialogsOpenInTheMiddleOfTheirWindow)
     }
 }
 
+// Where the window would be if it were restored.
+TEST_F(Dialog, ADialogOverAnIconCanBeSeen)
+{
+    open();
+    SetWindowPos(m_hwnd, nullptr, 40, 30, 700, 500, SWP_NOZORDER);
+    RECT rcOver[2];
+    for (bool fIcon : {false, true}) {
+        char szLocal[260] = "a.txt", szHost[260] = "h";
+        ShowWindow(m_hwnd, fIcon ? SW_MINIMIZE : SW_RESTORE);
+        runModal(m_hwnd, [&] { fXferDandDConfirmTransfer(m_hwnd, 1, szLocal, szHost); },
+                 {[&](HWND hdlg) {
+                     GetWindowRect(hdlg, &rcOver[fIcon]);
+                     return EndDialog(hdlg, 0) != 0;
+                 }});
+    }
+    EXPECT_TRUE(EqualRect(&rcOver[0], &rcOver[1])) << rcOver[1].left << ", " << rcOver[1].top;
+}
+
 enum Place { IN_DIALOG, IN_BOX, IN_CALLBACK, IN_RECORD };
 struct End {
     UINT idCommand;
@@ -742,9 +849,8 @@ TEST_P(DialogEnd, NothingIsTouchedAfterTheWindowHasGone)
         SCOPED_TRACE(testing::Message() << c.idCommand << " " << c.pszName << " " << place);
         Ledger ledger; // which shows a late touch
         open();
-        ReplacedImport record(library(), "KRUTILS.DLL", 41, fakeRecordAction);
         auto end = [&] { nXferDandDDestroy(m_hwnd); };
-        s_inRecord = place == IN_RECORD ? std::function<void()>(end) : [] {};
+        InRecord record(place == IN_RECORD ? std::function<void()>(end) : [] {});
         m_inRequest = place == IN_CALLBACK ? end : std::function<void()>();
         std::vector<ModalStep> steps = {choose(c.idName, c.pszName, c.idSide), [&](HWND hdlg) {
                                             place == IN_DIALOG ? end() : pressKey(hdlg, VK_RETURN);

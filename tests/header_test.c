@@ -1,6 +1,31 @@
 /* The public header is a C header: a caller in C declares a callback, takes an address of
    each kind of export and calls one. */
 #include "../include/krhaul.h"
+#include "../resources/ids.h"
+
+/* The header and the resources number the commands alike: a negative size ends the compilation. */
+#define SAME(name) typedef char same##name[XFERCMD_##name == IDM_XFER_##name ? 1 : -1]
+SAME(REMOVEDIR);
+SAME(HELP);
+SAME(TRANSFER);
+SAME(DELETE);
+SAME(MAKEDIR);
+SAME(RENAME);
+SAME(CONFIRM);
+SAME(REFRESH);
+SAME(TYPEAUTO);
+SAME(TYPETEXT);
+SAME(TYPEBINARY);
+SAME(COMMANDLINE);
+SAME(TWOPANE);
+SAME(VIEW);
+SAME(DETAILS);
+SAME(CHANGEDIR);
+SAME(COPY);
+SAME(SAVESELECTION);
+SAME(SELECTALL);
+SAME(HELPSEARCH);
+SAME(STOP);
 
 static int KRHAULAPI refuse(DWORD dwUserData, const char* pchText, LONG cchText, DWORD* pdwScratch)
 {

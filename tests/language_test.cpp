@@ -78,17 +78,4 @@ TEST(Language, LoadsAndChangesByCode)
     EXPECT_EQ(nXferDoLanguageChange(nullptr, "EN"), XFER_NOLANGUAGE);
 }
 
-TEST(Language, RealModulesComeAndGo)
-{
-    HMODULE hModule = nullptr;
-    EXPECT_EQ(nXferAllocLoadLanguage(&hModule, "EN"), XFER_OK);
-    EXPECT_EQ(hModule, GetModuleHandleA("XFREN.DLL"));
-    EXPECT_EQ(nXferDoLanguageChange(&hModule, "NOSUCH"), XFER_NOLANGUAGE);
-    EXPECT_EQ(hModule, nullptr);
-    EXPECT_EQ(GetModuleHandleA("XFREN.DLL"), nullptr);
-    EXPECT_EQ(nXferDoLanguageChange(&hModule, "EN"), XFER_OK);
-    EXPECT_NE(hModule, nullptr);
-    FreeLibrary(hModule);
-}
-
 } // namespace

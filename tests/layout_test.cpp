@@ -1,7 +1,7 @@
 // The anchored layout: where the controls are at every size and in both modes, and what a
 // change of size costs.
 #include "../resources/ids.h"
-#include "support/transfer_window.h"
+#include "support/looks.h"
 
 #include <map>
 #include <memory>
@@ -57,7 +57,7 @@ INT_PTR CALLBACK emptyProc(HWND, UINT, WPARAM, LPARAM)
     return 0;
 }
 
-class Layout : public TransferTest {
+class Layout : public PaneWindow {
 protected:
     void createMeasured(DWORD nMode = XFERVIEW_TWOPANE)
     {
@@ -186,6 +186,35 @@ TEST_F(Layout, TinyWindowsComeBackWhole)
     }
 }
 
+// On a small screen the platform cuts the window at its creation.
+LRESULT CALLBACK cutWindow(int nCode, WPARAM wParam, LPARAM lParam)
+{
+    const auto pSent = reinterpret_cast<const CWPRETSTRUCT*>(lParam);
+    if (nCode == HC_ACTION && pSent->message == WM_GETMINMAXINFO) {
+        reinterpret_cast<MINMAXINFO*>(pSent->lParam)->ptMaxTrackSize = {500, 300};
+    }
+    return CallNextHookEx(nullptr, nCode, wParam, lParam);
+}
+
+TEST_F(Layout, IsMeasuredAtTheSizeOfTheTemplate)
+{
+    HHOOK hhook = SetWindowsHookExA(WH_CALLWNDPROCRET, cutWindow, nullptr, GetCurrentThreadId());
+    m_hwnd = createOnly(m_parent.hwnd(), XFERVIEW_COMMANDLINE);
+    UnhookWindowsHookEx(hhook);
+    EXPECT_LE(clientSize().cx, 500);
+    HWND hwndCut = std::exchange(m_hwnd, nullptr);
+    createMeasured();
+    close();
+    m_hwnd = hwndCut;
+    for (const SIZE& size : {m_template, SIZE{600, 400}}) {
+        setClientSize(size.cx, size.cy);
+        for (DWORD nMode : {0u, 1u}) {
+            setMode(nMode);
+            expectLayout(nMode);
+        }
+    }
+}
+
 TEST_F(Layout, WhatHangsOnNoLineStays)
 {
     createMeasured();
@@ -201,9 +230,7 @@ TEST_F(Layout, WhatHangsOnNoLineStays)
 
 TEST_F(Layout, LogFollowsItsEndOnlyWhenItWasInView)
 {
-    auto first = [&] {
-        return SendDlgItemMessageA(m_hwnd, IDC_DANDD_INFOLINE, EM_GETFIRSTVISIBLELINE, 0, 0);
-    };
+    auto first = [&] { return tell(IDC_DANDD_INFOLINE, EM_GETFIRSTVISIBLELINE, 0, 0); };
     auto lastTop = [&] {
         HWND hwnd = item(IDC_DANDD_INFOLINE);
         RECT rc;
@@ -227,7 +254,7 @@ TEST_F(Layout, LogFollowsItsEndOnlyWhenItWasInView)
     vXferDandDInfoLine(m_hwnd, lines.c_str());
     SetFocus(item(IDC_DANDD_COMMANDLINE));
     const LONG heights[] = {300, 350, 200, 401, 400};
-    SendDlgItemMessageA(m_hwnd, IDC_DANDD_INFOLINE, EM_LINESCROLL, 0, lastTop() - first());
+    tell(IDC_DANDD_INFOLINE, EM_LINESCROLL, 0, lastTop() - first());
     for (LONG cy : heights) {
         setClientSize(600, cy);
         EXPECT_EQ(first(), lastTop()) << cy;
@@ -237,13 +264,18 @@ TEST_F(Layout, LogFollowsItsEndOnlyWhenItWasInView)
         setMode(nMode);
         EXPECT_EQ(first(), lastTop());
     }
+    // Also when it had no room for a line meanwhile.
+    for (LONG cy : {20, 0, 21, 400}) {
+        setClientSize(600, cy);
+    }
+    EXPECT_EQ(first(), lastTop());
     // Scrolled back by its user, or with the user in it, it stays.
-    SendDlgItemMessageA(m_hwnd, IDC_DANDD_INFOLINE, EM_LINESCROLL, 0, 5 - first());
+    tell(IDC_DANDD_INFOLINE, EM_LINESCROLL, 0, 5 - first());
     for (LONG cy : heights) {
         setClientSize(600, cy);
         EXPECT_EQ(first(), 5) << cy;
     }
-    SendDlgItemMessageA(m_hwnd, IDC_DANDD_INFOLINE, EM_LINESCROLL, 0, lastTop() - first());
+    tell(IDC_DANDD_INFOLINE, EM_LINESCROLL, 0, lastTop() - first());
     SetFocus(item(IDC_DANDD_INFOLINE));
     const LRESULT nKept = first();
     setClientSize(600, 250);

@@ -2,6 +2,7 @@
 # with root rights, its case is left out.
 find_program(KRHAUL_DOXYGEN doxygen)
 find_program(KRHAUL_PKG_CONFIG pkg-config)
+find_program(KRHAUL_CLANG clang)
 set(archive ${CPACK_PACKAGE_DIRECTORY}/krhaul-${PROJECT_VERSION}.zip)
 
 add_test(NAME Package.Make COMMAND cpack --config ${CMAKE_BINARY_DIR}/CPackConfig.cmake)
@@ -23,6 +24,14 @@ krhaul_package_test(Readme readme)
 krhaul_package_test(FindPackage find_package)
 krhaul_package_test(Guide guide)
 krhaul_package_test(Examples examples)
+if(KRHAUL_CLANG)
+    krhaul_package_test(Header header)
+endif()
+add_test(NAME Package.MakeCheck COMMAND ${CMAKE_COMMAND} --build ${CMAKE_BINARY_DIR}
+    --target check_archive)
+set_tests_properties(Package.MakeCheck PROPERTIES FIXTURES_SETUP check)
+krhaul_package_test(Windows windows)
+set_property(TEST Package.Windows APPEND PROPERTY FIXTURES_REQUIRED check)
 if(KRHAUL_PKG_CONFIG)
     krhaul_package_test(PkgConfig pkg_config)
 endif()

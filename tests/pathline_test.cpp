@@ -1,11 +1,13 @@
 // Enter and double clicks, what a typed text comes to, and the drives.
 #include "../resources/ids.h"
-#include "../transfer/rows.h"
+#include "../transfer/panes/rows.h"
 #include "support/imports.h"
 #include "support/pane_window.h"
+#include "support/subclassed.h"
 
 #include <algorithm>
 #include <direct.h>
+#include <utility>
 
 namespace {
 
@@ -126,6 +128,7 @@ Strings s_asked;
 DWORD s_dwVersion;
 std::vector<int> s_drives;
 int s_nChangeDrive;
+int s_nDrive; // of the process
 
 DWORD WINAPI fakeLogicalDrives()
 {
@@ -155,7 +158,13 @@ DWORD WINAPI fakeVersion()
 int fakeChdrive(int nDrive)
 {
     s_drives.push_back(nDrive);
+    s_nDrive = s_nChangeDrive == 0 ? nDrive : s_nDrive;
     return s_nChangeDrive;
+}
+
+int fakeGetdrive()
+{
+    return s_nDrive;
 }
 
 class Drives : public PaneWindow {
@@ -165,6 +174,7 @@ protected:
         s_asked.clear();
         s_drives.clear();
         s_nChangeDrive = 0;
+        s_nDrive = 3;
     }
     std::string shownDrive() const
     {
@@ -177,6 +187,7 @@ private:
     ReplacedImport m_type{library(), "GetDriveTypeA", fakeDriveType};
     ReplacedImport m_volume{library(), "GetVolumeInformationA", fakeVolume};
     ReplacedImport m_chdrive{library(), "_chdrive", fakeChdrive};
+    ReplacedImport m_getdrive{library(), "_getdrive", fakeGetdrive};
 };
 
 TEST_F(Drives, EachKindHasItsRow)
@@ -260,6 +271,38 @@ TEST_F(Drives, ATypedDriveIsFollowedByTheList)
         EXPECT_EQ(s_drives, c.nDrive == 0 ? std::vector<int>{} : std::vector<int>{c.nDrive});
     }
     EXPECT_EQ(recorded(), Strings{});
+}
+
+// The process can be on another drive than the one that was followed last: the typed one counts.
+// Only a drive that is new to the window moves the list.
+TEST_F(PathLine, ATypedDriveCountsWhereverTheProcessIs)
+{
+    const int nHome = _getdrive();
+    int nOther = 26;
+    while (nOther > 0 && (nOther == nHome || _chdrive(nOther) != 0)) {
+        --nOther;
+    }
+    if (nOther == 0) {
+        GTEST_SKIP() << "there is one drive only";
+    }
+    m_dir.enter();
+    m_dir.makeFile("a.txt");
+    open();
+    for (bool fRefilled : {false, true}) {
+        _chdrive(nOther);
+        if (fRefilled) {
+            vXferDandDRefreshLocalFiles(m_hwnd);
+        }
+        tell(IDC_DANDD_LOCALDRIVES, CB_SETCURSEL, WPARAM(-1));
+        type(IDC_DANDD_LOCALFILTER, m_dir.path("*.txt"));
+        enter(IDC_DANDD_LOCALFILTER);
+        pumpMessages();
+        EXPECT_EQ(currentDir(), m_dir.path());
+        EXPECT_EQ(text(IDC_DANDD_LOCALPATH), m_dir.path());
+        EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), Strings{"a.txt"});
+        EXPECT_EQ(tell(IDC_DANDD_LOCALDRIVES, CB_GETCURSEL), CB_ERR);
+    }
+    m_dir.enter();
 }
 
 TEST_F(PathLine, LocalDirectoryRowsAreEntered)
@@ -360,8 +403,57 @@ TEST_F(PathLine, EnterAsksTheCaller)
     EXPECT_EQ(heard(), "chdir " + longest + " 0|host directory: " + longest);
 }
 
+// Paintings and changes of a text ask the caller's windows, which can end the window.
+TEST_F(PathLine, APaintingMayEndTheWindow)
+{
+    const struct {
+        UINT uMessage;
+        int idControl; // that it is about
+    } ends[] = {{WM_CTLCOLORSTATIC, IDC_DANDD_LOCALPATH},
+                {WM_CTLCOLOREDIT, IDC_DANDD_LOCALFILTER},
+                {WM_COMMAND, IDC_DANDD_LOCALFILTER}};
+    for (const auto& end : ends) {
+        for (int idControl : {IDC_DANDD_LOCALTYPES, IDC_DANDD_LOCALFILTER}) {
+            open();
+            pumpMessages();
+            SetFocus(item(idControl));
+            Subclassed window(m_hwnd, [&](UINT uMessage, WPARAM wParam, LPARAM lParam) {
+                if (uMessage == end.uMessage && HWND(lParam) == item(end.idControl) &&
+                    (uMessage != WM_COMMAND || HIWORD(wParam) == EN_CHANGE)) {
+                    nXferDandDDestroy(m_hwnd);
+                }
+                return false;
+            });
+            command(IDOK);
+            EXPECT_FALSE(IsWindow(m_hwnd)) << end.uMessage << " " << idControl;
+        }
+    }
+}
+
+// What a filter is applied with overwrites no text of the request.
+HWND s_hwndFed;
+std::string s_filter;
+
+void KRHAULAPI feedAndFilter(DWORD, DWORD, DWORD, const char* pszFilter)
+{
+    for (const char* psz : {"a", "b", "c"}) {
+        nXferDandDAddHostFileName(s_hwndFed, psz);
+        nXferDandDRemoveHostFileName(s_hwndFed, psz);
+    }
+    s_filter = pszFilter;
+}
+
 TEST_F(PathLine, ACallbackMayFeedThePanes)
 {
+    const auto pfnFilter = std::exchange(m_callbacks.pfnHostFilter, feedAndFilter);
+    open();
+    s_hwndFed = m_hwnd;
+    feedHost({"f"});
+    type(IDC_DANDD_HOSTFILTER, "*.c");
+    enter(IDC_DANDD_HOSTFILTER);
+    EXPECT_EQ(s_filter, "*.c");
+    m_callbacks.pfnHostFilter = pfnFilter;
+    close();
     open();
     feedHost({"f"});
     m_inRequest = [this] {

@@ -1,5 +1,5 @@
 // The rows of the panes: order, search, removal, records, widths, and the local listing.
-#include "../transfer/rows.h"
+#include "../transfer/panes/rows.h"
 #include "../resources/ids.h"
 #include "support/found.h"
 #include "support/imports.h"
@@ -7,7 +7,6 @@
 #include "support/pane_window.h"
 
 #include <algorithm>
-#include <stdio.h>
 
 namespace {
 
@@ -336,43 +335,6 @@ TEST_F(Rows, RefreshGivesTheRowsOfThePlainWay)
         EXPECT_EQ(text(IDC_DANDD_LOCALFILTER), mask.pszText);
         EXPECT_EQ(records(), rows(IDC_DANDD_LOCALDIRS).size() + 1);
     }
-}
-
-// Names of a large directory, in order, of which each has the place n * 7919 in the disorder.
-Strings manyNames(size_t cNames)
-{
-    Strings names;
-    char szName[20];
-    for (size_t n = 0; n < cNames; ++n) {
-        sprintf(szName, "Name %06u", unsigned(n));
-        names.push_back(szName);
-    }
-    return names;
-}
-
-TEST_F(Rows, LargeDirectoriesAreWholeAndInOrder)
-{
-    constexpr size_t STEP = 7919;
-    const Strings files = manyNames(100000);
-    const Strings dirs = manyNames(10000);
-    hide();
-    vXferDandDSetBusyState(m_hwnd, 1);
-    for (size_t n = 0; n < files.size(); ++n) {
-        const std::string& name = files[n * STEP % files.size()];
-        m_files.entries.push_back({name});
-        nXferDandDAddHostFileName(m_hwnd, name.c_str());
-    }
-    for (size_t n = 0; n < dirs.size(); ++n) {
-        const std::string& name = dirs[n * STEP % dirs.size()];
-        m_files.entries.push_back({name, FILE_ATTRIBUTE_DIRECTORY});
-        nXferDandDAddHostSubDir(m_hwnd, name.c_str());
-    }
-    vXferDandDSetBusyState(m_hwnd, 0);
-    refresh();
-    EXPECT_TRUE(rows(IDC_DANDD_HOSTFILES) == files);
-    EXPECT_TRUE(rows(IDC_DANDD_LOCALFILES) == files);
-    EXPECT_TRUE(children(IDC_DANDD_HOSTDIRS, 1) == dirs);
-    EXPECT_TRUE(children(IDC_DANDD_LOCALDIRS, 2) == dirs);
 }
 
 // Orders change with the locale of the thread, and its code page with that.

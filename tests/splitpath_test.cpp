@@ -1,8 +1,10 @@
 // Taking a typed path apart, in the objects that the library is made of: a function of its text
 // but for one search, which the test answers.
-#include "../transfer/splitpath.h"
+#include "../transfer/panes/splitpath.h"
+#include "support/codepage.h"
 #include "support/found.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -67,9 +69,17 @@ const Case CASES[] = {
     {"c:\\a..b", "c:", "\\a..\\", "b", true},
 };
 
+// The second byte of a letter may look like a backslash.
+const Case WITH_LETTERS[] = {
+    {"c:\\" KANJI "\\*.txt", "c:", "\\" KANJI "\\", "*.txt"},
+    {"c:\\a\\" KANA ".txt", "c:", "\\a\\", KANA ".txt", true},
+    {KANJI, "", "", KANJI, true},
+    {"\\" KANA KANJI "\\", "", "\\" KANA KANJI "\\", ""},
+};
+
 TEST_F(SplitPath, TakesDriveDirectoryAndNameApart)
 {
-    for (const Case& c : CASES) {
+    auto expectParts = [&](const Case& c) {
         SCOPED_TRACE(c.pszPath);
         XferPathParts parts;
         memset(&parts, 'x', sizeof parts);
@@ -80,7 +90,10 @@ TEST_F(SplitPath, TakesDriveDirectoryAndNameApart)
         EXPECT_STREQ(parts.szName, c.pszName);
         EXPECT_EQ(parts.fWildcard, strpbrk(c.pszName, "*?") != nullptr);
         EXPECT_EQ(m_files.masks.size(), c.fSearched ? 1u : 0u);
-    }
+    };
+    std::for_each(std::begin(CASES), std::end(CASES), expectParts);
+    DoubleByteLetters letters(GetModuleHandleA(nullptr));
+    std::for_each(std::begin(WITH_LETTERS), std::end(WITH_LETTERS), expectParts);
 }
 
 TEST_F(SplitPath, RejectsWhatIsNoShortPath)

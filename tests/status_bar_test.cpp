@@ -2,6 +2,7 @@
 #include "../include/krhaul.h"
 #include "../resources/ids.h"
 #include "support/picture.h"
+#include "support/strict.h"
 #include "support/windows.h"
 
 #include <gtest/gtest.h>
@@ -104,6 +105,7 @@ protected:
     }
 
     ParentWindow m_parent;
+    StrictPlatform m_strict;
     HWND m_hdlgStat;
     HWND m_hwndBar;
     RECT m_rc = {};
@@ -142,6 +144,30 @@ TEST_F(StatusBar, StartClearsItToTheCentredText)
         expectBar(0, (cx - textWidth(m_hwndBar, notKnown)) / 2, notKnown);
         show(71);
         expectBar(1 + int(ceil(double(cx) * 71.0 * 0.01)), cx / 2, "71%");
+    }
+}
+
+// In the order of calls that callers use, with no message handled before; also for a file that ends
+// before the first one is.
+TEST_F(StatusBar, AFirstPaintingLeavesWhatItShows)
+{
+    for (bool fEnds : {false, true}) {
+        for (bool fAtOnce : {false, true}) {
+            StrictPlatform::paintAtOnce(fAtOnce);
+            nXferStatDestroy(m_hdlgStat);
+            m_hdlgStat = hdlgXferStatCreate("", 0, m_parent.hwnd(), 0, 0);
+            m_hwndBar = GetDlgItem(m_hdlgStat, IDC_STAT_BAR);
+            SetWindowPos(m_hdlgStat, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+            nXferStatFileInfo(m_hdlgStat, "a", "b", 100);
+            nXferStatStartTransfer(m_hdlgStat);
+            if (fEnds) {
+                nXferStatCountInfo(m_hdlgStat, 100);
+                nXferStatEndTransfer(m_hdlgStat);
+            }
+            const Picture before(m_hwndBar);
+            pumpMessages();
+            EXPECT_EQ(before.difference(Picture(m_hwndBar)), "") << fEnds << fAtOnce;
+        }
     }
 }
 

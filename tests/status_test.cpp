@@ -1,9 +1,11 @@
 // The status window: its slots, its calls, its figures and its procedure.
 #include "../include/krhaul.h"
 #include "../resources/ids.h"
+#include "support/clock.h"
 #include "support/help.h"
 #include "support/input.h"
 #include "support/ledger.h"
+#include "support/strict.h"
 #include "support/subclassed.h"
 #include "support/windows.h"
 
@@ -15,13 +17,6 @@ namespace {
 HMODULE library()
 {
     return GetModuleHandleA("KRHAUL.DLL");
-}
-
-// The clock of the library, set by the test.
-DWORD s_dwNow;
-DWORD WINAPI fakeTickCount()
-{
-    return s_dwNow;
 }
 
 // The timers of the library: id and window of those that run.
@@ -60,11 +55,9 @@ HDC WINAPI windowsDC(HWND hwnd)
 class Status : public testing::Test {
 protected:
     Status()
-        : m_clock(library(), "GetTickCount", fakeTickCount),
-          m_setTimer(library(), "SetTimer", fakeSetTimer),
+        : m_setTimer(library(), "SetTimer", fakeSetTimer),
           m_killTimer(library(), "KillTimer", fakeKillTimer), m_getDC(library(), "GetDC", windowsDC)
     {
-        s_dwNow = 5000;
         s_timers.clear();
         s_fTimersFail = false;
         s_cTimersSet = 0;
@@ -73,15 +66,20 @@ protected:
     }
     ~Status() override
     {
+        for (HWND hwnd : m_windows) {
+            nXferStatDestroy(hwnd);
+        }
         EXPECT_EQ(Ledger::owed(), "");
         EXPECT_TRUE(s_timers.empty());
         FreeLibrary(m_hEnglish);
     }
 
+    // Goes with the test, if it is still there.
     HWND create(DWORD dwLabel = 1)
     {
         HWND hwnd = hdlgXferStatCreate("Title", dwLabel, m_parent.hwnd(), 0, 0);
         EXPECT_NE(hwnd, nullptr);
+        m_windows.push_back(hwnd);
         return hwnd;
     }
 
@@ -93,7 +91,7 @@ protected:
 
     void tickAfter(HWND hwnd, DWORD dwMs)
     {
-        s_dwNow += dwMs;
+        FakeClock::s_dwNow += dwMs;
         SendMessageA(hwnd, WM_TIMER, 0, 0);
     }
 
@@ -101,8 +99,11 @@ protected:
     HMODULE m_hEnglish;
 
 private:
+    std::vector<HWND> m_windows;
+    StrictPlatform m_strict;
     Ledger m_ledger;
-    ReplacedImport m_clock, m_setTimer, m_killTimer, m_getDC;
+    FakeClock m_clock{5000};
+    ReplacedImport m_setTimer, m_killTimer, m_getDC;
 };
 
 // The boxes that were asked of KRUTILS; the module still has the text when one is shown.
@@ -258,7 +259,6 @@ TEST_F(Status, CreationFailuresLeaveNothing)
     HWND hwnd = create();
     nXferStatStartTransfer(hwnd);
     EXPECT_EQ(s_timers.count(0), 1u);
-    nXferStatDestroy(hwnd);
 }
 
 TEST_F(Status, FileInfoAndErrorsShowAtOnce)
@@ -278,7 +278,6 @@ TEST_F(Status, FileInfoAndErrorsShowAtOnce)
     nXferStatErrorInfo(hwnd, 0, 0xFFFFFFFF);
     EXPECT_EQ(textOf(hwnd, IDC_STAT_ERRORS1), "0");
     EXPECT_EQ(textOf(hwnd, IDC_STAT_ERRORS2), "4294967295");
-    nXferStatDestroy(hwnd);
 }
 
 constexpr LONG NO_MESSAGE = -1;
@@ -315,7 +314,7 @@ TEST_F(Status, TickTurnsValuesIntoFigures)
         SCOPED_TRACE(testing::Message()
                      << tick.cbCount << " of " << tick.cbSize << " in " << tick.dwMs);
         // The clock runs over the end of the counter meanwhile.
-        s_dwNow = 0xFFFFFF00;
+        FakeClock::s_dwNow = 0xFFFFFF00;
         HWND hwnd = create();
         for (int id : {IDC_STAT_RATE, IDC_STAT_REMAINING, IDC_STAT_TIMELEFT}) {
             SetDlgItemTextA(hwnd, id, KEPT);
@@ -361,12 +360,11 @@ TEST_F(Status, StartAndEndRunOneTimer)
     EXPECT_EQ(nXferStatStartTransfer(hwnd), XFER_OK);
     EXPECT_EQ(s_timers.size(), 1u);
     nXferStatCountInfo(hwnd, 40);
-    s_dwNow += 2000;
+    FakeClock::s_dwNow += 2000;
     EXPECT_EQ(nXferStatEndTransfer(hwnd), XFER_OK);
     EXPECT_EQ(textOf(hwnd, IDC_STAT_ELAPSED), "00:00:02");
     EXPECT_EQ(textOf(hwnd, IDC_STAT_RATE), "20");
     EXPECT_TRUE(s_timers.empty());
-    nXferStatDestroy(hwnd);
 }
 
 TEST(StatusTimer, TicksByItselfOnceStarted)
@@ -397,70 +395,6 @@ TEST_F(Status, StatusTextIsCutToItsFieldAndStays)
     hwnd = create();
     tickAfter(hwnd, 0);
     EXPECT_EQ(textOf(hwnd, IDC_STAT_STATUS), longText.substr(0, 79));
-    nXferStatDestroy(hwnd);
-}
-
-// A language module whose strings are as long as the test wants.
-size_t s_cchString;
-std::vector<int> s_bufferSizes;
-int WINAPI fakeLoadString(HINSTANCE, UINT, LPSTR pszBuffer, int cchBuffer)
-{
-    s_bufferSizes.push_back(cchBuffer);
-    const std::string text(std::min(s_cchString, size_t(cchBuffer) - 1), 'm');
-    lstrcpyA(pszBuffer, text.c_str());
-    return int(text.size());
-}
-
-size_t s_cchWritten;
-BOOL WINAPI recordingExtTextOut(HDC, int, int, UINT, const RECT*, LPCSTR, UINT cch, const INT*)
-{
-    s_cchWritten = cch;
-    return TRUE;
-}
-
-TEST_F(Status, StringsHaveRoomForTheirLimits)
-{
-    const struct {
-        int cchBuffer;
-        void (*pfnShow)(HWND);
-        std::vector<int> controls; // none: the text goes onto the bar
-        size_t cchKept;            // what an empty string leaves
-    } cases[] = {
-        {20, [](HWND hwnd) { nXferStatFileInfo(hwnd, "a", "b", 0); }, {IDC_STAT_SIZE}, 0},
-        {80,
-         [](HWND hwnd) { SendMessageA(hwnd, WM_TIMER, 0, 0); },
-         {IDC_STAT_REMAINING, IDC_STAT_TIMELEFT},
-         0},
-        {30, [](HWND hwnd) { nXferStatStartTransfer(hwnd); }, {}, 0},
-        {10, [](HWND hwnd) { vXferStatButtonText(hwnd, 1); }, {IDC_STAT_BUTTON}, 9},
-    };
-    ReplacedImport load(library(), "LoadStringA", fakeLoadString);
-    ReplacedImport write(library(), "ExtTextOutA", recordingExtTextOut);
-    for (size_t cch : {50u, 49u, 0u}) {
-        s_cchString = cch;
-        s_bufferSizes.clear();
-        HWND hwnd = create(0);
-        EXPECT_EQ(s_bufferSizes, std::vector<int>{50});
-        EXPECT_EQ(textOf(hwnd, IDC_STAT_LABEL), std::string(std::min<size_t>(cch, 49), 'm'));
-        nXferStatDestroy(hwnd);
-    }
-    HWND hwnd = create();
-    for (const auto& c : cases) {
-        // Too long by one, exact, and empty behind one that isn't.
-        for (int cch : {c.cchBuffer, c.cchBuffer - 1, 0}) {
-            SCOPED_TRACE(testing::Message() << cch << " characters for " << c.cchBuffer);
-            s_cchString = size_t(cch);
-            s_bufferSizes.clear();
-            c.pfnShow(hwnd);
-            EXPECT_EQ(s_bufferSizes, std::vector<int>{c.cchBuffer});
-            const size_t cchShown = cch == 0 ? c.cchKept : size_t(c.cchBuffer) - 1;
-            for (int id : c.controls) {
-                EXPECT_EQ(textOf(hwnd, id), std::string(cchShown, 'm'));
-            }
-            EXPECT_TRUE(!c.controls.empty() || s_cchWritten == cchShown);
-        }
-    }
-    nXferStatDestroy(hwnd);
 }
 
 TEST_F(Status, ButtonTakesItsCaptions)
@@ -481,7 +415,6 @@ TEST_F(Status, ButtonTakesItsCaptions)
     vXferStatButtonText(hwnd, XFERSTAT_CAPTION_NONE);
     vXferStatButtonText(hwnd, XFERSTAT_CAPTION_STOP);
     EXPECT_FALSE(IsWindowVisible(hwndButton));
-    nXferStatDestroy(hwnd);
 }
 
 TEST_F(Status, NoSlotNoEffect)
@@ -500,7 +433,6 @@ TEST_F(Status, NoSlotNoEffect)
     vXferStatDummy();
     EXPECT_TRUE(IsWindow(m_parent.hwnd()));
     EXPECT_EQ(textOf(hwndOwn, IDC_STAT_SIZE), "");
-    nXferStatDestroy(hwndOwn);
 }
 
 TEST_F(Status, TheCallerGoesOnWhenTheUserClosesTheWindow)
@@ -525,7 +457,6 @@ TEST_F(Status, TheCallerGoesOnWhenTheUserClosesTheWindow)
     EXPECT_EQ(nXferStatDestroy(hwnd), XFER_OK);
     EXPECT_EQ(m_parent.messages(), (std::vector<Message>{{WM_XFERSTAT_CLOSED, 0, 0}}));
     EXPECT_EQ(nXferStatDestroy(hwnd), XFER_NOWINDOW);
-    nXferStatDestroy(hwndNext);
 }
 
 // A caller that destroys the window from inside its last tick or its end, and makes another, which
@@ -572,6 +503,80 @@ TEST_F(Status, SurvivesCallsFromInsideItsEnd)
     }
 }
 
+// A listener at the figures, which changes what they come from.
+TEST_F(Status, ATickGoesByWhatItFoundFirst)
+{
+    ParentWindow other;
+    for (bool fEnds : {false, true}) {
+        HWND hwnd = create(), hwndNext = nullptr;
+        nXferStatFileInfo(hwnd, "a", "b", 100);
+        nXferStatCountInfo(hwnd, 40);
+        Subclassed listening(GetDlgItem(hwnd, IDC_STAT_REMAINING),
+                             [&](UINT uMessage, WPARAM, LPARAM) {
+                                 if (uMessage != WM_SETTEXT || hwndNext != nullptr) {
+                                     return false;
+                                 }
+                                 hwndNext = hwnd;
+                                 if (fEnds) {
+                                     nXferStatDestroy(hwnd);
+                                     hwndNext = hdlgXferStatCreate("next", 0, other.hwnd(), 0, 0);
+                                     nXferStatFileInfo(hwndNext, "c", "d", 10);
+                                     nXferStatCountInfo(hwndNext, 4);
+                                 } else {
+                                     nXferStatFileInfo(hwnd, "a", "b", 0);
+                                 }
+                                 return fEnds;
+                             });
+        m_parent.messages();
+        tickAfter(hwnd, 1000);
+        EXPECT_EQ(other.messages(), std::vector<Message>{});
+        // The end of a window has a last tick of its own.
+        std::vector<Message> told = {{WM_XFERSTAT_PERCENT, 40, 0}};
+        if (fEnds) {
+            told.push_back({WM_XFERSTAT_CLOSED, 0, 0});
+        }
+        EXPECT_EQ(m_parent.messages(), told);
+        // The next window knows nothing of that tick: its own finds a change.
+        if (fEnds) {
+            tickAfter(hwndNext, 1000);
+            EXPECT_EQ(other.messages(), (std::vector<Message>{{WM_XFERSTAT_PERCENT, 40, 0}}));
+        }
+        EXPECT_EQ(nXferStatDestroy(hwndNext), XFER_OK);
+    }
+}
+
+// The handle of a window that was closed is the next window's.
+HWND s_hwndReused;
+HWND WINAPI reuseHandle(HINSTANCE, LPCSTR, HWND, DLGPROC, LPARAM)
+{
+    return s_hwndReused;
+}
+
+TEST_F(Status, TheLivingWindowCountsWhereHandlesAreReused)
+{
+    ParentWindow second;
+    ReplacedImport dialog(library(), "CreateDialogParamA", reuseHandle);
+    s_hwndReused = CreateDialogParamA(m_hEnglish, "DLGXFER", nullptr, fDlgXferStatProc, 0);
+    EXPECT_EQ(create(), s_hwndReused);
+    fDlgXferStatProc(s_hwndReused, WM_NCDESTROY, 0, 0);
+    EXPECT_EQ(nXferStatFileInfo(s_hwndReused, "gone", "gone", 7), XFER_OK);
+    EXPECT_EQ(textOf(s_hwndReused, IDC_STAT_NAME1), "");
+    EXPECT_EQ(hdlgXferStatCreate("", 1, second.hwnd(), 0, 0), s_hwndReused);
+    nXferStatFileInfo(s_hwndReused, "a", "b", 100);
+    EXPECT_EQ(textOf(s_hwndReused, IDC_STAT_NAME1), "a");
+    nXferStatStartTransfer(s_hwndReused);
+    EXPECT_EQ(s_timers.count(1), 1u);
+    nXferStatCountInfo(s_hwndReused, 50);
+    tickAfter(s_hwndReused, 1000);
+    EXPECT_EQ(second.messages(), (std::vector<Message>{{WM_XFERSTAT_PERCENT, 50, 0}}));
+    EXPECT_EQ(nXferStatDestroy(s_hwndReused), XFER_OK);
+    EXPECT_EQ(second.messages(), (std::vector<Message>{{WM_XFERSTAT_CLOSED, 0, 0}}));
+    // What is left is the place of the one that was closed.
+    EXPECT_EQ(nXferStatDestroy(s_hwndReused), XFER_OK);
+    EXPECT_EQ(m_parent.messages(), (std::vector<Message>{{WM_XFERSTAT_CLOSED, 0, 0}}));
+    EXPECT_EQ(nXferStatDestroy(s_hwndReused), XFER_NOWINDOW);
+}
+
 TEST_F(Status, HelpAndFocusGoByTheParentOfTheLastWindow)
 {
     HelpCalls help;
@@ -588,11 +593,15 @@ TEST_F(Status, HelpAndFocusGoByTheParentOfTheLastWindow)
         EXPECT_EQ(call.uCommand, UINT(HELP_CONTEXT));
         EXPECT_EQ(call.data, 990u);
     }
+    {
+        HelpCalls shownByKrutils(nullptr);
+        SendMessageA(hwnd, WM_XFER_HELP, 0, 0);
+        EXPECT_TRUE(shownByKrutils.take().empty());
+    }
     SetFocus(hwnd);
     SendMessageA(hwnd, WM_XFERSTAT_FOCUSPARENT, 0, 0);
     EXPECT_EQ(GetFocus(), second.hwnd());
     nXferStatDestroy(hwndSecond);
-    nXferStatDestroy(hwnd);
 }
 
 // How a window is painted as an icon: the background that its class has for that, then the icon.
@@ -633,13 +642,10 @@ TEST_F(Status, ProcedureAnswersByItsTable)
                  {WM_COMMAND, IDCANCEL, 1, 1},
                  {WM_COMMAND, IDC_STAT_BUTTON, 1, 1},
                  {WM_COMMAND, MAKELONG(IDC_STAT_BUTTON, BN_DOUBLECLICKED), 1, 1},
-                 {WM_COMMAND, IDOK, 0, 0},
                  {WM_COMMAND, IDC_STAT_BAR, 0, 0},
                  {WM_TIMER, 12345, 1, 1},
                  {WM_ERASEBKGND, 0, 0, 1},
                  {WM_PAINT, 0, 0, 1},
-                 {WM_SIZE, 0, 0, 0},
-                 {WM_XFERSTAT_PERCENT, 0, 0, 0},
                  {WM_CLOSE, 0, 1, 1}};
     HelpCalls help;
     ReplacedImport erase(library(), "DefDlgProcA", recordingDefDlgProc);
@@ -661,7 +667,6 @@ TEST_F(Status, ProcedureAnswersByItsTable)
     EXPECT_FALSE(IsWindow(hwnd));
     EXPECT_FALSE(IsWindow(hwndIcon));
     nXferStatDestroy(hwndIcon);
-    nXferStatDestroy(hwnd);
 }
 
 // What a caller does that wants to know of Stop and Cancel.
@@ -683,7 +688,6 @@ TEST_F(Status, ASubclassSeesRealPressesOfItsButtons)
         EXPECT_EQ(commands, std::vector<WORD>{WORD(id)});
         EXPECT_TRUE(IsWindow(hwnd));
     }
-    nXferStatDestroy(hwnd);
 }
 
 } // namespace

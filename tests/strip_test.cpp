@@ -1,16 +1,11 @@
 // The message strip: where its boxes are, what is painted into them, and how often.
 #include "../resources/ids.h"
-#include "support/transfer_window.h"
+#include "support/clock.h"
+#include "support/looks.h"
 
 #include <limits.h>
 
 namespace {
-
-DWORD s_dwNow;
-DWORD WINAPI fakeTickCount()
-{
-    return s_dwNow;
-}
 
 constexpr COLORREF RED = RGB(255, 0, 0);
 
@@ -21,11 +16,10 @@ struct Geometry {
     RECT rcStrip, rcText, rcThermo, rcBar;
 };
 
-class Strip : public TransferTest {
+class Strip : public PaneWindow {
 protected:
-    Strip() : m_clock(krhaul(), "GetTickCount", fakeTickCount)
+    Strip()
     {
-        s_dwNow = 100000;
         HDC hdc = GetDC(nullptr);
         TEXTMETRICA metrics;
         GetTextMetricsA(hdc, &metrics);
@@ -88,7 +82,7 @@ protected:
     LONG m_cyStrip;
 
 private:
-    ReplacedImport m_clock;
+    FakeClock m_clock{100000};
 };
 
 // The colour that the strip has at a place where boxes stand: each of their lines with its last
@@ -141,7 +135,7 @@ TEST_F(Strip, ClipsItsTextsToTheirBoxes)
     // The number, as the string of the language has it.
     for (DWORD dwPosition : {0u, 1u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFEu}) {
         char szExpected[80];
-        wsprintfA(szExpected, stringOf(m_hEnglish, IDS_THERMO_COUNT).c_str(), dwPosition);
+        wsprintfA(szExpected, english(IDS_THERMO_COUNT).c_str(), dwPosition);
         vXferDandDUpdateThermometer(m_hwnd, LONG(dwPosition));
         drawn = texts.of(m_hwnd);
         ASSERT_EQ(drawn.size(), 2u);
@@ -223,13 +217,47 @@ TEST_F(Strip, DrawsNothingWhereThereIsNoRoom)
     EXPECT_TRUE(fSeen);
 }
 
+// Pens: the first of the two that are made fails.
+int s_nPen;
+HGDIOBJ s_selected;
+
+HPEN WINAPI failingCreatePen(int nStyle, int cx, COLORREF clr)
+{
+    return s_nPen++ == 0 ? nullptr : CreatePen(nStyle, cx, clr);
+}
+
+HGDIOBJ WINAPI notingSelectObject(HDC hdc, HGDIOBJ h)
+{
+    s_selected = GetObjectType(h) == OBJ_PEN ? h : s_selected;
+    return SelectObject(hdc, h);
+}
+
+BOOL WINAPI checkingDeleteObject(HGDIOBJ h)
+{
+    EXPECT_TRUE(h == nullptr || h != s_selected) << "it is selected";
+    return DeleteObject(h);
+}
+
+TEST_F(Strip, NoPenIsDeletedWhileItIsSelected)
+{
+    create();
+    ReplacedImport make(library(), "CreatePen", failingCreatePen);
+    ReplacedImport select(library(), "SelectObject", notingSelectObject);
+    ReplacedImport drop(library(), "DeleteObject", checkingDeleteObject);
+    s_nPen = 0;
+    s_selected = nullptr;
+    InvalidateRect(m_hwnd, nullptr, FALSE);
+    UpdateWindow(m_hwnd);
+    EXPECT_GT(s_nPen, 1);
+}
+
 TEST_F(Strip, PaintsTheThermometerTwiceASecondAtMost)
 {
     create();
     // Also while the counter of the clock runs over.
     for (DWORD dwStart : {DWORD(1000000), DWORD(-700), DWORD(-500), DWORD(-200), DWORD(-1)}) {
         SCOPED_TRACE(dwStart);
-        s_dwNow = dwStart;
+        FakeClock::s_dwNow = dwStart;
         vXferDandDSetThermometer(m_hwnd, 100);
         EXPECT_TRUE(takeUpdate());
         vXferDandDUpdateThermometer(m_hwnd, -1);
@@ -242,25 +270,25 @@ TEST_F(Strip, PaintsTheThermometerTwiceASecondAtMost)
         };
         for (Step step : {Step{0, false}, Step{100, false}, Step{500, false}, Step{501, true},
                           Step{500, false}, Step{5000, true}, Step{1, false}}) {
-            DWORD dwPainted = s_dwNow;
-            s_dwNow += step.dwMs;
+            DWORD dwPainted = FakeClock::s_dwNow;
+            FakeClock::s_dwNow += step.dwMs;
             vXferDandDUpdateThermometer(m_hwnd, 2);
             EXPECT_EQ(takeUpdate(), step.fPainted) << step.dwMs;
             if (!step.fPainted) {
-                s_dwNow = dwPainted;
+                FakeClock::s_dwNow = dwPainted;
             }
         }
         // Off shows at once, and so does the next run, at whatever time.
         vXferDandDUpdateThermometer(m_hwnd, -1);
         EXPECT_TRUE(takeUpdate());
-        s_dwNow = 400;
+        FakeClock::s_dwNow = 400;
         vXferDandDUpdateThermometer(m_hwnd, 3);
         EXPECT_TRUE(takeUpdate());
         // The paint counts, whatever it was for.
-        s_dwNow += 5000;
+        FakeClock::s_dwNow += 5000;
         vXferDandDSetThermometer(m_hwnd, 100);
         EXPECT_TRUE(takeUpdate());
-        s_dwNow += 500;
+        FakeClock::s_dwNow += 500;
         vXferDandDUpdateThermometer(m_hwnd, 4);
         EXPECT_FALSE(takeUpdate());
     }

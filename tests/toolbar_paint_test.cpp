@@ -1,5 +1,7 @@
 // The looks of the toolbar, pixel by pixel, and the drawing objects behind them.
 #include "../resources/ids.h"
+#include "../toolbar/bitmap.h"
+#include "../toolbar/objects.h"
 #include "../toolbar/paint.h"
 #include "support/ledger.h"
 #include "support/picture.h"
@@ -195,7 +197,7 @@ void repaint(const TestToolbar& toolbar)
 
 void addStrip(const TestToolbar& toolbar, int cPictures = PICTURES)
 {
-    const XferToolPictures pictures = {self(), STRIP};
+    const toolbar::PictureSource pictures = {self(), STRIP};
     EXPECT_EQ(toolbar.send(TOOLM_ADDBITMAP, WPARAM(cPictures), &pictures), 0);
 }
 
@@ -302,14 +304,14 @@ TEST(ToolbarPaint, WithoutWidthNothingIsDrawn)
         // Without a parent, whose size it would follow.
         HWND hwnd = CreateWindowExA(WS_EX_TOPMOST, XFER_TOOLBARCLASS, "", WS_POPUP | WS_VISIBLE, 0,
                                     0, cx, 27, nullptr, nullptr, self(), nullptr);
-        const XferToolPictures pictures = {self(), STRIP};
+        const toolbar::PictureSource pictures = {self(), STRIP};
         SendMessageA(hwnd, TOOLM_ADDBITMAP, PICTURES, reinterpret_cast<LPARAM>(&pictures));
         SendMessageA(hwnd, TOOLM_ADDBUTTONS, PICTURES, reinterpret_cast<LPARAM>(rows.data()));
         blits.take();
         SendMessageA(hwnd, WM_SIZE, 0, 0);
         SendMessageA(hwnd, WM_PAINT, 0, 0);
         EXPECT_EQ(blits.take(), cx == 0 ? 0 : 4);
-        EXPECT_EQ(XferToolbarGet(hwnd)->pBitmaps[0].hbm != nullptr, cx != 0);
+        EXPECT_EQ(toolbar::recordOf(hwnd)->pBitmaps[0].hbm != nullptr, cx != 0);
         DestroyWindow(hwnd);
     }
 }
@@ -438,8 +440,8 @@ TEST(ToolbarPaint, StripsAreUsedSideBySide)
     {
         TestToolbar toolbar;
         addStrip(toolbar, 3);
-        const XferToolPictures pictures = {nullptr, LOWORD(hbmOwn)},
-                               again = {GetModuleHandleA("KERNEL32.DLL"), 999};
+        const toolbar::PictureSource pictures = {nullptr, LOWORD(hbmOwn)},
+                                     again = {GetModuleHandleA("KERNEL32.DLL"), 999};
         EXPECT_EQ(toolbar.send(TOOLM_ADDBITMAP, 2, &pictures), 3);
         EXPECT_EQ(toolbar.send(TOOLM_ADDBITMAP, 1, &again), 5);
         // Both strips by turns, and in between one that can't be had.

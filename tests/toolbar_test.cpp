@@ -264,7 +264,7 @@ TEST(ToolbarPictures, AreNumberedThroughAllStrips)
     HINSTANCE hOther = GetModuleHandleA("KERNEL32.DLL");
     struct {
         int cPictures;
-        XferToolPictures pictures;
+        toolbar::PictureSource pictures;
         LRESULT lFirst;
     } const table[] = {
         {15, {self(), 240}, 0},
@@ -301,7 +301,7 @@ TEST(ToolbarGeometry, EveryColumnHasItsButton)
     for (const XferToolButton& row : rows) {
         toolbar.send(TOOLM_INSERTBUTTON, WPARAM(-1), &row);
     }
-    const XferToolbar* pToolbar = XferToolbarGet(toolbar.hwnd());
+    const XferToolbar* pToolbar = toolbar::recordOf(toolbar.hwnd());
     // First columns of all rows, and the first behind them; a hidden row has none.
     const int lefts[] = {8, 31, 54, 62, 62, 65, 66, 89, 89, 112};
     for (DWORD n = 0; n < ARRAYSIZE(rows); ++n) {
@@ -327,7 +327,7 @@ TEST(ToolbarGeometry, EveryColumnHasItsButton)
     // Widths that can't be added up put what follows far outside, and do no other harm.
     const XferToolButton wide[] = {{INT_MAX, 240, 0, GAP}, {INT_MAX, 240, 0, GAP}, {0, 6, 4, 0}};
     toolbar.send(TOOLM_ADDBUTTONS, 3, wide);
-    pToolbar = XferToolbarGet(toolbar.hwnd());
+    pToolbar = toolbar::recordOf(toolbar.hwnd());
     for (DWORD n = ARRAYSIZE(rows); n < ARRAYSIZE(rows) + 3; ++n) {
         EXPECT_EQ(fXferToolbarItemRect(pToolbar, n, &rc), 1);
         EXPECT_LE(rc.left, rc.right);
@@ -397,7 +397,7 @@ TEST(ToolbarPress, TellsTheParentStepByStep)
         run(toolbar, row.pszSteps);
         EXPECT_EQ(toolbar.heard(), row.pszHeard);
         EXPECT_EQ(toolbar.states(), row.pszAfter);
-        bool fHeld = XferToolbarGet(toolbar.hwnd())->pTracked != nullptr;
+        bool fHeld = toolbar::recordOf(toolbar.hwnd())->pTracked != nullptr;
         EXPECT_EQ(GetCapture(), fHeld ? toolbar.hwnd() : nullptr);
     }
 }
@@ -447,7 +447,7 @@ TEST(ToolbarPress, EndsWithTheStateThatIsThere)
 
 void expectNoPress(const TestToolbar& toolbar)
 {
-    const XferToolbar* pToolbar = XferToolbarGet(toolbar.hwnd());
+    const XferToolbar* pToolbar = toolbar::recordOf(toolbar.hwnd());
     EXPECT_EQ(pToolbar->pTracked, nullptr);
     for (DWORD n = 0; n < pToolbar->cButtons; ++n) {
         EXPECT_EQ(pToolbar->buttons[n].fsState & PRESSED, 0) << n;
@@ -656,7 +656,7 @@ TEST(ToolbarMemory, WithoutItNothingChanges)
 {
     TestToolbar toolbar(MOUSE_ROWS);
     const XferToolButton button = {0, 50, ENABLED, 0};
-    const XferToolPictures pictures = {self(), 240};
+    const toolbar::PictureSource pictures = {self(), 240};
     run(toolbar, "down 20");
     auto failing = [&](UINT uMessage, WPARAM wParam, const void* pParam) {
         ReplacedImport mallocs(

@@ -1,5 +1,5 @@
-// The strips of pictures: loading them in the system's colours, and selecting them.
-#include "paint.h"
+#include "toolbar/bitmap.h"
+#include "toolbar/objects.h"
 
 #include <stdint.h>
 #include <string.h>
@@ -12,7 +12,7 @@ constexpr size_t STRIP_COLORS = 1 << STRIP_BITS;
 // Colours in the order of a bitmap's colour table, 0x00RRGGBB.
 struct ColorMapRow {
     DWORD dwColor;
-    DWORD dwReplacement; // worked out anew at each load
+    DWORD dwReplacement; // looked up again at each load
     int nSysColor;
 };
 
@@ -22,8 +22,8 @@ ColorMapRow g_xferColorMap[] = {
     {0x0000FF, 0x0000FF, COLOR_HIGHLIGHT}, {0xFF00FF, 0xFF00FF, COLOR_WINDOW},
 };
 
-// What stands in front of the pixels. A copy of our own: in the resource itself the colours of
-// today would be taken for those of the bitmap at the next load.
+// What precedes the pixels. It is a copy: if the resource itself were changed, the next load would
+// take the replaced colours for those of the bitmap.
 struct StripHeader {
     BITMAPINFOHEADER bmiHeader;
     DWORD colors[STRIP_COLORS];
@@ -113,7 +113,7 @@ HBITMAP makeBitmap(const StripHeader* pHeader, const BYTE* pPixels)
     return hbm;
 }
 
-// Gets the bitmap of a strip that has none, or one that the system has discarded.
+// Loads the bitmap of a strip that has none, or one that the system has discarded.
 void loadStrip(XferToolBitmap* pStrip)
 {
     if (pStrip->hModule == nullptr) {
@@ -173,6 +173,6 @@ UINT_PTR fXferToolbarSelectBitmap(HDC hdc, XferToolbar* pToolbar, LONG iPicture)
         return 0;
     }
     g_iToolSelected = n;
-    SetWindowOrgEx(hdc, XferToolbarPictureX(nFirst), 0, nullptr);
+    SetWindowOrgEx(hdc, toolbar::pictureX(nFirst), 0, nullptr);
     return reinterpret_cast<UINT_PTR>(hbmOld);
 }

@@ -1,4 +1,5 @@
-#include "model.h"
+#include "toolbar/model.h"
+#include "toolbar/tracking.h"
 
 #include <limits.h>
 #include <stdint.h>
@@ -12,17 +13,17 @@ constexpr int X_LIMIT = INT_MAX / 2;
 
 LONG stepOf(const XferToolButton* pButton)
 {
-    return XferToolbarHasStyle(pButton, TOOLSTYLE_SEPARATOR) ? pButton->iPicture : TOOL_STEP;
+    return toolbar::hasStyle(pButton, TOOLSTYLE_SEPARATOR) ? pButton->iPicture : TOOL_STEP;
 }
 
-// Bytes of a record with so many rows; 0 if they can't be counted in 32 bits.
+// Size of a record with this number of rows, in bytes; 0 if that exceeds 32 bits.
 size_t cbOfRecord(uint64_t cButtons)
 {
     uint64_t cb = offsetof(XferToolbar, buttons) + cButtons * sizeof(XferToolButton);
     return cb > UINT32_MAX ? 0 : size_t(cb);
 }
 
-// Gives the record with room for more rows, or null with the old one as it was.
+// Returns the record with room for more rows, or null with the old one unchanged.
 XferToolbar* growRecord(HWND hwnd, XferToolbar* pToolbar, DWORD cMore)
 {
     size_t cb = cbOfRecord(uint64_t(pToolbar->cButtons) + cMore);
@@ -49,18 +50,18 @@ void copyRows(XferToolButton* pTo, const XferToolButton* pFrom, DWORD cRows)
 {
     memcpy(pTo, pFrom, cRows * sizeof(XferToolButton));
     for (XferToolButton* pRow = pTo; pRow < pTo + cRows; ++pRow) {
-        if (XferToolbarHasStyle(pRow, TOOLSTYLE_SEPARATOR) && pRow->iPicture <= 0) {
+        if (toolbar::hasStyle(pRow, TOOLSTYLE_SEPARATOR) && pRow->iPicture <= 0) {
             pRow->iPicture = SEPARATOR_CX;
         }
     }
 }
 
-// What is left to do when rows have come or gone: everything behind them has moved.
+// The last step after rows were added or removed: everything behind them has moved.
 int rowsChanged(HWND hwnd, bool fPress)
 {
-    XferToolbarInvalidateAll(hwnd);
+    toolbar::invalidateAll(hwnd);
     if (fPress) {
-        XferToolbarFreeCapture(hwnd);
+        toolbar::releaseCapture(hwnd);
     }
     return 1;
 }
@@ -82,7 +83,7 @@ bool appendStrip(XferToolbar* pToolbar, const XferToolBitmap* pStrip)
     return true;
 }
 
-// Whether a strip serves for this number of pictures; the last strip is made to, if it can.
+// Whether a strip has this number of pictures; the last strip is extended if it can be.
 bool serves(const XferToolbar* pToolbar, XferToolBitmap* pStrip, LONG nFirst, LONG cPictures)
 {
     bool fLast = pStrip == &pToolbar->pBitmaps[pToolbar->cBitmaps - 1];
@@ -94,12 +95,12 @@ bool serves(const XferToolbar* pToolbar, XferToolBitmap* pStrip, LONG nFirst, LO
 
 } // namespace
 
-XferToolbar* XferToolbarGet(HWND hwnd)
+XferToolbar* toolbar::recordOf(HWND hwnd)
 {
     return reinterpret_cast<XferToolbar*>(GetWindowLongA(hwnd, 0));
 }
 
-XferToolbar* XferToolbarCreate(HWND hwndNotify)
+XferToolbar* toolbar::createRecord(HWND hwndNotify)
 {
     auto pToolbar = static_cast<XferToolbar*>(malloc(sizeof(XferToolbar)));
     if (pToolbar != nullptr) {
@@ -109,7 +110,7 @@ XferToolbar* XferToolbarCreate(HWND hwndNotify)
     return pToolbar;
 }
 
-void XferToolbarDestroy(XferToolbar* pToolbar)
+void toolbar::destroyRecord(XferToolbar* pToolbar)
 {
     for (LONG n = 0; n < pToolbar->cBitmaps; ++n) {
         const XferToolBitmap* pStrip = &pToolbar->pBitmaps[n];
@@ -121,9 +122,9 @@ void XferToolbarDestroy(XferToolbar* pToolbar)
     free(pToolbar);
 }
 
-int XferToolbarNextX(int x, const XferToolButton* pButton)
+int toolbar::nextX(int x, const XferToolButton* pButton)
 {
-    if (XferToolbarIs(pButton, TOOLSTATE_HIDDEN)) {
+    if (toolbar::hasState(pButton, TOOLSTATE_HIDDEN)) {
         return x;
     }
     int cx = stepOf(pButton);
@@ -132,16 +133,17 @@ int XferToolbarNextX(int x, const XferToolButton* pButton)
 
 int fXferToolbarItemRect(const XferToolbar* pToolbar, DWORD nRow, RECT* prc)
 {
-    if (nRow >= pToolbar->cButtons || XferToolbarIs(&pToolbar->buttons[nRow], TOOLSTATE_HIDDEN)) {
+    if (nRow >= pToolbar->cButtons ||
+        toolbar::hasState(&pToolbar->buttons[nRow], TOOLSTATE_HIDDEN)) {
         return 0;
     }
     int x = TOOL_LEFT;
     for (DWORD n = 0; n < nRow; ++n) {
-        x = XferToolbarNextX(x, &pToolbar->buttons[n]);
+        x = toolbar::nextX(x, &pToolbar->buttons[n]);
     }
     const XferToolButton* pButton = &pToolbar->buttons[nRow];
-    int xRight = XferToolbarHasStyle(pButton, TOOLSTYLE_SEPARATOR) ? XferToolbarNextX(x, pButton)
-                                                                   : x + TOOL_BUTTON_CX;
+    int xRight = toolbar::hasStyle(pButton, TOOLSTYLE_SEPARATOR) ? toolbar::nextX(x, pButton)
+                                                                 : x + TOOL_BUTTON_CX;
     SetRect(prc, x, TOOL_TOP, xRight, TOOL_TOP + TOOL_BUTTON_CY);
     return 1;
 }
@@ -154,7 +156,7 @@ void vXferToolbarInvalidate(HWND hwnd, const XferToolbar* pToolbar, const XferTo
     }
 }
 
-void XferToolbarInvalidateAll(HWND hwnd)
+void toolbar::invalidateAll(HWND hwnd)
 {
     InvalidateRect(hwnd, nullptr, TRUE);
 }
@@ -167,12 +169,12 @@ int nXferToolbarHitTest(const XferToolbar* pToolbar, int x, int y)
     int xLeft = x - TOOL_LEFT;
     for (DWORD n = 0; n < pToolbar->cButtons; ++n) {
         const XferToolButton* pButton = &pToolbar->buttons[n];
-        if (XferToolbarIs(pButton, TOOLSTATE_HIDDEN)) {
+        if (toolbar::hasState(pButton, TOOLSTATE_HIDDEN)) {
             continue;
         }
         xLeft -= stepOf(pButton);
         if (xLeft < 0) {
-            return XferToolbarHasStyle(pButton, TOOLSTYLE_SEPARATOR) ? TOOL_NONE : int(n);
+            return toolbar::hasStyle(pButton, TOOLSTYLE_SEPARATOR) ? TOOL_NONE : int(n);
         }
     }
     return TOOL_NONE;
@@ -195,18 +197,18 @@ void vXferToolbarGroupRule(HWND hwnd, XferToolbar* pToolbar, DWORD idCommand)
         return;
     }
     const XferToolButton* pGiven = &pToolbar->buttons[nRow];
-    if (!XferToolbarIs(pGiven, TOOLSTATE_CHECKED) ||
-        !XferToolbarHasStyle(pGiven, TOOLSTYLE_GROUP)) {
+    if (!toolbar::hasState(pGiven, TOOLSTATE_CHECKED) ||
+        !toolbar::hasStyle(pGiven, TOOLSTYLE_GROUP)) {
         return;
     }
     XferToolButton* pButton = &pToolbar->buttons[nRow];
-    while (pButton > pToolbar->buttons && XferToolbarHasStyle(pButton - 1, TOOLSTYLE_GROUP)) {
+    while (pButton > pToolbar->buttons && toolbar::hasStyle(pButton - 1, TOOLSTYLE_GROUP)) {
         --pButton;
     }
     const XferToolButton* pEnd = pToolbar->buttons + pToolbar->cButtons;
-    for (; pButton < pEnd && XferToolbarHasStyle(pButton, TOOLSTYLE_GROUP); ++pButton) {
-        if (pButton != pGiven && XferToolbarIs(pButton, TOOLSTATE_CHECKED)) {
-            XferToolbarSet(pButton, TOOLSTATE_CHECKED, false);
+    for (; pButton < pEnd && toolbar::hasStyle(pButton, TOOLSTYLE_GROUP); ++pButton) {
+        if (pButton != pGiven && toolbar::hasState(pButton, TOOLSTATE_CHECKED)) {
+            toolbar::setState(pButton, TOOLSTATE_CHECKED, false);
             vXferToolbarInvalidate(hwnd, pToolbar, pButton);
             return;
         }
@@ -241,7 +243,7 @@ int fXferToolbarInsert(HWND hwnd, XferToolbar* pToolbar, DWORD nRow, DWORD cRows
     if (pToolbar == nullptr) {
         return 0;
     }
-    bool fPress = XferToolbarForgetPress(pToolbar);
+    bool fPress = toolbar::clearPress(pToolbar);
     DWORD nAt = nRow > pToolbar->cButtons ? pToolbar->cButtons : nRow;
     moveRows(pToolbar, nAt + cRows, nAt);
     copyRows(&pToolbar->buttons[nAt], pRows, cRows);
@@ -254,7 +256,7 @@ int fXferToolbarDelete(HWND hwnd, XferToolbar* pToolbar, DWORD nRow)
     if (nRow >= pToolbar->cButtons) {
         return 0;
     }
-    bool fPress = XferToolbarForgetPress(pToolbar);
+    bool fPress = toolbar::clearPress(pToolbar);
     moveRows(pToolbar, nRow, nRow + 1);
     --pToolbar->cButtons;
     return rowsChanged(hwnd, fPress);

@@ -4,7 +4,7 @@
 #ifndef TOOLBAR_MODEL_H
 #define TOOLBAR_MODEL_H
 
-#include "toolbar.h"
+#include "toolbar/toolbar.h"
 
 // Sizes and places in pixels. A button is one pixel wider than the step to the next one, so that
 // neighbours share a line of their frames.
@@ -35,31 +35,58 @@ struct XferToolbar {
 
 constexpr int TOOL_NONE = -1;
 
-// The record of a control, or null if it has none or the window is gone.
-XferToolbar* XferToolbarGet(HWND hwnd);
+namespace toolbar {
 
-// Makes an empty record. Gives null if there is no memory.
-XferToolbar* XferToolbarCreate(HWND hwndNotify);
+// The record of a control, or null if it has none or the window no longer exists.
+XferToolbar* recordOf(HWND hwnd);
+
+// Makes an empty record. Returns null if there is no memory.
+XferToolbar* createRecord(HWND hwndNotify);
 
 // Frees the record, its strips and the bitmaps that were loaded for them.
-void XferToolbarDestroy(XferToolbar* pToolbar);
+void destroyRecord(XferToolbar* pToolbar);
 
 // x of the row that follows one which begins at x. It stops growing far outside of any window,
-// so that no sum of widths runs over.
-int XferToolbarNextX(int x, const XferToolButton* pButton);
+// so that no sum of widths overflows.
+int nextX(int x, const XferToolButton* pButton);
 
 // x of a picture, counted over all strips. It wraps, as the origin that is set for a strip does.
-inline int XferToolbarPictureX(LONG iPicture)
+inline int pictureX(LONG iPicture)
 {
     return int(DWORD(iPicture) * DWORD(TOOL_PICTURE_CX));
 }
 
-// Gives 1 and the rectangle, or 0 for an index past the end or a hidden row.
+// Invalidates the whole control, with erasing.
+void invalidateAll(HWND hwnd);
+
+inline bool hasState(const XferToolButton* pButton, BYTE fsState)
+{
+    return (pButton->fsState & fsState) != 0;
+}
+
+inline bool hasStyle(const XferToolButton* pButton, BYTE fsStyle)
+{
+    return (pButton->fsStyle & fsStyle) != 0;
+}
+
+// A state with some of its bits set or cleared.
+inline BYTE withBits(BYTE fsState, BYTE fsBits, bool fSet)
+{
+    return BYTE(fSet ? fsState | fsBits : fsState & ~fsBits);
+}
+
+inline void setState(XferToolButton* pButton, BYTE fsBits, bool fSet)
+{
+    pButton->fsState = withBits(pButton->fsState, fsBits, fSet);
+}
+
+} // namespace toolbar
+
+// Returns 1 and the rectangle, or 0 for an index past the end or a hidden row.
 int fXferToolbarItemRect(const XferToolbar* pToolbar, DWORD nRow, RECT* prc);
 
-// Has a row painted anew, without erasing, or the whole control, with erasing.
+// Invalidates a row, without erasing.
 void vXferToolbarInvalidate(HWND hwnd, const XferToolbar* pToolbar, const XferToolButton* pButton);
-void XferToolbarInvalidateAll(HWND hwnd);
 
 // The index of the button at a point, or TOOL_NONE; a separator is none.
 int nXferToolbarHitTest(const XferToolbar* pToolbar, int x, int y);
@@ -70,48 +97,13 @@ int nXferToolbarFindCommand(const XferToolbar* pToolbar, DWORD idCommand);
 // If the row of the command is checked, unchecks the other one of its group.
 void vXferToolbarGroupRule(HWND hwnd, XferToolbar* pToolbar, DWORD idCommand);
 
-// The number of the first picture, or -1. TOOLM_ADDBITMAP says the rest.
+// Returns the number of the first picture, or -1; see TOOLM_ADDBITMAP.
 int nXferToolbarAddBitmap(XferToolbar* pToolbar, LONG cPictures, HINSTANCE hModule, WORD wId);
 
-// Both give 1, or 0 with nothing changed, and end a press. The record may move. An index past the
-// end inserts at the end.
+// Both return 1, or 0 with nothing changed, and end a press. The record may move. An index past
+// the end inserts at the end.
 int fXferToolbarInsert(HWND hwnd, XferToolbar* pToolbar, DWORD nRow, DWORD cRows,
                        const XferToolButton* pRows);
 int fXferToolbarDelete(HWND hwnd, XferToolbar* pToolbar, DWORD nRow);
-
-// The press, from WM_LBUTTONDOWN to WM_LBUTTONUP. The capture is held all the while.
-LRESULT XferToolbarButtonDown(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam);
-LRESULT XferToolbarMouseMove(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam);
-LRESULT XferToolbarButtonUp(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam);
-
-// Ends a press, if there is one, without a notification: the button comes up and the capture is
-// given back.
-void XferToolbarLetGo(HWND hwnd, XferToolbar* pToolbar);
-
-// The same without anything on the screen: for a caller who is about to move the rows. Gives
-// whether there was a press; XferToolbarFreeCapture has to follow then.
-bool XferToolbarForgetPress(XferToolbar* pToolbar);
-void XferToolbarFreeCapture(HWND hwnd);
-
-inline bool XferToolbarIs(const XferToolButton* pButton, BYTE fsState)
-{
-    return (pButton->fsState & fsState) != 0;
-}
-
-inline bool XferToolbarHasStyle(const XferToolButton* pButton, BYTE fsStyle)
-{
-    return (pButton->fsStyle & fsStyle) != 0;
-}
-
-// A state with some of its bits set or cleared.
-inline BYTE XferToolbarWith(BYTE fsState, BYTE fsBits, bool fSet)
-{
-    return BYTE(fSet ? fsState | fsBits : fsState & ~fsBits);
-}
-
-inline void XferToolbarSet(XferToolButton* pButton, BYTE fsBits, bool fSet)
-{
-    pButton->fsState = XferToolbarWith(pButton->fsState, fsBits, fSet);
-}
 
 #endif

@@ -1,5 +1,4 @@
-// What all toolbars share for painting.
-#include "paint.h"
+#include "toolbar/objects.h"
 
 LONG g_nToolbarUsers;
 HDC g_hdcToolGlyphs;
@@ -27,12 +26,12 @@ constexpr PaintColor PAINT_COLORS[] = {
     {&g_clrToolFrame, COLOR_WINDOWFRAME},
 };
 
-// The colours as of the last check, in the order of PAINT_COLORS.
+// The colours at the last check, in the order of PAINT_COLORS.
 COLORREF g_clrToolCached[] = {NO_COLOR, NO_COLOR, NO_COLOR, NO_COLOR};
 
 static_assert(ARRAYSIZE(g_clrToolCached) == ARRAYSIZE(PAINT_COLORS), "one for each colour");
 
-// Reads the colours of this paint. Gives whether one isn't as it was at the last check.
+// Reads the system's colours. Returns whether one has changed since the last check.
 bool readColors()
 {
     bool fChanged = false;

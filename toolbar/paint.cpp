@@ -1,17 +1,18 @@
-// The faces and looks of the buttons.
-#include "paint.h"
+#include "toolbar/paint.h"
+#include "toolbar/bitmap.h"
+#include "toolbar/objects.h"
 
 namespace {
 
 constexpr COLORREF WHITE = RGB(255, 255, 255);
 constexpr COLORREF BLACK = RGB(0, 0, 0);
 
-// Raster operations of a mask and a brush: the brush lands on one colour of the mask, and the
-// other one leaves what is there.
+// Raster operations of a mask and a brush: the brush is applied where the mask has one colour, and
+// where it has the other the destination stays.
 constexpr DWORD BRUSH_WHERE_BLACK = 0x00B8074A;
 constexpr DWORD BRUSH_WHERE_WHITE = 0x00E20746;
 
-// A line of a face. A negative place counts from the right or bottom edge.
+// A line of a face. A negative position counts from the right or bottom edge.
 struct FaceLine {
     int x, y;
     bool fDown;
@@ -19,7 +20,7 @@ struct FaceLine {
     const COLORREF* pclr;
 };
 
-// The corners stay in the colour of the face.
+// The corners keep the colour of the face.
 constexpr FaceLine FRAME[] = {
     {1, 0, false, 2, &g_clrToolFrame},
     {1, -1, false, 2, &g_clrToolFrame},
@@ -38,35 +39,38 @@ constexpr FaceLine RAISED[] = {
     {-3, 2, true, 4, &g_clrToolShadow},   {2, -3, false, 4, &g_clrToolShadow},
 };
 
-template <size_t COUNT>
-void drawLines(HDC hdc, int x, int y, int cx, int cy, const FaceLine (&lines)[COUNT])
+struct Face {
+    int x, y, cx, cy;
+};
+
+template <size_t COUNT> void drawLines(HDC hdc, const Face& face, const FaceLine (&lines)[COUNT])
 {
     for (const FaceLine& line : lines) {
-        int xLine = x + line.x + (line.x < 0 ? cx : 0);
-        int yLine = y + line.y + (line.y < 0 ? cy : 0);
-        vXferToolbarFill(hdc, xLine, yLine, line.fDown ? 1 : cx - line.nShorter,
-                         line.fDown ? cy - line.nShorter : 1, *line.pclr);
+        int x = face.x + line.x + (line.x < 0 ? face.cx : 0);
+        int y = face.y + line.y + (line.y < 0 ? face.cy : 0);
+        vXferToolbarFill(hdc, x, y, line.fDown ? 1 : face.cx - line.nShorter,
+                         line.fDown ? face.cy - line.nShorter : 1, *line.pclr);
     }
 }
 
-// How a button is drawn: its work area, which is the part inside the edges, and where in it the
-// picture lies. The picture of a button that is down moves by a pixel.
+// How a button is drawn: its work area, which is the part inside the edges, and the position of
+// the picture in it. The picture of a pressed button is offset by one pixel.
 struct Look {
     BYTE fsState;
     int x, y, cx, cy;
     int xPicture, yPicture;
 };
 
-// An indeterminate button that works and isn't held is neither enabled nor checked; in all other
-// buttons the bit counts for nothing.
+// An indeterminate button that is enabled and not pressed is drawn neither as enabled nor as
+// checked; for all other buttons the bit is ignored.
 BYTE shownState(const XferToolButton* pButton)
 {
     constexpr BYTE WORKING = TOOLSTATE_ENABLED | TOOLSTATE_PRESSED;
-    if (XferToolbarIs(pButton, TOOLSTATE_INDETERMINATE) &&
+    if (toolbar::hasState(pButton, TOOLSTATE_INDETERMINATE) &&
         (pButton->fsState & WORKING) == TOOLSTATE_ENABLED) {
         return TOOLSTATE_INDETERMINATE;
     }
-    return XferToolbarWith(pButton->fsState, TOOLSTATE_INDETERMINATE, false);
+    return toolbar::withBits(pButton->fsState, TOOLSTATE_INDETERMINATE, false);
 }
 
 Look lookOf(const XferToolButton* pButton, int x, int y, int cx, int cy)
@@ -89,7 +93,7 @@ void makeMask(const Look* pLook, const XferToolbar* pToolbar, const XferToolButt
     vXferToolbarMakeMask(pToolbar, pButton, pLook->xPicture, pLook->yPicture, pLook->cx, pLook->cy);
 }
 
-// Brushes a part of the work area through the mask. Without a brush nothing is drawn.
+// Applies a brush to the work area through the mask. Without a brush nothing is drawn.
 void brushThroughMask(HDC hdc, const Look* pLook, int nOffset, HBRUSH hbr, DWORD dwOperation)
 {
     HGDIOBJ hbrOld = SelectObject(hdc, hbr);
@@ -120,7 +124,7 @@ void drawEngraved(HDC hdc, const Look* pLook)
     }
     drawShape(hdc, pLook, 0, g_clrToolShadow);
     if ((pLook->fsState & TOOLSTATE_CHECKED) != 0) {
-        // The halftone must leave the light edge as well: the black parts grow over it.
+        // The halftone must spare the light edge too: the black parts are extended over it.
         BitBlt(g_hdcToolMono, 1, 1, pLook->cx - 1, pLook->cy - 1, g_hdcToolMono, 0, 0, SRCAND);
     }
 }
@@ -128,16 +132,16 @@ void drawEngraved(HDC hdc, const Look* pLook)
 void drawPicture(HDC hdc, const Look* pLook, const XferToolButton* pButton)
 {
     BitBlt(hdc, pLook->x + pLook->xPicture, pLook->y + pLook->yPicture, TOOL_PICTURE_CX,
-           TOOL_PICTURE_CY, g_hdcToolGlyphs, XferToolbarPictureX(pButton->iPicture), 0, SRCCOPY);
+           TOOL_PICTURE_CY, g_hdcToolGlyphs, toolbar::pictureX(pButton->iPicture), 0, SRCCOPY);
 }
 
 void maskColor(const XferToolButton* pButton, int xPicture, int yPicture, COLORREF clr,
                DWORD dwOperation)
 {
-    // Pixels of the background colour come out white, all others black.
+    // Pixels of the background colour become white, all others black.
     SetBkColor(g_hdcToolGlyphs, clr);
     BitBlt(g_hdcToolMono, xPicture, yPicture, TOOL_PICTURE_CX, TOOL_PICTURE_CY, g_hdcToolGlyphs,
-           XferToolbarPictureX(pButton->iPicture), 0, dwOperation);
+           toolbar::pictureX(pButton->iPicture), 0, dwOperation);
 }
 
 void drawButtons(HDC hdc, int y, XferToolbar* pToolbar)
@@ -146,11 +150,11 @@ void drawButtons(HDC hdc, int y, XferToolbar* pToolbar)
     const XferToolButton* pEnd = pToolbar->buttons + pToolbar->cButtons;
     for (const XferToolButton* pButton = pToolbar->buttons; pButton < pEnd; ++pButton) {
         RECT rc = {x, y, x + TOOL_BUTTON_CX, y + TOOL_BUTTON_CY};
-        if (!XferToolbarIs(pButton, TOOLSTATE_HIDDEN) &&
-            !XferToolbarHasStyle(pButton, TOOLSTYLE_SEPARATOR) && RectVisible(hdc, &rc)) {
+        if (!toolbar::hasState(pButton, TOOLSTATE_HIDDEN) &&
+            !toolbar::hasStyle(pButton, TOOLSTYLE_SEPARATOR) && RectVisible(hdc, &rc)) {
             vXferToolbarDrawButton(hdc, x, y, TOOL_BUTTON_CX, TOOL_BUTTON_CY, pToolbar, pButton);
         }
-        x = XferToolbarNextX(x, pButton);
+        x = toolbar::nextX(x, pButton);
     }
 }
 
@@ -166,11 +170,11 @@ void vXferToolbarFill(HDC hdc, int x, int y, int cx, int cy, COLORREF clr)
 void vXferToolbarDrawFace(HDC hdc, int x, int y, int cx, int cy, BYTE fsState)
 {
     vXferToolbarFill(hdc, x, y, cx, cy, g_clrToolFace);
-    drawLines(hdc, x, y, cx, cy, FRAME);
+    drawLines(hdc, {x, y, cx, cy}, FRAME);
     if ((fsState & TOOLSTATE_PRESSED) != 0) {
-        drawLines(hdc, x, y, cx, cy, SUNKEN);
+        drawLines(hdc, {x, y, cx, cy}, SUNKEN);
     } else {
-        drawLines(hdc, x, y, cx, cy, RAISED);
+        drawLines(hdc, {x, y, cx, cy}, RAISED);
     }
 }
 
@@ -211,8 +215,8 @@ void vXferToolbarPaint(HWND hwnd, XferToolbar* pToolbar)
     vXferToolbarCheckColors(pToolbar);
     PAINTSTRUCT paint;
     HDC hdc = BeginPaint(hwnd, &paint);
-    // The background is erased by a message, which someone may have listened to.
-    pToolbar = XferToolbarGet(hwnd);
+    // Erasing the background sends a message, on which the control may have been destroyed.
+    pToolbar = toolbar::recordOf(hwnd);
     RECT rc = {};
     GetClientRect(hwnd, &rc);
     if (hdc != nullptr && pToolbar != nullptr && rc.right > 0) {

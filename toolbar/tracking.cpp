@@ -1,7 +1,6 @@
-// The press of a button. The mouse is followed from the press to the release, and the parent
-// learns of it step by step. It may do anything while it does, so that nothing of the record is
-// kept in hand from before a notification to after it.
-#include "model.h"
+// The parent is notified of every step of a press, and may do anything on a notification. No
+// pointer into the record is kept from before a notification to after it.
+#include "toolbar/tracking.h"
 
 namespace {
 
@@ -19,16 +18,16 @@ bool isOverTracked(const XferToolbar* pToolbar, LPARAM lParam)
 
 void setPressed(HWND hwnd, const XferToolbar* pToolbar, XferToolButton* pButton, bool fPressed)
 {
-    if (XferToolbarIs(pButton, TOOLSTATE_PRESSED) != fPressed) {
-        XferToolbarSet(pButton, TOOLSTATE_PRESSED, fPressed);
+    if (toolbar::hasState(pButton, TOOLSTATE_PRESSED) != fPressed) {
+        toolbar::setState(pButton, TOOLSTATE_PRESSED, fPressed);
         vXferToolbarInvalidate(hwnd, pToolbar, pButton);
     }
 }
 
-// The control may be gone since the last notification; then this one has no receiver.
+// The control may have been destroyed on the previous notification; then this one isn't sent.
 void notify(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
-    const XferToolbar* pToolbar = XferToolbarGet(hwnd);
+    const XferToolbar* pToolbar = toolbar::recordOf(hwnd);
     if (pToolbar != nullptr) {
         SendMessageA(pToolbar->hwndNotify, uMessage, wParam, lParam);
     }
@@ -44,65 +43,65 @@ void sendPress(HWND hwnd, WORD wCode, DWORD idCommand)
     notify(hwnd, WM_COMMAND, WPARAM(GetWindowLongA(hwnd, GWL_ID)), MAKELPARAM(idCommand, wCode));
 }
 
-// Whether there is a press. Versions below 4 don't tell a window that its capture was taken
-// away; a press that has lost it is ended here.
+// Whether there is a press. Versions below 4 don't notify a window that it has lost the capture;
+// a press without the capture is ended here.
 bool holdsPress(HWND hwnd, XferToolbar* pToolbar)
 {
     if (GetCapture() != hwnd) {
-        XferToolbarLetGo(hwnd, pToolbar);
+        toolbar::cancelPress(hwnd, pToolbar);
     }
     return pToolbar->pTracked != nullptr;
 }
 
-// Puts the pressed look on the screen before the parent hears of the press.
+// Draws the pressed look before the parent is notified of the press.
 void showPressed(HWND hwnd)
 {
-    XferToolbar* pToolbar = XferToolbarGet(hwnd);
+    XferToolbar* pToolbar = toolbar::recordOf(hwnd);
     if (pToolbar != nullptr && pToolbar->pTracked != nullptr &&
-        XferToolbarIs(pToolbar->pTracked, TOOLSTATE_ENABLED)) {
+        toolbar::hasState(pToolbar->pTracked, TOOLSTATE_ENABLED)) {
         setPressed(hwnd, pToolbar, pToolbar->pTracked, true);
         UpdateWindow(hwnd);
     }
 }
 
-// Gives the capture back at the release. The press outlives it, until the parent has heard of
-// the release, so the message that the capture is lost must not find it.
+// Releases the capture at the end of a press. The press itself lasts until the parent has been
+// notified of the release, so the message about the lost capture must not find it.
 void freeCaptureInPress(HWND hwnd, XferToolbar* pToolbar)
 {
     DWORD nRow = DWORD(pToolbar->pTracked - pToolbar->buttons);
     pToolbar->pTracked = nullptr;
     ReleaseCapture();
-    pToolbar = XferToolbarGet(hwnd);
+    pToolbar = toolbar::recordOf(hwnd);
     if (pToolbar != nullptr && nRow < pToolbar->cButtons) {
         pToolbar->pTracked = &pToolbar->buttons[nRow];
     }
 }
 
-// Brings the check of a clicked button up to date. Gives false if the click counts for nothing:
-// a group can't be emptied by clicking.
+// Updates the check of a clicked button. Returns false if the click has no effect: a group can't
+// be emptied by clicking.
 bool toggleCheck(HWND hwnd, XferToolbar* pToolbar, XferToolButton* pButton)
 {
-    if (!XferToolbarHasStyle(pButton, TOOLSTYLE_CHECK)) {
+    if (!toolbar::hasStyle(pButton, TOOLSTYLE_CHECK)) {
         return true;
     }
-    bool fGroup = XferToolbarHasStyle(pButton, TOOLSTYLE_GROUP);
-    bool fWasChecked = XferToolbarIs(pButton, TOOLSTATE_CHECKED);
+    bool fGroup = toolbar::hasStyle(pButton, TOOLSTYLE_GROUP);
+    bool fWasChecked = toolbar::hasState(pButton, TOOLSTATE_CHECKED);
     if (fGroup && fWasChecked) {
         return false;
     }
-    XferToolbarSet(pButton, TOOLSTATE_CHECKED, !fWasChecked);
+    toolbar::setState(pButton, TOOLSTATE_CHECKED, !fWasChecked);
     if (fGroup) {
         vXferToolbarGroupRule(hwnd, pToolbar, pButton->idCommand);
     }
     return true;
 }
 
-// The end of a press, once the parent has heard of the release. The command is the last thing,
-// since it may change everything.
+// The end of a press, after the parent was notified of the release. The command comes last, since
+// it may change everything.
 void finishPress(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam)
 {
     XferToolButton* pButton = pToolbar->pTracked;
-    bool fClick = XferToolbarIs(pButton, TOOLSTATE_ENABLED) && isOverTracked(pToolbar, lParam);
+    bool fClick = toolbar::hasState(pButton, TOOLSTATE_ENABLED) && isOverTracked(pToolbar, lParam);
     pToolbar->pTracked = nullptr;
     setPressed(hwnd, pToolbar, pButton, false);
     if (!fClick) {
@@ -117,11 +116,11 @@ void finishPress(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam)
 
 } // namespace
 
-LRESULT XferToolbarButtonDown(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam)
+LRESULT toolbar::onButtonDown(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam)
 {
-    // A press that is still there has lost its release.
-    XferToolbarLetGo(hwnd, pToolbar);
-    pToolbar = XferToolbarGet(hwnd);
+    // A press that still exists has missed its release.
+    toolbar::cancelPress(hwnd, pToolbar);
+    pToolbar = toolbar::recordOf(hwnd);
     int nHit = pToolbar == nullptr ? TOOL_NONE : hitTest(pToolbar, lParam);
     if (nHit == TOOL_NONE) {
         return 0;
@@ -135,13 +134,13 @@ LRESULT XferToolbarButtonDown(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam)
     return 0;
 }
 
-LRESULT XferToolbarMouseMove(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam)
+LRESULT toolbar::onMouseMove(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam)
 {
-    if (!holdsPress(hwnd, pToolbar) || !XferToolbarIs(pToolbar->pTracked, TOOLSTATE_ENABLED)) {
+    if (!holdsPress(hwnd, pToolbar) || !toolbar::hasState(pToolbar->pTracked, TOOLSTATE_ENABLED)) {
         return 0;
     }
     bool fOver = isOverTracked(pToolbar, lParam);
-    bool fBack = fOver && !XferToolbarIs(pToolbar->pTracked, TOOLSTATE_PRESSED);
+    bool fBack = fOver && !toolbar::hasState(pToolbar->pTracked, TOOLSTATE_PRESSED);
     setPressed(hwnd, pToolbar, pToolbar->pTracked, fOver);
     if (fBack) {
         sendHint(hwnd, pToolbar->pTracked->idCommand);
@@ -149,46 +148,47 @@ LRESULT XferToolbarMouseMove(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam)
     return 0;
 }
 
-LRESULT XferToolbarButtonUp(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam)
+LRESULT toolbar::onButtonUp(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam)
 {
     sendHint(hwnd, 0);
-    pToolbar = XferToolbarGet(hwnd);
+    pToolbar = toolbar::recordOf(hwnd);
     if (pToolbar == nullptr || !holdsPress(hwnd, pToolbar)) {
         return 0;
     }
     DWORD idCommand = pToolbar->pTracked->idCommand;
     freeCaptureInPress(hwnd, pToolbar);
     sendPress(hwnd, TOOLN_RELEASE, idCommand);
-    pToolbar = XferToolbarGet(hwnd);
-    // With the capture here again, the press is a new one, begun in a loop of the parent's.
+    pToolbar = toolbar::recordOf(hwnd);
+    // If the control has the capture again, the press is a new one, which began in a message loop
+    // of the parent.
     if (pToolbar != nullptr && pToolbar->pTracked != nullptr && GetCapture() != hwnd) {
         finishPress(hwnd, pToolbar, lParam);
     }
     return 0;
 }
 
-void XferToolbarLetGo(HWND hwnd, XferToolbar* pToolbar)
+void toolbar::cancelPress(HWND hwnd, XferToolbar* pToolbar)
 {
     XferToolButton* pButton = pToolbar->pTracked;
     if (pButton != nullptr) {
         pToolbar->pTracked = nullptr;
         setPressed(hwnd, pToolbar, pButton, false);
-        XferToolbarFreeCapture(hwnd);
+        toolbar::releaseCapture(hwnd);
     }
 }
 
-bool XferToolbarForgetPress(XferToolbar* pToolbar)
+bool toolbar::clearPress(XferToolbar* pToolbar)
 {
     XferToolButton* pButton = pToolbar->pTracked;
     if (pButton == nullptr) {
         return false;
     }
     pToolbar->pTracked = nullptr;
-    XferToolbarSet(pButton, TOOLSTATE_PRESSED, false);
+    toolbar::setState(pButton, TOOLSTATE_PRESSED, false);
     return true;
 }
 
-void XferToolbarFreeCapture(HWND hwnd)
+void toolbar::releaseCapture(HWND hwnd)
 {
     if (GetCapture() == hwnd) {
         ReleaseCapture();

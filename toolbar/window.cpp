@@ -1,6 +1,8 @@
 // The window class of the toolbar: its registration and its procedure.
-#include "model.h"
-#include "paint.h"
+#include "toolbar/model.h"
+#include "toolbar/objects.h"
+#include "toolbar/paint.h"
+#include "toolbar/tracking.h"
 
 namespace {
 
@@ -15,8 +17,8 @@ void changeState(HWND hwnd, const XferToolbar* pToolbar, XferToolButton* pButton
     int fsChanged = pButton->fsState ^ fsState;
     pButton->fsState = fsState;
     if ((fsChanged & TOOLSTATE_HIDDEN) != 0) {
-        // All that follows moves.
-        XferToolbarInvalidateAll(hwnd);
+        // All rows behind it move.
+        toolbar::invalidateAll(hwnd);
     } else if (fsChanged != 0) {
         vXferToolbarInvalidate(hwnd, pToolbar, pButton);
     }
@@ -25,7 +27,7 @@ void changeState(HWND hwnd, const XferToolbar* pToolbar, XferToolButton* pButton
 LRESULT onSetBit(HWND hwnd, XferToolbar* pToolbar, XferToolButton* pButton, BYTE fsBit,
                  LPARAM lParam)
 {
-    BYTE fsState = XferToolbarWith(pButton->fsState, fsBit, LOWORD(lParam) != 0);
+    BYTE fsState = toolbar::withBits(pButton->fsState, fsBit, LOWORD(lParam) != 0);
     if (fsState == pButton->fsState) {
         return 1;
     }
@@ -83,7 +85,7 @@ constexpr CommandMessage COMMAND_MESSAGES[] = {
 
 LRESULT onAddBitmap(HWND, XferToolbar* pToolbar, WPARAM wParam, LPARAM lParam)
 {
-    auto pPictures = reinterpret_cast<const XferToolPictures*>(lParam);
+    auto pPictures = reinterpret_cast<const toolbar::PictureSource*>(lParam);
     return pPictures == nullptr ? TOOL_NONE
                                 : nXferToolbarAddBitmap(pToolbar, LONG(wParam), pPictures->hModule,
                                                         LOWORD(pPictures->dwId));
@@ -134,7 +136,7 @@ constexpr RowMessage ROW_MESSAGES[] = {
     {TOOLM_GETBUTTON, onGetButton, 0},         {TOOLM_BUTTONCOUNT, onButtonCount, 0},
 };
 
-// Gives the row of a table that is for the message, or null.
+// Returns the row of a table for the message, or null.
 template <typename Row, size_t COUNT> const Row* findRow(const Row (&rows)[COUNT], UINT uMessage)
 {
     for (const Row& row : rows) {
@@ -147,7 +149,7 @@ template <typename Row, size_t COUNT> const Row* findRow(const Row (&rows)[COUNT
 
 LRESULT handleCommandMessage(HWND hwnd, const CommandMessage* pRow, WPARAM wParam, LPARAM lParam)
 {
-    XferToolbar* pToolbar = XferToolbarGet(hwnd);
+    XferToolbar* pToolbar = toolbar::recordOf(hwnd);
     int nButton = pToolbar == nullptr ? TOOL_NONE : nXferToolbarFindCommand(pToolbar, wParam);
     return nButton == TOOL_NONE
                ? pRow->lMissing
@@ -156,18 +158,18 @@ LRESULT handleCommandMessage(HWND hwnd, const CommandMessage* pRow, WPARAM wPara
 
 LRESULT handleRowMessage(HWND hwnd, const RowMessage* pRow, WPARAM wParam, LPARAM lParam)
 {
-    XferToolbar* pToolbar = XferToolbarGet(hwnd);
+    XferToolbar* pToolbar = toolbar::recordOf(hwnd);
     return pToolbar == nullptr ? pRow->lFailure : pRow->pfnHandle(hwnd, pToolbar, wParam, lParam);
 }
 
-// Whoever has a record is a user of the shared objects. A failure gives them back at once: not
-// every platform sends WM_DESTROY after it.
+// A control with a record is a user of the shared objects. A failure releases them at once, because
+// not every version sends WM_DESTROY after it.
 LRESULT onCreate(HWND hwnd, LPARAM lParam)
 {
     auto pCreate = reinterpret_cast<const CREATESTRUCTA*>(lParam);
     XferToolbar* pToolbar = nullptr;
     if (fXferToolbarAcquireShared()) {
-        pToolbar = XferToolbarCreate(pCreate->hwndParent);
+        pToolbar = toolbar::createRecord(pCreate->hwndParent);
     }
     if (pToolbar == nullptr) {
         vXferToolbarReleaseShared();
@@ -179,16 +181,17 @@ LRESULT onCreate(HWND hwnd, LPARAM lParam)
 
 LRESULT onDestroy(HWND hwnd)
 {
-    XferToolbar* pToolbar = XferToolbarGet(hwnd);
+    XferToolbar* pToolbar = toolbar::recordOf(hwnd);
     if (pToolbar != nullptr) {
         SetWindowLongA(hwnd, 0, 0);
-        XferToolbarDestroy(pToolbar);
+        toolbar::destroyRecord(pToolbar);
         vXferToolbarReleaseShared();
     }
     return 0;
 }
 
-// The parent hands its own WM_SIZE on: the control follows the parent and reads nothing else.
+// The parent forwards its own WM_SIZE. The control adapts to the parent's client area and reads
+// nothing else from the message.
 LRESULT onSize(HWND hwnd)
 {
     HWND hwndParent = GetParent(hwnd);
@@ -201,7 +204,7 @@ LRESULT onSize(HWND hwnd)
     return 0;
 }
 
-// What can only come to a control with a record.
+// Messages that need the record.
 LRESULT handleMessage(HWND hwnd, XferToolbar* pToolbar, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
     switch (uMessage) {
@@ -209,22 +212,22 @@ LRESULT handleMessage(HWND hwnd, XferToolbar* pToolbar, UINT uMessage, WPARAM wP
         vXferToolbarPaint(hwnd, pToolbar);
         return 0;
     case WM_LBUTTONDOWN:
-        return XferToolbarButtonDown(hwnd, pToolbar, lParam);
+        return toolbar::onButtonDown(hwnd, pToolbar, lParam);
     case WM_MOUSEMOVE:
-        return XferToolbarMouseMove(hwnd, pToolbar, lParam);
+        return toolbar::onMouseMove(hwnd, pToolbar, lParam);
     case WM_LBUTTONUP:
-        return XferToolbarButtonUp(hwnd, pToolbar, lParam);
+        return toolbar::onButtonUp(hwnd, pToolbar, lParam);
     case WM_COMMAND:
     case WM_DRAWITEM:
     case WM_MEASUREITEM:
     case WM_VKEYTOITEM:
     case WM_CHARTOITEM:
-        // A child of the control behaves as a child of the parent.
+        // A child of the control behaves like a child of the parent.
         SendMessageA(pToolbar->hwndNotify, uMessage, wParam, lParam);
         return 0;
     case WM_CANCELMODE:
     case WM_CAPTURECHANGED:
-        XferToolbarLetGo(hwnd, pToolbar);
+        toolbar::cancelPress(hwnd, pToolbar);
         break;
     }
     return DefWindowProcA(hwnd, uMessage, wParam, lParam);
@@ -248,7 +251,7 @@ LRESULT CALLBACK lXferToolbarProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARA
     case WM_SIZE:
         return onSize(hwnd);
     }
-    XferToolbar* pToolbar = XferToolbarGet(hwnd);
+    XferToolbar* pToolbar = toolbar::recordOf(hwnd);
     return pToolbar == nullptr ? DefWindowProcA(hwnd, uMessage, wParam, lParam)
                                : handleMessage(hwnd, pToolbar, uMessage, wParam, lParam);
 }
@@ -270,7 +273,7 @@ int fXferToolbarRegister(HINSTANCE hModule)
     return RegisterClassA(&wndclass) != 0;
 }
 
-void XferToolbarUnregister(HINSTANCE hModule)
+void toolbar::unregisterClass(HINSTANCE hModule)
 {
     UnregisterClassA(XFER_TOOLBARCLASS, hModule);
 }

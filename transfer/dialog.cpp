@@ -1,9 +1,16 @@
-#include "dialog.h"
-#include "panes.h"
-#include "../resources/ids.h"
-#include "../shared/help.h"
-#include "../shared/icon.h"
-#include "../shared/library.h"
+#include "transfer/dialog.h"
+#include "resources/ids.h"
+#include "shared/help.h"
+#include "shared/icon.h"
+#include "shared/module.h"
+#include "transfer/commands/commands.h"
+#include "transfer/frame/hints.h"
+#include "transfer/frame/strip.h"
+#include "transfer/init.h"
+#include "transfer/panes/changes.h"
+#include "transfer/panes/drawing.h"
+#include "transfer/panes/drawitem.h"
+#include "transfer/panes/rows.h"
 
 namespace {
 
@@ -20,9 +27,12 @@ INT_PTR onSize(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM wParam, LPARAM 
     if (wParam == SIZE_RESTORED) {
         pRecord->fMinimized = 0;
     }
+    window::Ref ref = window::refOf(pRecord);
     vXferDandDStripRect(hdlgDandD, pRecord);
     SendDlgItemMessageA(hdlgDandD, IDC_DANDD_TOOLBAR, WM_SIZE, wParam, lParam);
-    vXferDandDApplyLayout(hdlgDandD, &pRecord->layout, pRecord->nViewMode != 0);
+    if (window::isAlive(ref)) {
+        vXferDandDApplyLayout(hdlgDandD, &pRecord->layout, pRecord->nViewMode != 0);
+    }
     return 0;
 }
 
@@ -32,7 +42,7 @@ INT_PTR onPaint(HWND hdlgDandD, XferWindowRecord*, WPARAM, LPARAM)
         vXferDandDPaintStrip(hdlgDandD);
         return 0;
     }
-    XferPaintIconic(hdlgDandD, ICON);
+    shared::paintIconic(hdlgDandD, ICON);
     return 1;
 }
 
@@ -73,23 +83,25 @@ INT_PTR onQueryDragIcon(HWND, XferWindowRecord*, WPARAM, LPARAM)
 }
 
 // The controls still live here, and the rows that have records are in them.
-INT_PTR onDestroy(HWND hdlgDandD, XferWindowRecord*, WPARAM, LPARAM)
+INT_PTR onDestroy(HWND, XferWindowRecord* pRecord, WPARAM, LPARAM)
 {
-    vXferDandDReleaseRows(hdlgDandD);
+    panes::forgetChanges(pRecord);
+    panes::releaseRows(pRecord);
     return 0;
 }
 
 // The result 1 keeps the dialog manager from its own end of a dialog, in which its font goes.
 INT_PTR onNcDestroy(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM wParam, LPARAM lParam)
 {
-    vXferDandDTearDown(hdlgDandD, pRecord);
+    panes::forgetChanges(pRecord);
+    window::tearDown(pRecord);
     DefDlgProcA(hdlgDandD, WM_NCDESTROY, wParam, lParam);
     return 1;
 }
 
 INT_PTR onCommand(HWND hdlgDandD, XferWindowRecord*, WPARAM wParam, LPARAM lParam)
 {
-    vXferDandDCommand(hdlgDandD, LOWORD(wParam), reinterpret_cast<HWND>(lParam), HIWORD(wParam));
+    fXferDandDCommand(hdlgDandD, LOWORD(wParam), reinterpret_cast<HWND>(lParam), HIWORD(wParam));
     return 0;
 }
 
@@ -112,25 +124,25 @@ INT_PTR onInitMenuPopup(HWND hdlgDandD, XferWindowRecord*, WPARAM wParam, LPARAM
 
 INT_PTR onMenuSelect(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM wParam, LPARAM lParam)
 {
-    vXferDandDMenuHint(hdlgDandD, pRecord, wParam, lParam);
+    frame::showMenuHint(hdlgDandD, pRecord, wParam, lParam);
     return 0;
 }
 
 INT_PTR onHelp(HWND, XferWindowRecord* pRecord, WPARAM, LPARAM)
 {
-    vXferShowHelp(XferHelpOwner(pRecord), XFERHELP_TRANSFER);
+    shared::showHelp(XferHelpOwner(pRecord), XFERHELP_TRANSFER);
     return 1;
 }
 
 INT_PTR onShowHint(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM wParam, LPARAM)
 {
-    vXferDandDButtonHint(hdlgDandD, pRecord, UINT(wParam));
+    frame::showButtonHint(hdlgDandD, pRecord, UINT(wParam));
     return 1;
 }
 
 INT_PTR onShowLists(HWND, XferWindowRecord* pRecord, WPARAM, LPARAM)
 {
-    vXferDandDShowLists(pRecord);
+    panes::resumeDrawing(pRecord);
     return 1;
 }
 
@@ -155,7 +167,7 @@ constexpr MessageRow MESSAGES[] = {
     {WM_MENUSELECT, onMenuSelect},
     {WM_XFER_HELP, onHelp},
     {WM_XFER_SHOWHINT, onShowHint},
-    {WM_XFER_SHOWLISTS, onShowLists},
+    {panes::WM_XFER_SHOWLISTS, onShowLists},
 };
 
 bool isOwnerDrawn(UINT idControl)
@@ -191,7 +203,7 @@ INT_PTR CALLBACK fDlgXferDandDProc(HWND hdlgDandD, UINT uMessage, WPARAM wParam,
     if (uMessage == WM_INITDIALOG) {
         return fXferDandDInitDialog(hdlgDandD, reinterpret_cast<XferWindowRecord*>(lParam));
     }
-    auto pRecord = reinterpret_cast<XferWindowRecord*>(GetWindowLongA(hdlgDandD, DWL_USER));
+    XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
     if (pRecord == nullptr) {
         return 0;
     }

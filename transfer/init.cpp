@@ -1,8 +1,12 @@
 // The initialisation of a transfer window.
-#include "dialog.h"
-#include "panes.h"
-#include "../resources/ids.h"
-#include "../shared/library.h"
+#include "transfer/init.h"
+#include "resources/ids.h"
+#include "shared/module.h"
+#include "shared/version.h"
+#include "transfer/commands/commands.h"
+#include "transfer/frame/strip.h"
+#include "transfer/panes/drives.h"
+#include "transfer/panes/rows.h"
 
 #include <direct.h>
 
@@ -13,7 +17,7 @@ constexpr int LIST_FONT_HEIGHT = -8;
 constexpr char LIST_FONT_FACE[] = "MS Sans Serif";
 constexpr DWORD FIRST_TYPE = XFERTYPE_AUTOMATIC;
 
-constexpr const char* LIST_ICONS[XFERICON_COUNT] = {
+constexpr const char* LIST_ICONS[panes::ICON_COUNT] = {
     "OpenFolder", "ClosedFolder", "SelectedFolder", "FloppyDrive",
     "FixedDrive", "CDRomDrive",   "NetDrive",       "RamDrive",
 };
@@ -43,10 +47,10 @@ void loadPopups(XferWindowRecord* pRecord)
 
 void loadIcons(HWND hdlgDandD)
 {
-    for (int n = 0; n < XFERICON_COUNT; ++n) {
-        g_listIcons[n] = LoadIconA(g_hInstance, LIST_ICONS[n]);
+    for (int n = 0; n < panes::ICON_COUNT; ++n) {
+        panes::g_listIcons[n] = LoadIconA(g_hInstance, LIST_ICONS[n]);
     }
-    if (fXferIsVersion4()) {
+    if (shared::isVersion4()) {
         SendMessageA(hdlgDandD, WM_SETICON, ICON_BIG,
                      reinterpret_cast<LPARAM>(LoadIconA(g_hInstance, WINDOW_ICON)));
     }
@@ -73,13 +77,14 @@ void setFonts(HWND hdlgDandD, XferWindowRecord* pRecord)
     setFont(hdlgDandD, IDC_DANDD_INFOLINE, hfontFixed);
 }
 
-// The mode that the caller asked for is set by the ordinary command, when the caller's message
-// loop runs. A command only acts on a change, hence the inversion.
-void postFirstMode(HWND hdlgDandD, XferWindowRecord* pRecord)
+// The mode that the caller asked for is set by the ordinary command, when the caller's message loop
+// runs. The command acts only on a change, so the record holds the other mode until then. Returns
+// the command if it could not be posted, because the queue is full, or 0.
+WORD postFirstMode(HWND hdlgDandD, XferWindowRecord* pRecord)
 {
     pRecord->nViewMode = pRecord->nViewMode == 0;
-    PostMessageA(hdlgDandD, WM_COMMAND,
-                 pRecord->nViewMode == 1 ? IDM_XFER_TWOPANE : IDM_XFER_COMMANDLINE, 0);
+    WORD idMode = commands::commandOfMode(pRecord->nViewMode == 0);
+    return PostMessageA(hdlgDandD, WM_COMMAND, idMode, 0) ? 0 : idMode;
 }
 
 void fillTypes(HWND hdlgDandD, const XferWindowRecord* pRecord)
@@ -87,7 +92,7 @@ void fillTypes(HWND hdlgDandD, const XferWindowRecord* pRecord)
     char szMask[XFER_NAME_SIZE];
     vXferDandDFillTypeList(hdlgDandD, pRecord->hLanguage);
     SendDlgItemMessageA(hdlgDandD, IDC_DANDD_LOCALTYPES, CB_SETCURSEL, 0, 0);
-    vXferDandDLoadString(pRecord, IDS_TYPE1_MASK, szMask, sizeof szMask);
+    window::loadString(pRecord, IDS_TYPE1_MASK, szMask, sizeof szMask);
     SendDlgItemMessageA(hdlgDandD, IDC_DANDD_LOCALFILTER, WM_SETTEXT, 0,
                         reinterpret_cast<LPARAM>(szMask));
 }
@@ -96,7 +101,7 @@ void fillDrives(HWND hdlgDandD, XferWindowRecord* pRecord)
 {
     pRecord->nLocalDrive = _getdrive();
     vXferDandDFillDriveList(hdlgDandD);
-    LRESULT nRow = nXferDandDFindDriveRow(hdlgDandD, pRecord->nLocalDrive);
+    LRESULT nRow = panes::findDriveRow(hdlgDandD, pRecord->nLocalDrive);
     SendDlgItemMessageA(hdlgDandD, IDC_DANDD_LOCALDRIVES, CB_SETCURSEL, WPARAM(nRow), 0);
 }
 
@@ -120,23 +125,32 @@ void subclassControls(HWND hdlgDandD, XferWindowRecord* pRecord)
     }
 }
 
+bool isLaidOutWindowAlive(HWND hdlgDandD, const XferLayout* pLayout)
+{
+    const XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
+    return pRecord != nullptr && &pRecord->layout == pLayout;
+}
+
 } // namespace
 
 int fXferDandDInitDialog(HWND hdlgDandD, XferWindowRecord* pRecord)
 {
-    SetWindowLongA(hdlgDandD, DWL_USER, reinterpret_cast<LONG>(pRecord));
-    pRecord->hwndDialog = hdlgDandD;
+    window::attachRecord(hdlgDandD, pRecord);
     loadPopups(pRecord);
     loadIcons(hdlgDandD);
-    pRecord->hcurBusy = LoadCursorA(nullptr, MAKEINTRESOURCEA(32650)); // IDC_APPSTARTING
+    pRecord->hcurBusy = LoadCursorA(nullptr, IDC_APPSTARTING);
     setFonts(hdlgDandD, pRecord);
     vXferDandDInitStrip(hdlgDandD, pRecord);
     vXferDandDInitToolbar(hdlgDandD, pRecord->nViewMode, FIRST_TYPE);
+    layout::setAliveProc(isLaidOutWindowAlive);
     vXferDandDCaptureLayout(hdlgDandD, &pRecord->layout);
-    postFirstMode(hdlgDandD, pRecord);
+    WORD idMode = postFirstMode(hdlgDandD, pRecord);
     fillTypes(hdlgDandD, pRecord);
     fillDrives(hdlgDandD, pRecord);
     limitLines(hdlgDandD);
     subclassControls(hdlgDandD, pRecord);
+    if (idMode != 0) {
+        fXferDandDCommand(hdlgDandD, idMode, nullptr, 0);
+    }
     return 1;
 }

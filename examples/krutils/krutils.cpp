@@ -1,9 +1,9 @@
-// A stand-in for the closed library KRUTILS: recorded actions become lines of a text, and
-// the message box is a real one.
+// A stand-in for the closed library KRUTILS. It keeps a text of what the user did, shows the
+// message box, and answers requests for help.
 #include "krutils.h"
 #include "../../shared/krutils.h"
 
-#include <stdlib.h>
+#include <stdio.h>
 #include <string.h>
 
 namespace {
@@ -29,41 +29,32 @@ constexpr ActionName ACTIONS[] = {
     {KRACTION_FILE_RECEIVED, "received"},
 };
 
-// The text grows without limit; a program that records for long forgets it now and then.
-char* s_pszText;
+constexpr size_t CCH_RECORD = KR_MAX_RECORDED + 1;
+
+char s_szText[CCH_RECORD];
 size_t s_cchText;
-size_t s_cchRoom;
 
-bool makeRoom(size_t cchMore)
+// Drops the oldest lines, as many as it takes to have room for so many characters.
+void makeRoom(size_t cchMore)
 {
-    if (s_cchText + cchMore < s_cchRoom) {
-        return true;
+    char* pchKept = s_szText;
+    while (s_cchText - size_t(pchKept - s_szText) + cchMore >= CCH_RECORD) {
+        pchKept = strchr(pchKept, '\n') + 1;
     }
-    size_t cchRoom = (s_cchText + cchMore) * 2 + 256;
-    void* pNew = realloc(s_pszText, cchRoom);
-    if (pNew == nullptr) {
-        return false;
-    }
-    s_pszText = static_cast<char*>(pNew);
-    s_cchRoom = cchRoom;
-    return true;
+    s_cchText -= size_t(pchKept - s_szText);
+    memmove(s_szText, pchKept, s_cchText + 1);
 }
 
-void append(const char* psz)
-{
-    size_t cch = strlen(psz);
-    if (makeRoom(cch)) {
-        memcpy(s_pszText + s_cchText, psz, cch + 1);
-        s_cchText += cch;
-    }
-}
-
+// Names have at most 259 characters, a command line a few hundred; what is longer is cut.
 void appendLine(const char* pszWhat, const char* pszText)
 {
-    append(pszWhat);
-    append(": ");
-    append(pszText == nullptr ? "" : pszText);
-    append("\r\n");
+    char szLine[1024];
+    snprintf(szLine, sizeof szLine - 2, "%s: %s", pszWhat, pszText == nullptr ? "" : pszText);
+    strcat(szLine, "\r\n");
+    size_t cchLine = strlen(szLine);
+    makeRoom(cchLine);
+    memcpy(s_szText + s_cchText, szLine, cchLine + 1);
+    s_cchText += cchLine;
 }
 
 const char* nameOf(int nAction)
@@ -76,11 +67,43 @@ const char* nameOf(int nAction)
     return "unknown action";
 }
 
+bool s_fUseHelpBox;
+
+// The help file of a program has the program's name and is beside it. Returns whether it exists.
+bool findHelpFile(char (&szFile)[MAX_PATH])
+{
+    DWORD cch = GetModuleFileNameA(nullptr, szFile, MAX_PATH);
+    char* pchDot = strrchr(szFile, '.');
+    if (cch == 0 || cch >= MAX_PATH || pchDot == nullptr || strlen(pchDot) != strlen(".HLP")) {
+        strcpy(szFile, "KRDEMO.HLP");
+        return false;
+    }
+    strcpy(pchDot, ".HLP");
+    return GetFileAttributesA(szFile) != MAXDWORD;
+}
+
+// Help is asked for in the window that is active.
+void showNoHelp()
+{
+    char szTitle[128] = "";
+    char szText[256];
+    HWND hwnd = GetActiveWindow();
+    GetWindowTextA(hwnd, szTitle, sizeof szTitle);
+    snprintf(szText, sizeof szText,
+             "This program has no help file. Help was requested for the window \"%s\".", szTitle);
+    MessageBoxA(hwnd, szText, "Help", MB_OK | MB_ICONINFORMATION);
+}
+
 } // namespace
 
 const char* __stdcall KrGetHelpFile(void)
 {
-    return "KRDEMO.HLP";
+    static char s_szFile[MAX_PATH];
+    if (findHelpFile(s_szFile) || !s_fUseHelpBox) {
+        return s_szFile;
+    }
+    showNoHelp();
+    return nullptr;
 }
 
 void __stdcall KrRecordAction(HWND, int nAction, const char* pszText)
@@ -102,17 +125,21 @@ void __stdcall KrMessageBoxId(HMODULE hModule, HWND hwndParent, UINT idString, i
     MessageBoxA(hwndParent, szText, szCaption, MB_OK | MB_ICONEXCLAMATION);
 }
 
+void __stdcall KrUseHelpBox(int fUse)
+{
+    s_fUseHelpBox = fUse != 0;
+}
+
 int __stdcall KrGetRecordedText(char* pszBuffer, int cchBuffer)
 {
     if (pszBuffer != nullptr && cchBuffer > 0) {
-        lstrcpynA(pszBuffer, s_pszText == nullptr ? "" : s_pszText, cchBuffer);
+        lstrcpynA(pszBuffer, s_szText, cchBuffer);
     }
     return int(s_cchText);
 }
 
 void __stdcall KrForgetRecordedText(void)
 {
-    free(s_pszText);
-    s_pszText = nullptr;
-    s_cchText = s_cchRoom = 0;
+    s_szText[0] = '\0';
+    s_cchText = 0;
 }

@@ -2,14 +2,14 @@
 #ifndef KRVIEWER_CONTENT_H
 #define KRVIEWER_CONTENT_H
 
-constexpr unsigned CB_SHOWN = 256 * 1024; // of a longer file the rest isn't shown
+constexpr unsigned CB_SHOWN = 256 * 1024; // the rest of a longer file isn't shown
 
 struct Content {
     char* pszLines; // free() it
     bool fCut;
 };
 
-// Gives false, with no memory taken, if the file can't be read.
+// Returns false, and allocates nothing, if the file can't be read.
 bool readContent(const char* pszFile, Content* pContent);
 
 #endif

@@ -9,8 +9,8 @@ namespace {
 constexpr char CONTROL_OPTION[] = "-ftp1";
 constexpr int CCH_LINE = MAX_PATH + 2; // with line end and NUL
 
-// Lines of a control file. The first two and the last lie between the caller and its viewer;
-// the sample caller gives its own name, the host's, and nothing.
+// Lines of a control file. What the first two and the last hold is up to the caller and its
+// viewer: the sample caller writes its own name, that of the host, and nothing.
 enum ControlLine { LINE_CALLER, LINE_HOST, LINE_HOSTNAME, LINE_FILE, LINE_EMPTY, LINE_COUNT };
 
 bool readLine(FILE* pFile, char (&szLine)[CCH_LINE])

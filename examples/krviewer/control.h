@@ -10,10 +10,10 @@ struct ViewedFile {
     char szControl[MAX_PATH]; // empty unless the file is a temporary copy
 };
 
-// Understands "FILE" and "-ftp1CONTROLFILE". Gives false if there is nothing to show.
+// Understands "FILE" and "-ftp1CONTROLFILE". Returns false if there is nothing to show.
 bool readCommandLine(ViewedFile* pViewed);
 
-// Takes a temporary copy and its control file away.
+// Deletes a temporary copy and its control file.
 void removeTemporary(const ViewedFile* pViewed);
 
 #endif

@@ -1,6 +1,6 @@
 // The sample viewer: shows a file as text, or as bytes if it isn't text. It understands the two
-// command lines with which KRHAUL starts the viewer beside the executable, and takes a temporary
-// copy away when it closes.
+// command lines with which KRHAUL starts the viewer beside the executable, and deletes a temporary
+// copy when it closes.
 #include "content.h"
 #include "control.h"
 
@@ -70,7 +70,7 @@ HWND makeWindow(HINSTANCE hInstance, const char* pszTitle)
                          HEIGHT_IN_LINES * metrics.tmHeight, nullptr, nullptr, hInstance, nullptr);
 }
 
-// Escape closes, as in any window that only shows something.
+// Escape closes the window, as it does in others that only show something.
 void runLoop(HWND hwnd)
 {
     MSG msg;

@@ -1,5 +1,5 @@
 /* The program of the caller's guide, worked through its windows: it receives a file, sends one,
-   lists the host anew and is closed. guide.c is made of the blocks of docs/caller.md. */
+   refills the host panes, is stopped twice and is closed. */
 #define main guideMain
 #include "guide.c"
 #undef main
@@ -37,7 +37,7 @@ static int rowOf(int idList, const char* pszName)
                                     (LPARAM)pszName);
 }
 
-/* Gives FALSE until there is such a row. */
+/* Returns FALSE until there is such a row. */
 static BOOL transferRow(int idList, const char* pszName)
 {
     int nRow = rowOf(idList, pszName);
@@ -55,8 +55,25 @@ static BOOL refreshHost(void)
     return rowOf(IDC_DANDD_HOSTFILES, "late.txt") != LB_ERR;
 }
 
-/* Stops a transfer in the middle of a file. */
-static BOOL stopTransfer(void)
+static BOOL namesAreChecked(void)
+{
+    static const char* const SAFE[] = {"a.txt", ".profile", "com", "COMA.txt",
+                                       "nulls", "a b",      "x..y"};
+    static const char* const UNSAFE[] = {"",     ".",       "..",       "..\\x",  "/etc/x", "c:x",
+                                         "a\nb", "nul.txt", "COM1",     "lpt9.x", "con",    "a.",
+                                         "a ",   "aux .c",  "CONIN$.x", "a*",     "x|y"};
+    size_t n;
+    for (n = 0; n < sizeof SAFE / sizeof SAFE[0]; ++n)
+        if (!isSafeName(SAFE[n]))
+            return FALSE;
+    for (n = 0; n < sizeof UNSAFE / sizeof UNSAFE[0]; ++n)
+        if (isSafeName(UNSAFE[n]))
+            return FALSE;
+    return TRUE;
+}
+
+/* Stops a transfer in the middle of a file: the stop command, or X on the status window. */
+static BOOL stopTransfer(BOOL fByCommand)
 {
     BOOL fBegun;
     makeFile("stopped.txt", 100000);
@@ -65,8 +82,11 @@ static BOOL stopTransfer(void)
         return FALSE;
     moveChunk();
     fBegun = GetFileAttributesA("host\\stopped.txt") != INVALID_FILE_ATTRIBUTES;
-    SendMessageA(s_hdlg, WM_COMMAND, IDABORT, 0);
-    return fBegun;
+    if (fByCommand)
+        SendMessageA(s_hdlg, WM_COMMAND, IDABORT, 0);
+    else
+        SendMessageA(s_hdlgStat, WM_CLOSE, 0, 0);
+    return fBegun && s_fStop;
 }
 
 /* A step each time that no transfer is running, until one doesn't succeed for long. */
@@ -88,9 +108,11 @@ static VOID CALLBACK onTimer(HWND hwnd, UINT uMessage, UINT_PTR uTimer, DWORD dw
         fDone = areEqual("ours.txt", "host\\ours.txt") && refreshHost();
         break;
     case 3:
-        fDone = stopTransfer();
-        break;
     case 4:
+        fDone = GetFileAttributesA("host\\stopped.txt") == INVALID_FILE_ATTRIBUTES &&
+                stopTransfer(s_nStep == 3);
+        break;
+    case 5:
         fDone = GetFileAttributesA("host\\stopped.txt") == INVALID_FILE_ATTRIBUTES &&
                 PostMessageA(s_hdlg, WM_CLOSE, 0, 0);
         break;
@@ -108,5 +130,7 @@ int main(void)
     makeFile("host\\theirs.txt", 200000);
     makeFile("ours.txt", 300000);
     SetTimer(NULL, 0, 20, onTimer);
-    return guideMain(2, arguments) == 0 && s_nStep == 5 && s_hdlgStat == NULL ? 0 : 1;
+    return namesAreChecked() && guideMain(2, arguments) == 0 && s_nStep == 6 && s_hdlgStat == NULL
+               ? 0
+               : 1;
 }

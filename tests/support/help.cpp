@@ -5,6 +5,12 @@
 namespace {
 
 std::vector<HelpCalls::Call> s_calls;
+const char* s_pszFile;
+
+const char* __stdcall fakeHelpFile()
+{
+    return s_pszFile;
+}
 
 BOOL WINAPI fakeWinHelp(HWND hwndOwner, LPCSTR pszFile, UINT uCommand, ULONG_PTR data)
 {
@@ -14,9 +20,12 @@ BOOL WINAPI fakeWinHelp(HWND hwndOwner, LPCSTR pszFile, UINT uCommand, ULONG_PTR
 
 } // namespace
 
-HelpCalls::HelpCalls() : m_winHelp(GetModuleHandleA("KRHAUL.DLL"), "WinHelpA", fakeWinHelp)
+HelpCalls::HelpCalls(const char* pszFile)
+    : m_winHelp(GetModuleHandleA("KRHAUL.DLL"), "WinHelpA", fakeWinHelp),
+      m_helpFile(GetModuleHandleA("KRHAUL.DLL"), "KRUTILS.DLL", 4, fakeHelpFile)
 {
     s_calls.clear();
+    s_pszFile = pszFile;
 }
 
 std::vector<HelpCalls::Call> HelpCalls::take()

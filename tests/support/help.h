@@ -16,13 +16,15 @@ public:
         UINT uCommand;
         ULONG_PTR data;
     };
-    HelpCalls();
+    // KRUTILS names this file; null if it shows the help itself.
+    explicit HelpCalls(const char* pszFile = "KRDEMO.HLP");
 
     // What has been asked for since the last call.
     static std::vector<Call> take();
 
 private:
     ReplacedImport m_winHelp;
+    ReplacedImport m_helpFile;
 };
 
 #endif

@@ -61,3 +61,16 @@ ReplacedImport::~ReplacedImport()
         write(m_ppSlot, m_pOriginal);
     }
 }
+
+bool ReplacedImports::isImported(const char* pszName) const
+{
+    return findSlot(m_hModule, {nullptr, pszName, 0}) != nullptr;
+}
+
+void ReplacedImports::clear()
+{
+    // A later one may stand over an earlier one.
+    while (!m_all.empty()) {
+        m_all.pop_back();
+    }
+}

@@ -5,7 +5,9 @@
 
 #include <windows.h>
 
+#include <memory>
 #include <utility>
+#include <vector>
 
 class ReplacedImport {
 public:
@@ -41,6 +43,30 @@ private:
     ReplacedImport(HMODULE hModule, const Import& wanted, void* pFake);
     void** m_ppSlot;
     void* m_pOriginal;
+};
+
+// Any number of imports of a module; those that it doesn't have are left out.
+class ReplacedImports {
+public:
+    explicit ReplacedImports(HMODULE hModule) : m_hModule(hModule)
+    {
+    }
+    ~ReplacedImports()
+    {
+        clear();
+    }
+    template <typename Function> void replace(const char* pszName, Function* pfnFake)
+    {
+        if (isImported(pszName)) {
+            m_all.push_back(std::make_unique<ReplacedImport>(m_hModule, pszName, pfnFake));
+        }
+    }
+    void clear();
+
+private:
+    bool isImported(const char* pszName) const;
+    HMODULE m_hModule;
+    std::vector<std::unique_ptr<ReplacedImport>> m_all;
 };
 
 // Counts what a module calls of one import, which goes on as ever.

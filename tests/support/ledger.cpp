@@ -155,11 +155,6 @@ template <int NUMBER, typename Result, typename... Args> struct Owing {
 
 } // namespace
 
-template <typename Function> void Ledger::replace(const char* pszName, Function* pfnFake)
-{
-    m_replaced.push_back(std::make_unique<ReplacedImport>(m_hModule, pszName, pfnFake));
-}
-
 template <int NUMBER, typename Result, typename... Args>
 void Ledger::makes(const char* pszName, Result(WINAPI* pfn)(Args...))
 {
@@ -176,7 +171,7 @@ void Ledger::gives(const char* pszName, Result(WINAPI* pfn)(Args...))
     replace(pszName, Owing<NUMBER, Result, Args...>::template give<ARGUMENT>);
 }
 
-Ledger::Ledger(bool fAll) : m_hModule(GetModuleHandleA("KRHAUL.DLL"))
+Ledger::Ledger(bool fAll) : ReplacedImports(GetModuleHandleA("KRHAUL.DLL"))
 {
     begin(fAll);
     replace("GlobalAlloc", owingGlobalAlloc);
@@ -193,7 +188,7 @@ Ledger::Ledger(bool fAll) : m_hModule(GetModuleHandleA("KRHAUL.DLL"))
     watchObjects();
 }
 
-Ledger::Ledger(HMODULE hProgram) : m_hModule(hProgram)
+Ledger::Ledger(HMODULE hProgram) : ReplacedImports(hProgram)
 {
     begin(false);
     s_fObjectsFail = true;

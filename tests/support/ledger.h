@@ -4,15 +4,13 @@
 
 #include "imports.h"
 
-#include <memory>
 #include <stddef.h>
 #include <string>
-#include <vector>
 
 // Sees both heaps, modules, and objects and contexts of the screen, as the library uses them
 // while the object lives. Blocks of the global heap move when they grow, and stay when freed, until
 // the object's end, which tells if one was written to. One at a time.
-class Ledger {
+class Ledger : private ReplacedImports {
 public:
     // Without fAll there are windows already: what they give back isn't asked for.
     explicit Ledger(bool fAll = true);
@@ -35,13 +33,10 @@ public:
 private:
     void begin(bool fAll);
     void watchObjects();
-    template <typename Function> void replace(const char* pszName, Function* pfnFake);
     template <int NUMBER, typename Result, typename... Args>
     void makes(const char* pszName, Result(WINAPI* pfn)(Args...));
     template <int NUMBER, int ARGUMENT, typename Result, typename... Args>
     void gives(const char* pszName, Result(WINAPI* pfn)(Args...));
-    HMODULE m_hModule;
-    std::vector<std::unique_ptr<ReplacedImport>> m_replaced;
 };
 
 #endif

@@ -1,7 +1,7 @@
 #include "pane_window.h"
 #include "../../examples/krutils/krutils.h"
 #include "../../resources/ids.h"
-#include "../../transfer/record.h"
+#include "../../transfer/window/record.h"
 
 #include <algorithm>
 #include <direct.h>
@@ -42,6 +42,29 @@ Strings recorded()
         line.pop_back(); // its carriage return
     }
     return lines;
+}
+
+namespace {
+
+std::function<void()> s_inRecord;
+
+void WINAPI fakeRecordAction(HWND, int, const char*)
+{
+    s_inRecord();
+}
+
+void WINAPI fakeRecordCommand(HWND, const char*)
+{
+    s_inRecord();
+}
+
+} // namespace
+
+InRecord::InRecord(std::function<void()> act)
+    : m_action(library(), "KRUTILS.DLL", 41, fakeRecordAction),
+      m_command(library(), "KRUTILS.DLL", 22, fakeRecordCommand)
+{
+    s_inRecord = std::move(act);
 }
 
 std::string currentDir()
@@ -128,12 +151,13 @@ std::string cell(XferFileList list, LONG nRow, LONG nColumn)
     return XferFileList_lpszGetString(list, nRow, nColumn, szName, sizeof szName);
 }
 
-// The names of one column; what the other one holds, which is to be empty, shows as well.
+// The names of one column, each with what the other one holds behind a "=".
 std::string take(XferFileList list, LONG nColumn)
 {
     std::string names;
     for (LONG n = 0; n < XferFileList_cGetSize(list); ++n) {
-        names += " " + cell(list, n, nColumn) + cell(list, n, 1 - nColumn);
+        const std::string other = cell(list, n, 1 - nColumn);
+        names += " " + cell(list, n, nColumn) + (other.empty() ? "" : "=" + other);
     }
     XferFileList_vDestroy(list);
     return names;
@@ -155,7 +179,7 @@ constexpr char FILTER[] = "filter ";
 struct PaneWindow::Caller {
     static void ask(DWORD dw, const std::string& request)
     {
-        reinterpret_cast<PaneWindow*>(dw)->ask(request);
+        reinterpret_cast<PaneWindow*>(dw)->hear(request);
     }
     static void KRHAULAPI send(DWORD dw, DWORD, DWORD, XferFileList list, DWORD, const char* pszDir)
     {
@@ -186,9 +210,14 @@ struct PaneWindow::Caller {
         ask(dw, fSet != 0 ? "flags " + std::to_string(dwFlags) : "flags");
         return reinterpret_cast<PaneWindow*>(dw)->m_dwConfirm;
     }
-    static void KRHAULAPI mode(DWORD dw, DWORD, DWORD, DWORD nMode)
+    static void KRHAULAPI mode(DWORD dw, DWORD dw1, DWORD dw2, DWORD nMode)
     {
-        reinterpret_cast<PaneWindow*>(dw)->m_requests.push_back("mode " + std::to_string(nMode));
+        auto pThis = reinterpret_cast<PaneWindow*>(dw);
+        EXPECT_TRUE(dw1 == 0 && dw2 == 0);
+        pThis->m_modes.push_back(nMode);
+        if (pThis->m_whenModeChanges) {
+            pThis->m_whenModeChanges();
+        }
     }
 };
 
@@ -206,9 +235,10 @@ PaneWindow::PaneWindow()
 PaneWindow::~PaneWindow()
 {
     close();
+    FreeLibrary(m_hEnglish);
 }
 
-void PaneWindow::ask(const std::string& request)
+void PaneWindow::hear(const std::string& request)
 {
     m_requests.push_back(request);
     if (m_inRequest) {
@@ -216,20 +246,56 @@ void PaneWindow::ask(const std::string& request)
     }
 }
 
+HWND PaneWindow::createOnly(HWND hwndParent, DWORD nViewMode)
+{
+    return hdlgXferDandDCreate2("Title", hwndParent, nullptr, DWORD(this), &m_callbacks, nViewMode);
+}
+
+void PaneWindow::create(DWORD nViewMode)
+{
+    m_modes.clear();
+    m_hwnd = createOnly(m_parent.hwnd(), nViewMode);
+    ASSERT_NE(m_hwnd, nullptr);
+    ASSERT_TRUE(waitUntil([&] { return !m_modes.empty(); }));
+    pumpMessages();
+}
+
 void PaneWindow::open(DWORD nViewMode)
 {
-    m_hwnd = hdlgXferDandDCreate2("Panes", m_parent.hwnd(), nullptr, DWORD(this), &m_callbacks,
-                                  nViewMode);
-    ASSERT_NE(m_hwnd, nullptr);
-    EXPECT_TRUE(waitUntil([this] { return !m_requests.empty(); }));
+    create(nViewMode);
     vXferDandDSetBusyState(m_hwnd, 0);
     heard();
 }
 
 void PaneWindow::close()
 {
-    nXferDandDDestroy(m_hwnd);
+    EXPECT_EQ(nXferDandDDestroy(m_hwnd), 0);
+    EXPECT_FALSE(IsWindow(m_hwnd));
     m_hwnd = nullptr;
+}
+
+void PaneWindow::setMode(DWORD nViewMode) const
+{
+    command(nViewMode != 0 ? IDM_XFER_COMMANDLINE : IDM_XFER_TWOPANE);
+}
+
+void PaneWindow::setClientSize(LONG cx, LONG cy) const
+{
+    // Twice, as in a narrow window the menu breaks into two lines.
+    for (int n = 0; n < 2; ++n) {
+        RECT rcWindow, rcClient;
+        GetWindowRect(m_hwnd, &rcWindow);
+        GetClientRect(m_hwnd, &rcClient);
+        SetWindowPos(m_hwnd, nullptr, 0, 0, rcWindow.right - rcWindow.left - rcClient.right + cx,
+                     rcWindow.bottom - rcWindow.top - rcClient.bottom + cy,
+                     SWP_NOMOVE | SWP_NOZORDER);
+    }
+}
+
+INT_PTR PaneWindow::ask(UINT uMessage, WPARAM wParam, LPARAM lParam) const
+{
+    return CallWindowProcA(reinterpret_cast<WNDPROC>(GetWindowLongA(m_hwnd, DWL_DLGPROC)), m_hwnd,
+                           uMessage, wParam, lParam);
 }
 
 void PaneWindow::notify(int idControl, UINT nNotification) const
@@ -331,11 +397,6 @@ void PaneWindow::feedHost(const Strings& files) const
 std::string PaneWindow::stripText() const
 {
     return record()->szStripText;
-}
-
-std::string PaneWindow::english(UINT id)
-{
-    return stringOf(GetModuleHandleA("XFREN.DLL"), id);
 }
 
 Strings PaneWindow::log() const

@@ -1,9 +1,10 @@
-// A transfer window for tests of its panes: in a directory of its own, with a caller that
-// writes down what it is asked.
+// A transfer window, in a directory of its own, with a caller that writes down what it is asked.
 #ifndef TESTS_SUPPORT_PANE_WINDOW_H
 #define TESTS_SUPPORT_PANE_WINDOW_H
 
 #include "../../include/krhaul.h"
+#include "imports.h"
+#include "strict.h"
 #include "windows.h"
 
 #include <gtest/gtest.h>
@@ -20,6 +21,16 @@ Strings split(const std::string& text, char chAt = ' ');
 
 // What KRUTILS has recorded since the last call, a line each.
 Strings recorded();
+
+// Runs something inside each call that tells KRUTILS of an action or a command, in place of the
+// call. One at a time.
+class InRecord {
+public:
+    explicit InRecord(std::function<void()> act);
+
+private:
+    ReplacedImport m_action, m_command;
+};
 
 // A new directory, current while the object lives; removed with all that is in it.
 class TempDir {
@@ -62,9 +73,18 @@ protected:
     PaneWindow();
     ~PaneWindow() override;
 
-    // Opens the window and waits for its first view mode; it is idle then.
+    // Makes a window of this caller, with nothing handled yet.
+    HWND createOnly(HWND hwndParent, DWORD nViewMode = XFERVIEW_TWOPANE);
+    // Makes m_hwnd, and handles messages until its first mode has come.
+    void create(DWORD nViewMode = XFERVIEW_TWOPANE);
+    // The same, and it is idle.
     void open(DWORD nViewMode = XFERVIEW_TWOPANE);
     void close();
+    void setMode(DWORD nViewMode) const;
+    // Sizes the client area.
+    void setClientSize(LONG cx, LONG cy) const;
+    // What the dialog procedure itself gives for a message.
+    INT_PTR ask(UINT uMessage, WPARAM wParam = 0, LPARAM lParam = 0) const;
     // Lists that show paint their scroll bars at each new row: for tests with many rows.
     void hide() const
     {
@@ -117,7 +137,10 @@ protected:
     // The text of the message strip, which shows nowhere else.
     std::string stripText() const;
     // A string of the window's language.
-    static std::string english(UINT id);
+    std::string english(UINT id) const
+    {
+        return stringOf(m_hEnglish, id);
+    }
     // Entries of the log, oldest first.
     Strings log() const;
 
@@ -129,16 +152,19 @@ protected:
 
     TempDir m_dir;
     ParentWindow m_parent;
+    StrictPlatform m_strict;
     HostCallbacks m_callbacks;
+    HMODULE m_hEnglish = LoadLibraryA("XFREN.DLL");
     HWND m_hwnd = nullptr;
     DWORD m_dwConfirm = 0;
-    // Run inside each request but "mode".
-    std::function<void()> m_inRequest;
+    // Run inside each request, and inside a change of the mode.
+    std::function<void()> m_inRequest, m_whenModeChanges;
+    std::vector<DWORD> m_modes; // that the caller was told
 
 private:
     struct Caller;
     friend struct Caller;
-    void ask(const std::string& request);
+    void hear(const std::string& request);
     Strings m_requests;
 };
 

@@ -89,6 +89,11 @@ DWORD runProgram(std::string command, HANDLE hOutput)
     return dwExit;
 }
 
+bool isUnderWine()
+{
+    return GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr;
+}
+
 DWORD runOnOldPlatform(const char* pszFilter)
 {
     constexpr char KEY[] = "Software\\Wine\\AppDefaults\\OLD351.exe";
@@ -96,9 +101,6 @@ DWORD runOnOldPlatform(const char* pszFilter)
     HKEY hkey;
     GetModuleFileNameA(nullptr, szSelf, sizeof szSelf);
     const std::string copy = std::string(szSelf, strrchr(szSelf, '\\') + 1) + "OLD351.exe";
-    if (GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") == nullptr) {
-        return 0;
-    }
     if (!CopyFileA(szSelf, copy.c_str(), FALSE) ||
         RegCreateKeyA(HKEY_CURRENT_USER, KEY, &hkey) != ERROR_SUCCESS) {
         return MAXDWORD;

@@ -24,9 +24,11 @@ std::string stringOf(HMODULE hModule, UINT id);
 // handled meanwhile.
 DWORD runProgram(std::string command, HANDLE hOutput = nullptr);
 
-// Runs the disabled tests of this program that a filter names, in a copy of it of which the
-// platform says that it is an old one (3.51). Gives its exit code, 0 too where the platform isn't
-// Wine, which alone can be told so.
+// What only Wine can do is skipped where this is false.
+bool isUnderWine();
+
+// Runs the disabled tests of this program that a filter names, in a copy of it that Wine tells
+// that the platform is an old one (3.51). Returns its exit code.
 DWORD runOnOldPlatform(const char* pszFilter);
 
 struct Message {

@@ -27,7 +27,7 @@ void put32(std::string& bytes, std::size_t value)
     put(bytes, value, 4);
 }
 
-// The rows of an image stand bottom up, each padded to whole 32-bit words.
+// The rows of an image are stored bottom up, each padded to a multiple of 32 bits.
 template <typename Value> std::string packRows(Size size, int bits, Value value)
 {
     std::string bytes;
@@ -47,8 +47,8 @@ template <typename Value> std::string packRows(Size size, int bits, Value value)
     return bytes;
 }
 
-// The header is followed by a full colour table, since the toolbar finds the
-// pixels of its bitmap by the number of bits alone.
+// The colour table is always full, because the toolbar computes the offset of the pixels
+// from the number of bits alone.
 void putInfo(std::string& bytes, int width, int height, int bits, std::size_t imageSize,
              const Palette& palette)
 {
@@ -89,7 +89,7 @@ std::string encodeBitmap(const Resource& resource)
     return bytes + info + rows;
 }
 
-// Transparent pixels keep what is below them: 1 in the mask, black in the
+// Transparent pixels leave the screen unchanged: they are 1 in the mask and black in the
 // colours, which are combined by exclusive or.
 std::string encodeMasked(const Picture& picture, const Palette& palette, int bits)
 {
@@ -100,7 +100,7 @@ std::string encodeMasked(const Picture& picture, const Palette& palette, int bit
     const std::string mask = packRows(
         picture.size, 1, [&](int x, int y) { return picture.at(x, y) == clearPixel ? 1 : 0; });
     std::string bytes;
-    // The height counts the colours and the mask.
+    // The height is that of colours and mask together.
     putInfo(bytes, picture.size.width, 2 * picture.size.height, bits, colors.size() + mask.size(),
             palette);
     return bytes + colors + mask;
@@ -122,7 +122,7 @@ std::string encodeDirectory(const Resource& resource)
         put8(bytes, static_cast<std::size_t>(picture.size.height));
         put8(bytes, resource.palette->entries.size());
         put8(bytes, 0);
-        // A cursor has its hot spot where an icon has planes and bits.
+        // Cursors store the hot spot in the fields in which icons store planes and bits.
         put16(bytes, static_cast<std::size_t>(cursor ? resource.hotX : 1));
         put16(bytes, static_cast<std::size_t>(cursor ? resource.hotY : bits));
         put32(bytes, image.size());

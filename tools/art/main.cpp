@@ -4,7 +4,7 @@
 //   art --check SOURCES RESOURCES   compares, writes nothing
 //
 // The exit code is 0 for success, 1 for resource files that differ from their
-// sources, 2 for anything that kept the tool from working.
+// sources, 2 if the tool could not do its work.
 #include "pictures.h"
 
 #include <fstream>
@@ -23,7 +23,7 @@ void writeFile(const std::string& path, const std::string& bytes)
         throw std::runtime_error(path + ": cannot be written");
 }
 
-// A file that cannot be opened reads as empty, which no resource file is.
+// Returns nothing for a file that cannot be opened; no resource file is empty.
 std::string readFile(const std::string& path)
 {
     std::ifstream in(path, std::ios::binary);

@@ -1,5 +1,5 @@
-// The records that the art tool works on, and the steps that it takes with
-// them: read the sources, encode the resource files, draw the contact sheet.
+// The records of the art tool, and its three steps: read the sources, encode
+// the resource files, draw the contact sheet.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +18,7 @@ struct PaletteEntry {
     Color color;
 };
 
-// The entries stand in the order of the colour table that is written.
+// The entries are in the order of the colour table in the file.
 struct Palette {
     std::string name;
     std::vector<PaletteEntry> entries;
@@ -30,7 +30,7 @@ struct Size {
     int height = 0;
 };
 
-// The first and last column and row are part of the area.
+// Both the first and the last column and row belong to the area.
 struct Area {
     int left;
     int top;
@@ -40,16 +40,16 @@ struct Area {
 
 enum class Encoding { Bitmap, Icon, Cursor, None };
 
-// What all resources of one family have in common. The windows of the library
+// What all resources of a kind have in common. The windows of the library
 // depend on these numbers, so they are fixed here and not in the sources.
 struct Kind {
     const char* name;
     const char* palette;
     Encoding encoding;
-    int bits;                // Bits of a pixel; the palette is full.
+    int bits;                // Bits per pixel; the palette has an entry for each value.
     std::vector<Size> sizes; // Sizes that a picture may have.
     std::size_t pictures;    // Pictures in one resource, 0 for any number.
-    Area opaque;             // Only here may a picture have opaque pixels.
+    Area opaque;             // A picture may have opaque pixels only here.
 };
 
 constexpr int clearPixel = -1;
@@ -77,12 +77,12 @@ struct Resource {
 };
 
 struct Sources {
-    std::deque<Palette> palettes; // The resources point at its elements.
+    std::deque<Palette> palettes; // The resources point to its elements.
     std::vector<Resource> resources;
 };
 
 // Reads every source file of a directory. Throws std::runtime_error with a
-// text of the form "file:line: what is wrong" at the first fault.
+// text of the form "file:line: what is wrong" at the first error.
 void readSources(const std::string& directory, Sources& sources);
 
 std::string encodeResource(const Resource& resource);

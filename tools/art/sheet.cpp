@@ -1,5 +1,5 @@
-// Draws the contact sheet: every picture at real size and enlarged, on the
-// backgrounds and in the looks in which the windows show it. The system
+// Draws the contact sheet: every picture in its own size and enlarged, on the
+// backgrounds and in the states in which the windows show it. The system
 // colours are those of the classic grey scheme unless a title says otherwise.
 #include "pictures.h"
 
@@ -181,16 +181,16 @@ void drawDark(Canvas& canvas, const Canvas& picture, int left, int top, const Sc
         }
 }
 
-// A disabled picture is its dark pixels in shadow colour, with a highlight one
-// pixel to the lower right.
+// A disabled picture shows its dark pixels in the shadow colour, with a highlight one
+// pixel below and to the right.
 void drawEngraved(Canvas& canvas, const Canvas& picture, int left, int top, const Scheme& scheme)
 {
     drawDark(canvas, picture, left + 1, top + 1, scheme, [&](Color) { return scheme.highlight; });
     drawDark(canvas, picture, left, top, scheme, [&](Color) { return scheme.shadow; });
 }
 
-// The dark pixels of a checked picture lie on a checkerboard of face and
-// highlight colour, which fills the inside of the frame.
+// The dark pixels of a checked picture are drawn on a checkerboard of face and
+// highlight colour, which fills the frame.
 void drawChecked(Canvas& canvas, const Canvas& picture, int left, int top, const Scheme& scheme)
 {
     for (int y = 2; y < buttonSize.height - 1; ++y)
@@ -282,7 +282,7 @@ private:
         return tiles;
     }
 
-    // Of a list icon, the place that it takes in a row of a list is shown.
+    // For a list icon, the part that is visible in a row of a list.
     static Size shownSize(const Resource& resource, const Picture& picture)
     {
         const Area& opaque = resource.kind->opaque;
@@ -290,8 +290,8 @@ private:
         return row.width < picture.size.width ? row : picture.size;
     }
 
-    // Places the blocks below each other and gives the height that they need;
-    // without a canvas that is all it does.
+    // Draws the blocks below each other and returns the height that they need;
+    // without a canvas it only computes the height.
     int layOut(Canvas* canvas) const
     {
         int y = margin;

@@ -1,4 +1,4 @@
-// Reads the pixel maps. Each line of a source is one of
+// Reads the pixel maps. Each line of a source file is one of
 //
 //   ; comment
 //   palette NAME             begins a palette
@@ -52,7 +52,7 @@ public:
         std::string text;
         while (std::getline(in, text)) {
             ++line_;
-            // Editors leave carriage returns and blanks behind.
+            // Editors leave carriage returns and trailing blanks.
             text.erase(text.find_last_not_of(" \t\r") + 1);
             readLine(text);
         }
@@ -312,7 +312,7 @@ private:
 
 void readSources(const std::string& directory, Sources& sources)
 {
-    // The resources refer to the palettes, so these are read first.
+    // The palettes come first, because the resources refer to them.
     const std::string paletteFile = directory + "/palettes.txt";
     Reader(paletteFile, sources).read();
     std::vector<std::string> paths;

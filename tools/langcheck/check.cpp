@@ -2,100 +2,158 @@
 
 #include <stdarg.h>
 #include <stdio.h>
+#include <string.h>
 
-void vLangFound(LangCheck* check, const char* format, ...)
+namespace langcheck {
+
+namespace {
+
+// A finding is one line, whatever the texts of the module hold.
+std::string onOneLine(const char* text)
 {
-    char line[512];
+    std::string line;
+    for (; *text; text++) {
+        if (*text == '\n')
+            line += "\\n";
+        else if (*text == '\t')
+            line += "\\t";
+        else
+            line += static_cast<BYTE>(*text) < ' ' ? '?' : *text;
+    }
+    return line;
+}
+
+} // namespace
+
+void found(Check* check, const char* format, ...)
+{
+    char line[1024];
     va_list args;
     va_start(args, format);
     _vsnprintf(line, sizeof line - 1, format, args);
     va_end(args);
     line[sizeof line - 1] = '\0';
-    check->cFound++;
-    check->report->pfnLine(check->report->pData, line);
+    check->count++;
+    check->report.line(check->report.data, onOneLine(line).c_str());
 }
 
-std::string strLangString(const LangCheck* check, UINT id)
+void checkBadTexts(Check* check, const std::string& where, const BadTexts& bad)
 {
-    char text[1024];
-    const int cch = LoadStringA(check->hModule, id, text, sizeof text);
-    return std::string(text, static_cast<size_t>(cch));
+    for (const std::string& text : bad.lost)
+        found(check, "%s: \"%s\" has letters that code page %u lacks", where.c_str(), text.c_str(),
+              GetACP());
+    for (const std::string& text : bad.misread)
+        found(check, "%s: \"%s\" is UTF-8 that was compiled as another code page", where.c_str(),
+              text.c_str());
 }
 
-void vLangCheckLost(LangCheck* check, const char* where, const std::vector<std::string>& lost)
+bool hasControlCharacters(const std::string& text, const char* allowed)
 {
-    for (const std::string& text : lost)
-        vLangFound(check, "%s: \"%s\" has letters that code page %u lacks", where, text.c_str(),
-                   GetACP());
-}
-
-char chLangMnemonic(const std::string& text)
-{
-    for (size_t i = 0; i + 1 < text.size(); i++) {
-        if (text[i] != '&')
-            continue;
-        char letter = text[i + 1];
-        if (letter != '&') {
-            CharUpperBuffA(&letter, 1);
-            return letter;
-        }
-        i++;
+    for (const char letter : text) {
+        if (static_cast<BYTE>(letter) < ' ' && (letter == '\0' || !strchr(allowed, letter)))
+            return true;
     }
-    return 0;
+    return false;
 }
 
-void vLangTakeMnemonic(LangCheck* check, const char* where, char mnemonic, std::string* taken)
+std::string mnemonicsOf(const std::string& text)
+{
+    std::string letters;
+    for (size_t i = 0; i + 1 < text.size(); i++) {
+        if (text[i] == '&' && text[++i] != '&')
+            letters += text[i];
+    }
+    if (!letters.empty())
+        CharUpperBuffA(&letters[0], static_cast<DWORD>(letters.size()));
+    return letters;
+}
+
+char mnemonicOf(const std::string& text)
+{
+    const std::string letters = mnemonicsOf(text);
+    return letters.empty() ? '\0' : letters[0];
+}
+
+void takeMnemonic(Check* check, const char* where, char mnemonic, std::string* taken)
 {
     if (!mnemonic)
         return;
     if (taken->find(mnemonic) != std::string::npos)
-        vLangFound(check, "%s: mnemonic %c stands twice", where, mnemonic);
+        found(check, "%s: the mnemonic %c is used twice", where, mnemonic);
     *taken += mnemonic;
 }
 
 namespace {
 
-bool readDialog(LangCheck* check, const char* name, LangDialog* dialog)
+bool readTemplate(Check* check, const char* name, Dialog* dialog)
 {
-    switch (nLangReadDialog(check->hModule, name, dialog)) {
-    case LANGREAD_OK:
+    switch (readDialog(check->module, name, dialog)) {
+    case ReadResult::OK:
         return true;
-    case LANGREAD_MISSING:
-        vLangFound(check, "%s: the template is missing", name);
+    case ReadResult::MISSING:
+        found(check, "%s: the template is missing", name);
         return false;
-    case LANGREAD_EXTENDED:
-        vLangFound(check, "%s: a DIALOGEX template can't be loaded below version 4", name);
+    case ReadResult::EXTENDED:
+        found(check, "%s: a DIALOGEX template can't be loaded below version 4", name);
         return false;
-    case LANGREAD_BROKEN:
+    case ReadResult::BROKEN:
         break;
     }
-    vLangFound(check, "%s: the template is broken", name);
+    found(check, "%s: the template is broken", name);
     return false;
 }
 
-void checkTemplate(LangCheck* check, const LangTemplateRow& row)
+void checkTemplate(Check* check, const TemplateRow& row)
 {
-    LangDialog dialog;
-    if (!readDialog(check, row.name, &dialog))
+    Subject subject = {check, &row, {}, {}};
+    if (!readTemplate(check, row.name, &subject.dialog))
         return;
+    readDialog(check->english, row.name, &subject.english);
+    const Dialog& dialog = subject.dialog;
     if ((dialog.style & row.style.mask) != row.style.value)
-        vLangFound(check, "%s: %s %s", row.name, row.style.value ? "needs" : "must not have",
-                   row.style.name);
-    vLangCheckLost(check, row.name, dialog.lost);
+        found(check, "%s: %s %s", row.name, row.style.value ? "needs" : "must not have",
+              row.style.name);
+    checkBadTexts(check, row.name, dialog.bad);
     std::string barMnemonics;
-    if (row.flags & LANGDLG_MENU)
-        barMnemonics = strLangCheckMenu(check, dialog);
-    vLangCheckControls(check, row, dialog, barMnemonics);
-    vLangCheckLook(check, row, dialog);
+    if (row.flags & TEMPLATE_MENU)
+        barMnemonics = checkMenu(check, dialog);
+    checkControls(subject, barMnemonics);
+    checkLook(subject);
 }
 
 } // namespace
 
-int nLangCheckModule(HMODULE hModule, const LangCheckReport* report)
+const char* fileNameOf(const char* path)
 {
-    LangCheck check = {hModule, report, 0};
-    for (int i = 0; i < g_cLangTemplates; i++)
-        checkTemplate(&check, g_langTemplates[i]);
-    vLangCheckStrings(&check);
-    return check.cFound;
+    for (const char* p = path; *p; p = CharNextA(p)) {
+        if (*p == '\\' || *p == '/' || *p == ':')
+            path = p + 1;
+    }
+    return path;
 }
+
+Verdict checkModule(const char* path, const char* englishPath, const Report& report)
+{
+    char line[1024];
+    Check check = {{}, {}, report, 0};
+    const std::string reason = openImage(path, &check.module);
+    if (!reason.empty()) {
+        _snprintf(line, sizeof line - 1, "can't be checked: %s", reason.c_str());
+        line[sizeof line - 1] = '\0';
+        report.line(report.data, line);
+        return Verdict::UNREADABLE;
+    }
+    if (englishPath && !openImage(englishPath, &check.english).empty())
+        check.english = {};
+    for (const TemplateRow& row : TEMPLATES)
+        checkTemplate(&check, row);
+    checkStrings(&check);
+    const std::string name = fileNameOf(path);
+    checkFile(&check, name);
+    warnOfEnglish(&check, name);
+    sprintf(line, "%d found", check.count);
+    report.line(report.data, line);
+    return check.count == 0 ? Verdict::WHOLE : Verdict::FAULTY;
+}
+
+} // namespace langcheck

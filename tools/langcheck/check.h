@@ -3,50 +3,90 @@
 #define LANGCHECK_CHECK_H
 
 #include "contract.h"
-#include "resread.h"
+#include "resources.h"
 
-struct LangCheck {
-    HMODULE hModule;
-    const LangCheckReport* report;
-    int cFound;
+namespace langcheck {
+
+struct Check {
+    Image module;
+    Image english; // empty if there is none
+    Report report;
+    int count; // of findings
 };
 
-void vLangFound(LangCheck* check, const char* format, ...) __attribute__((format(printf, 2, 3)));
+// A template that is checked, and the one that it translates.
+struct Subject {
+    Check* check;
+    const TemplateRow* row;
+    Dialog dialog;
+    Dialog english; // without controls if there is none
+};
 
-// Empty if the module lacks the string.
-std::string strLangString(const LangCheck* check, UINT id);
+void found(Check* check, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
-// Reports texts with letters that the code page of this system lacks.
-void vLangCheckLost(LangCheck* check, const char* where, const std::vector<std::string>& lost);
+// Reports texts that won't show as they were meant.
+void checkBadTexts(Check* check, const std::string& where, const BadTexts& bad);
 
-// The letter after the single "&" of a text, in upper case; 0 if it has none.
-char chLangMnemonic(const std::string& text);
+// Line ends and tabs show as boxes, but for those of a menu's accelerators and of message boxes.
+bool hasControlCharacters(const std::string& text, const char* allowed);
 
-// Notes a mnemonic in taken and reports it if it stands there already.
-void vLangTakeMnemonic(LangCheck* check, const char* where, char mnemonic, std::string* taken);
+// How a finding names what it is about: as ids.h does, with its English text.
+std::string controlName(const Subject& subject, WORD id);
+std::string controlName(const Subject& subject, const Control& control);
+std::string stringName(const Check& check, const StringRow& row);
+std::string stringName(const Check& check, const CommandRow& row);
+std::string stringName(const Check& check, UINT id);
+
+// The letters after each single "&" of a text, in upper case.
+std::string mnemonicsOf(const std::string& text);
+
+// The first of them; 0 if the text has none.
+char mnemonicOf(const std::string& text);
+
+// Notes a mnemonic in taken and reports it if it is there already.
+void takeMnemonic(Check* check, const char* where, char mnemonic, std::string* taken);
 
 // A static's label or a button's caption; other texts have no mnemonic.
-char chLangControlMnemonic(const LangDlgControl& control);
+bool mayHaveMnemonic(const Control& control);
+char controlMnemonic(const Control& control);
 
 // The bits of a control's style that tell its type apart from others of its class.
-constexpr DWORD LANG_BUTTONTYPE = 0xF;
-constexpr DWORD LANG_STATICTYPE = 0x1F;
+constexpr DWORD BUTTON_TYPES = 0xF;
+constexpr DWORD STATIC_TYPES = 0x1F;
 
-bool fLangIsPushButton(const LangDlgControl& control);
-bool fLangIsGroupBox(const LangDlgControl& control);
-const LangControlRow* pLangControlRow(const LangTemplateRow& row, WORD id);
+bool isPushButton(const Control& control);
+bool isGroupBox(const Control& control);
+
+// What takes its mnemonic from the label before it.
+bool isLabelled(const Control& control);
+
+// The label of such a control; -1 if it has none.
+int labelOf(const Dialog& dialog, size_t index);
+
+const ControlRow* findControl(const TemplateRow& row, WORD id);
+DWORD flagsOf(const TemplateRow& row, const Control& control);
 
 // Ids, classes, styles, order and mnemonics of a dialog's controls. barMnemonics are those of
 // the menu bar.
-void vLangCheckControls(LangCheck* check, const LangTemplateRow& row, const LangDialog& dialog,
-                        const std::string& barMnemonics);
+void checkControls(const Subject& subject, const std::string& barMnemonics);
 
 // What a user sees of a dialog: texts that don't fit, controls on each other or outside.
-void vLangCheckLook(LangCheck* check, const LangTemplateRow& row, const LangDialog& dialog);
+void checkLook(const Subject& subject);
 
-// The menu of the transfer window. Gives the mnemonics of its bar.
-std::string strLangCheckMenu(LangCheck* check, const LangDialog& dialog);
+// In dialog units. A combo box counts as closed.
+RECT rectOf(const Control& control);
 
-void vLangCheckStrings(LangCheck* check);
+// The menu of the transfer window. Returns the mnemonics of its bar.
+std::string checkMenu(Check* check, const Dialog& dialog);
+
+void checkStrings(Check* check);
+
+// What the module is besides its texts: no code, and a version resource with the module's name.
+void checkFile(Check* check, const std::string& name);
+
+// Lists the texts that are still those of the English module.
+void warnOfEnglish(Check* check, const std::string& name);
+
+} // namespace langcheck
 
 #endif

@@ -1,226 +1,282 @@
 #include "check.h"
 
+namespace langcheck {
+
 namespace {
 
-DWORD buttonType(const LangDlgControl& control)
+DWORD buttonType(const Control& control)
 {
-    return control.style & LANG_BUTTONTYPE;
+    return control.style & BUTTON_TYPES;
 }
 
-bool isButton(const LangDlgControl& control)
+bool isButton(const Control& control)
 {
     return control.className == "BUTTON";
 }
 
-bool isRadio(const LangDlgControl& control)
+bool isRadio(const Control& control)
 {
     return isButton(control) &&
            (buttonType(control) == BS_AUTORADIOBUTTON || buttonType(control) == BS_RADIOBUTTON);
 }
 
-// What takes its mnemonic from the label before it.
-bool isLabelled(const LangDlgControl& control)
+} // namespace
+
+bool isLabelled(const Control& control)
 {
     return control.className == "EDIT" || control.className == "LISTBOX" ||
            control.className == "COMBOBOX";
 }
 
-} // namespace
-
-bool fLangIsGroupBox(const LangDlgControl& control)
+bool isGroupBox(const Control& control)
 {
     return isButton(control) && buttonType(control) == BS_GROUPBOX;
 }
 
-bool fLangIsPushButton(const LangDlgControl& control)
+bool isPushButton(const Control& control)
 {
     return isButton(control) && buttonType(control) <= BS_DEFPUSHBUTTON;
 }
 
-const LangControlRow* pLangControlRow(const LangTemplateRow& row, WORD id)
+const ControlRow* findControl(const TemplateRow& row, WORD id)
 {
-    for (int i = 0; i < row.cControls; i++) {
-        if (row.controls[i].id == id)
-            return &row.controls[i];
+    for (const ControlRow& control : row.controls) {
+        if (control.id == id)
+            return &control;
     }
     return nullptr;
 }
 
-char chLangControlMnemonic(const LangDlgControl& control)
+DWORD flagsOf(const TemplateRow& row, const Control& control)
+{
+    const ControlRow* found = findControl(row, control.id);
+    return found ? found->flags : 0;
+}
+
+bool mayHaveMnemonic(const Control& control)
 {
     if (isButton(control))
-        return chLangMnemonic(control.text);
-    if (control.className != "STATIC" || (control.style & SS_NOPREFIX))
-        return 0;
-    const DWORD type = control.style & LANG_STATICTYPE;
-    const bool fText = type <= SS_RIGHT || type == SS_LEFTNOWORDWRAP;
-    return fText ? chLangMnemonic(control.text) : static_cast<char>(0);
+        return true;
+    const DWORD type = control.style & STATIC_TYPES;
+    return control.className == "STATIC" && !(control.style & SS_NOPREFIX) &&
+           (type <= SS_RIGHT || type == SS_LEFTNOWORDWRAP);
+}
+
+char controlMnemonic(const Control& control)
+{
+    return mayHaveMnemonic(control) ? mnemonicOf(control.text) : '\0';
+}
+
+// Texts that the user or the code fills in have no mnemonic, and a label belongs to the control
+// after them.
+int labelOf(const Dialog& dialog, size_t index)
+{
+    while (index > 0) {
+        const Control& before = dialog.controls[--index];
+        if (before.className != "STATIC")
+            return -1;
+        if (controlMnemonic(before))
+            return static_cast<int>(index);
+    }
+    return -1;
 }
 
 namespace {
 
-DWORD flagsOf(const LangTemplateRow& row, const LangDlgControl& control)
+void checkPresence(const Subject& subject)
 {
-    const LangControlRow* found = pLangControlRow(row, control.id);
-    return found ? found->flags : 0;
-}
-
-void checkPresence(LangCheck* check, const LangTemplateRow& row, const LangDialog& dialog)
-{
-    for (int i = 0; i < row.cControls; i++) {
+    const char* name = subject.row->name;
+    for (const ControlRow& row : subject.row->controls) {
         int count = 0;
-        for (const LangDlgControl& control : dialog.controls)
-            count += control.id == row.controls[i].id;
-        if (count == 0 && !(row.controls[i].flags & LANGCTL_OPTIONAL))
-            vLangFound(check, "%s: control %u is missing", row.name, row.controls[i].id);
+        for (const Control& control : subject.dialog.controls)
+            count += control.id == row.id;
+        if (count == 0 && !(row.flags & CONTROL_OPTIONAL))
+            found(subject.check, "%s: %s is missing", name, controlName(subject, row.id).c_str());
         if (count > 1)
-            vLangFound(check, "%s: control %u stands twice", row.name, row.controls[i].id);
+            found(subject.check, "%s: %s is there twice", name,
+                  controlName(subject, row.id).c_str());
     }
-    for (const LangDlgControl& control : dialog.controls) {
-        if (control.id != LANG_UNNAMED && !pLangControlRow(row, control.id))
-            vLangFound(check, "%s: control %u is unknown", row.name, control.id);
+    for (const Control& control : subject.dialog.controls) {
+        if (control.id != UNNAMED && !findControl(*subject.row, control.id))
+            found(subject.check, "%s: control %u is unknown", name, control.id);
     }
 }
 
-void checkVisible(LangCheck* check, const LangTemplateRow& row, const LangDlgControl& control)
+// The place of a control among those with ids; -1 if it isn't there.
+int placeOf(const Dialog& dialog, WORD id)
 {
-    const DWORD flags = flagsOf(row, control);
-    const bool fVisible = (control.style & WS_VISIBLE) != 0;
-    if (fVisible && (flags & LANGCTL_HIDDEN))
-        vLangFound(check, "%s: control %u must not be visible", row.name, control.id);
-    if (!fVisible && !(flags & (LANGCTL_HIDDEN | LANGCTL_MAYHIDE)))
-        vLangFound(check, "%s: control %u is not visible", row.name, control.id);
+    for (size_t i = 0; i < dialog.controls.size(); i++) {
+        if (dialog.controls[i].id == id)
+            return static_cast<int>(i);
+    }
+    return -1;
 }
 
-void checkKind(LangCheck* check, const LangTemplateRow& row, const LangDlgControl& control)
+// The order is that of the Tab key, and decides which control a label belongs to.
+void checkOrder(const Subject& subject)
 {
-    const LangControlRow* found = pLangControlRow(row, control.id);
-    if (!found)
+    int last = -1;
+    WORD idLast = UNNAMED;
+    for (const Control& control : subject.english.controls) {
+        const int place = control.id == UNNAMED ? -1 : placeOf(subject.dialog, control.id);
+        if (place < 0)
+            continue;
+        if (place < last)
+            found(subject.check, "%s: %s must come after %s", subject.row->name,
+                  controlName(subject, control.id).c_str(), controlName(subject, idLast).c_str());
+        last = place;
+        idLast = control.id;
+    }
+}
+
+void checkState(const Subject& subject, const Control& control)
+{
+    const DWORD flags = flagsOf(*subject.row, control);
+    const bool isVisible = (control.style & WS_VISIBLE) != 0;
+    const std::string name = controlName(subject, control);
+    if (isVisible && (flags & CONTROL_HIDDEN))
+        found(subject.check, "%s: %s must not be visible", subject.row->name, name.c_str());
+    if (!isVisible && !(flags & (CONTROL_HIDDEN | CONTROL_MAYHIDE)))
+        found(subject.check, "%s: %s is not visible", subject.row->name, name.c_str());
+    if (control.style & WS_DISABLED)
+        found(subject.check, "%s: %s must not be disabled", subject.row->name, name.c_str());
+}
+
+void checkKind(const Subject& subject, const Control& control)
+{
+    const ControlRow* row = findControl(*subject.row, control.id);
+    if (!row)
         return;
-    const LangKindRow& kind = g_langKinds[found->kind];
+    const KindRow& kind = KIND_ROWS[row->kind];
+    const std::string name = controlName(subject, control);
     if (kind.className && control.className != kind.className) {
-        vLangFound(check, "%s: control %u has the class %s instead of %s", row.name, control.id,
-                   control.className.c_str(), kind.className);
+        found(subject.check, "%s: %s has the class %s instead of %s", subject.row->name,
+              name.c_str(), control.className.c_str(), kind.className);
         return;
     }
-    for (const LangStyleRule& rule : kind.rules) {
+    for (const StyleRule& rule : kind.rules) {
         if ((control.style & rule.mask) != rule.value)
-            vLangFound(check, "%s: control %u %s %s", row.name, control.id,
-                       rule.value ? "needs" : "must not have", rule.name);
+            found(subject.check, "%s: %s %s %s", subject.row->name, name.c_str(),
+                  rule.value ? "needs" : "must not have", rule.name);
     }
 }
 
-void checkTabStop(LangCheck* check, const LangTemplateRow& row, const LangDlgControl& control)
+void checkTabStop(const Subject& subject, const Control& control)
 {
-    const bool fInput = isLabelled(control) ||
-                        (isButton(control) && !fLangIsGroupBox(control) && !isRadio(control));
-    if (fInput && !(flagsOf(row, control) & LANGCTL_HIDDEN) && !(control.style & WS_TABSTOP))
-        vLangFound(check, "%s: control %u is no tab stop", row.name, control.id);
+    const bool isInput =
+        isLabelled(control) || (isButton(control) && !isGroupBox(control) && !isRadio(control));
+    if (isInput && !(flagsOf(*subject.row, control) & CONTROL_HIDDEN) &&
+        !(control.style & WS_TABSTOP))
+        found(subject.check, "%s: %s is no tab stop", subject.row->name,
+              controlName(subject, control).c_str());
 }
 
 // Radio buttons that follow each other are one group: it begins with the first one, ends
-// before the next control, and has one tab stop.
-void checkRadioGroups(LangCheck* check, const LangTemplateRow& row, const LangDialog& dialog)
+// before the next control, and has one tab stop. Returns the index after the group.
+size_t checkRadioGroup(const Subject& subject, size_t first)
 {
-    const std::vector<LangDlgControl>& controls = dialog.controls;
+    const std::vector<Control>& controls = subject.dialog.controls;
+    const auto report = [&](size_t index, const char* what) {
+        found(subject.check, "%s: %s %s", subject.row->name,
+              controlName(subject, controls[index]).c_str(), what);
+    };
+    int tabStops = 0;
+    size_t end = first;
+    for (; end < controls.size() && isRadio(controls[end]); end++) {
+        tabStops += (controls[end].style & WS_TABSTOP) != 0;
+        const bool beginsGroup = (controls[end].style & WS_GROUP) != 0;
+        if (beginsGroup != (end == first))
+            report(end, beginsGroup ? "must not begin a group" : "must begin a group");
+    }
+    if (tabStops != 1)
+        report(first, "begins a group of radio buttons that must have one tab stop");
+    if (end < controls.size() && !(controls[end].style & WS_GROUP))
+        report(end, "must begin a group, because it follows radio buttons");
+    return end;
+}
+
+void checkRadioGroups(const Subject& subject)
+{
+    const std::vector<Control>& controls = subject.dialog.controls;
     for (size_t i = 0; i < controls.size(); i++) {
-        if (!isRadio(controls[i]))
-            continue;
-        const WORD id = controls[i].id;
-        if (!(controls[i].style & WS_GROUP))
-            vLangFound(check, "%s: radio button %u must begin a group", row.name, id);
-        int cTabStops = 0;
-        for (size_t first = i; i < controls.size() && isRadio(controls[i]); i++) {
-            cTabStops += (controls[i].style & WS_TABSTOP) != 0;
-            if (i > first && (controls[i].style & WS_GROUP))
-                vLangFound(check, "%s: radio button %u must not begin a group", row.name,
-                           controls[i].id);
-        }
-        if (cTabStops != 1)
-            vLangFound(check, "%s: the group of radio button %u has %d tab stops", row.name, id,
-                       cTabStops);
-        if (i < controls.size() && !(controls[i].style & WS_GROUP))
-            vLangFound(check, "%s: control %u behind the radio buttons must begin a group",
-                       row.name, controls[i].id);
+        if (isRadio(controls[i]))
+            i = checkRadioGroup(subject, i);
     }
 }
 
-void checkDefaultButton(LangCheck* check, const LangTemplateRow& row, const LangDialog& dialog)
+void checkDefaultButton(const Subject& subject)
 {
-    if (!(row.flags & LANGDLG_DEFAULTOK))
+    if (!(subject.row->flags & TEMPLATE_DEFAULTOK))
         return;
-    for (const LangDlgControl& control : dialog.controls) {
-        if (!fLangIsPushButton(control))
+    for (const Control& control : subject.dialog.controls) {
+        if (!isPushButton(control))
             continue;
-        const bool fDefault = buttonType(control) == BS_DEFPUSHBUTTON;
-        if (fDefault != (control.id == IDOK))
-            vLangFound(check, "%s: button %u must %sbe the default button", row.name, control.id,
-                       fDefault ? "not " : "");
+        const bool isDefault = buttonType(control) == BS_DEFPUSHBUTTON;
+        if (isDefault != (control.id == IDOK))
+            found(subject.check, "%s: %s must %sbe the default button", subject.row->name,
+                  controlName(subject, control).c_str(), isDefault ? "not " : "");
     }
 }
 
-// Texts that show what the user or the code fills in have no mnemonic, and a label reaches
-// over them to the control behind.
-bool hasLabel(const LangDialog& dialog, size_t index)
+void checkText(const Subject& subject, const Control& control)
 {
-    while (index > 0) {
-        const LangDlgControl& before = dialog.controls[--index];
-        if (chLangControlMnemonic(before))
-            return before.className == "STATIC";
-        if (before.className != "STATIC")
-            return false;
-    }
-    return false;
+    const std::string name = controlName(subject, control);
+    if (hasControlCharacters(control.text, ""))
+        found(subject.check, "%s: the text of %s has a line end or a tab", subject.row->name,
+              name.c_str());
+    if (mayHaveMnemonic(control) && mnemonicsOf(control.text).size() > 1)
+        found(subject.check, "%s: %s has more than one mnemonic", subject.row->name, name.c_str());
 }
 
-void checkHasMnemonic(LangCheck* check, const LangTemplateRow& row, const LangDialog& dialog,
-                      size_t index)
+void checkHasMnemonic(const Subject& subject, size_t index)
 {
-    const LangDlgControl& control = dialog.controls[index];
-    const bool fByHabit = control.id == IDOK || control.id == IDCANCEL; // Enter and Esc
-    if (isButton(control) && !fLangIsGroupBox(control) && !fByHabit &&
-        !chLangControlMnemonic(control))
-        vLangFound(check, "%s: button %u has no mnemonic", row.name, control.id);
-    const DWORD noLabel = LANGCTL_NOLABEL | LANGCTL_HIDDEN;
-    if (isLabelled(control) && !(flagsOf(row, control) & noLabel) && !hasLabel(dialog, index))
-        vLangFound(check, "%s: control %u has no label with a mnemonic before it", row.name,
-                   control.id);
+    const Control& control = subject.dialog.controls[index];
+    const bool byHabit = control.id == IDOK || control.id == IDCANCEL; // Enter and Esc
+    if (isButton(control) && !isGroupBox(control) && !byHabit && !controlMnemonic(control))
+        found(subject.check, "%s: %s has no mnemonic", subject.row->name,
+              controlName(subject, control).c_str());
+    const DWORD noLabel = CONTROL_NOLABEL | CONTROL_HIDDEN;
+    if (isLabelled(control) && !(flagsOf(*subject.row, control) & noLabel) &&
+        labelOf(subject.dialog, index) < 0)
+        found(subject.check, "%s: %s has no label with a mnemonic before it", subject.row->name,
+              controlName(subject, control).c_str());
 }
 
 // A caption that the code can put on a button may repeat that button's own mnemonic, but no
 // other control's.
-void checkCaptionMnemonics(LangCheck* check, const LangTemplateRow& row, const LangDialog& dialog)
+void checkCaptionMnemonics(const Subject& subject)
 {
-    for (int i = 0; i < g_cLangFits; i++) {
-        const LangFitRow& fit = g_langFits[i];
-        if (lstrcmpA(fit.templateName, row.name) != 0 || !fit.idString)
+    for (const FitRow& fit : FITS) {
+        if (lstrcmpA(fit.templateName, subject.row->name) != 0 || !fit.idString)
             continue;
-        const char mnemonic = chLangMnemonic(strLangString(check, fit.idString));
-        for (const LangDlgControl& control : dialog.controls) {
-            if (mnemonic && control.id != fit.idControl &&
-                chLangControlMnemonic(control) == mnemonic)
-                vLangFound(check, "%s: mnemonic %c of string %u stands twice", row.name, mnemonic,
-                           fit.idString);
+        const char mnemonic = mnemonicOf(readString(subject.check->module, fit.idString, nullptr));
+        for (const Control& control : subject.dialog.controls) {
+            if (mnemonic && control.id != fit.idControl && controlMnemonic(control) == mnemonic)
+                found(subject.check, "%s: the mnemonic %c of %s is used twice", subject.row->name,
+                      mnemonic, stringName(*subject.check, fit.idString).c_str());
         }
     }
 }
 
 } // namespace
 
-void vLangCheckControls(LangCheck* check, const LangTemplateRow& row, const LangDialog& dialog,
-                        const std::string& barMnemonics)
+void checkControls(const Subject& subject, const std::string& barMnemonics)
 {
-    checkPresence(check, row, dialog);
-    checkRadioGroups(check, row, dialog);
-    checkDefaultButton(check, row, dialog);
+    checkPresence(subject);
+    checkOrder(subject);
+    checkRadioGroups(subject);
+    checkDefaultButton(subject);
     std::string taken = barMnemonics;
-    for (size_t i = 0; i < dialog.controls.size(); i++) {
-        const LangDlgControl& control = dialog.controls[i];
-        checkKind(check, row, control);
-        checkVisible(check, row, control);
-        checkTabStop(check, row, control);
-        checkHasMnemonic(check, row, dialog, i);
-        vLangTakeMnemonic(check, row.name, chLangControlMnemonic(control), &taken);
+    for (size_t i = 0; i < subject.dialog.controls.size(); i++) {
+        const Control& control = subject.dialog.controls[i];
+        checkKind(subject, control);
+        checkState(subject, control);
+        checkTabStop(subject, control);
+        checkText(subject, control);
+        checkHasMnemonic(subject, i);
+        takeMnemonic(subject.check, subject.row->name, controlMnemonic(control), &taken);
     }
-    checkCaptionMnemonics(check, row, dialog);
+    checkCaptionMnemonics(subject);
 }
+
+} // namespace langcheck

@@ -1,111 +1,156 @@
 #include "check.h"
 
+namespace langcheck {
+
 namespace {
 
-const LangCommandRow* findCommand(WORD id)
+const CommandRow* findCommand(WORD id)
 {
-    for (int i = 0; i < g_cLangCommands; i++) {
-        if (g_langCommands[i].id == id)
-            return &g_langCommands[i];
+    for (const CommandRow& row : COMMANDS) {
+        if (row.id == id)
+            return &row;
     }
     return nullptr;
 }
 
-void checkItem(LangCheck* check, const LangMenuItem& item)
+std::string itemName(const MenuItem& item)
 {
-    const LangCommandRow* row = findCommand(item.id);
+    const CommandRow* row = findCommand(item.id);
+    const std::string name = row ? row->name : "command " + std::to_string(item.id);
+    return item.text.empty() ? name : name + " (\"" + item.text + "\")";
+}
+
+bool isSeparator(const MenuItem& item)
+{
+    return !item.isPopup && item.id == 0 && item.text.empty();
+}
+
+void checkItem(Check* check, const MenuItem& item)
+{
+    const std::string name = itemName(item);
+    const CommandRow* row = findCommand(item.id);
     if (!row) {
-        vLangFound(check, "menu: command %u is unknown", item.id);
+        found(check, "menu: %s is unknown", name.c_str());
         return;
     }
-    if (row->nPopup != LANG_ANYPOPUP && row->nPopup != item.nPopup)
-        vLangFound(check, "menu: command %u is not in popup %d", item.id, row->nPopup);
-    const bool fGrey = (item.wFlags & (MF_GRAYED | MF_DISABLED)) != 0;
-    if (fGrey != row->fStartsGrey)
-        vLangFound(check, "menu: command %u must start %s", item.id,
-                   row->fStartsGrey ? "grey" : "enabled");
+    if (row->popup != ANY_POPUP && row->popup != item.popup)
+        found(check, "menu: %s is not in popup %d", name.c_str(), row->popup);
+    const bool isGrey = (item.flags & (MF_GRAYED | MF_DISABLED)) != 0;
+    if (isGrey != row->startsGrey)
+        found(check, "menu: %s must start %s", name.c_str(), row->startsGrey ? "grey" : "enabled");
 }
 
-void checkBar(LangCheck* check, const std::vector<LangMenuItem>& items)
+void checkBar(Check* check, const std::vector<MenuItem>& items)
 {
-    int cPopups = 0;
-    for (const LangMenuItem& item : items) {
-        if (item.fPopup && item.nDepth == 0)
-            cPopups++;
-        else if (item.nDepth == 0)
-            vLangFound(check, "menu: the bar holds command %u", item.id);
-        else if (item.fPopup)
-            vLangFound(check, "menu: popup %d holds a popup, which has no hint", item.nPopup);
+    int popups = 0;
+    for (const MenuItem& item : items) {
+        if (item.isPopup && item.depth == 0)
+            popups++;
+        else if (item.depth == 0)
+            found(check, "menu: the bar holds %s", itemName(item).c_str());
+        else if (item.isPopup)
+            found(check, "menu: popup %d holds a popup, which has no hint", item.popup);
     }
-    if (cPopups != LANG_POPUPS)
-        vLangFound(check, "menu: %d popups instead of %d", cPopups, LANG_POPUPS);
+    if (popups != POPUP_COUNT)
+        found(check, "menu: %d popups instead of %d", popups, POPUP_COUNT);
 }
 
-void checkCommands(LangCheck* check, const std::vector<LangMenuItem>& items)
+void checkCommands(Check* check, const std::vector<MenuItem>& items)
 {
-    for (const LangMenuItem& item : items) {
-        if (!item.fPopup && !item.text.empty())
+    for (const MenuItem& item : items) {
+        if (!item.isPopup && !isSeparator(item))
             checkItem(check, item);
     }
     // Enabling by command reaches only the first of two.
-    for (int i = 0; i < g_cLangCommands; i++) {
+    for (const CommandRow& row : COMMANDS) {
         int count = 0;
-        for (const LangMenuItem& item : items)
-            count += !item.fPopup && item.id == g_langCommands[i].id;
+        for (const MenuItem& item : items)
+            count += !item.isPopup && item.id == row.id;
         if (count == 0)
-            vLangFound(check, "menu: command %u is missing", g_langCommands[i].id);
+            found(check, "menu: %s is missing", row.name);
         if (count > 1)
-            vLangFound(check, "menu: command %u stands twice", g_langCommands[i].id);
+            found(check, "menu: %s is there twice", row.name);
     }
 }
 
-// The mnemonics of the bar, or of what one popup holds.
-std::string checkMnemonics(LangCheck* check, const std::vector<LangMenuItem>& items, int depth,
-                           int popup)
+std::string placeName(int depth, int popup)
 {
-    const std::string where = depth == 0 ? "menu bar" : "menu popup " + std::to_string(popup);
-    std::string taken;
-    for (const LangMenuItem& item : items) {
-        if (item.nDepth != depth || (depth > 0 && item.nPopup != popup) || item.text.empty())
-            continue;
-        const char mnemonic = chLangMnemonic(item.text);
-        if (!mnemonic)
-            vLangFound(check, "%s: \"%s\" has no mnemonic", where.c_str(), item.text.c_str());
-        vLangTakeMnemonic(check, where.c_str(), mnemonic, &taken);
+    return depth == 0 ? "menu bar" : "menu popup " + std::to_string(popup);
+}
+
+void checkItemText(Check* check, const std::string& where, const MenuItem& item)
+{
+    const size_t mnemonics = mnemonicsOf(item.text).size();
+    if (item.text.empty())
+        found(check, "%s: %s has no text", where.c_str(), itemName(item).c_str());
+    else if (mnemonics == 0)
+        found(check, "%s: \"%s\" has no mnemonic", where.c_str(), item.text.c_str());
+    else if (mnemonics > 1)
+        found(check, "%s: \"%s\" has more than one mnemonic", where.c_str(), item.text.c_str());
+    if (hasControlCharacters(item.text, "\t"))
+        found(check, "%s: \"%s\" has a line end", where.c_str(), item.text.c_str());
+}
+
+// A separator has a command before and after it.
+void checkSeparators(Check* check, const std::string& where, const std::vector<MenuItem>& level)
+{
+    for (size_t i = 0; i < level.size(); i++) {
+        if (isSeparator(level[i]) && (i == 0 || i + 1 == level.size() || isSeparator(level[i + 1])))
+            found(check, "%s: a separator has no command on both sides", where.c_str());
     }
+}
+
+// The items of the bar, or of one popup. Returns their mnemonics.
+std::string checkLevel(Check* check, const std::vector<MenuItem>& items, int depth, int popup)
+{
+    const std::string where = placeName(depth, popup);
+    std::vector<MenuItem> level;
+    std::string taken;
+    for (const MenuItem& item : items) {
+        if (item.depth != depth || (depth > 0 && item.popup != popup))
+            continue;
+        level.push_back(item);
+        if (isSeparator(item))
+            continue;
+        checkItemText(check, where, item);
+        takeMnemonic(check, where.c_str(), mnemonicOf(item.text), &taken);
+    }
+    checkSeparators(check, where, level);
     return taken;
 }
 
-bool readMenu(LangCheck* check, const std::string& name, std::vector<LangMenuItem>* items)
+bool readMenuOf(Check* check, const std::string& name, std::vector<MenuItem>* items)
 {
-    std::vector<std::string> lost;
-    switch (nLangReadMenu(check->hModule, name.c_str(), items, &lost)) {
-    case LANGREAD_OK:
-        vLangCheckLost(check, "menu", lost);
+    BadTexts bad;
+    switch (readMenu(check->module, name.c_str(), items, &bad)) {
+    case ReadResult::OK:
+        checkBadTexts(check, "menu", bad);
         return true;
-    case LANGREAD_MISSING:
-        vLangFound(check, "menu: missing");
+    case ReadResult::MISSING:
+        found(check, "menu: missing");
         return false;
-    case LANGREAD_EXTENDED:
-        vLangFound(check, "menu: a MENUEX menu can't be loaded below version 4");
+    case ReadResult::EXTENDED:
+        found(check, "menu: a MENUEX menu can't be loaded below version 4");
         return false;
-    case LANGREAD_BROKEN:
+    case ReadResult::BROKEN:
         break;
     }
-    vLangFound(check, "menu: broken");
+    found(check, "menu: broken");
     return false;
 }
 
 } // namespace
 
-std::string strLangCheckMenu(LangCheck* check, const LangDialog& dialog)
+std::string checkMenu(Check* check, const Dialog& dialog)
 {
-    std::vector<LangMenuItem> items;
-    if (!readMenu(check, dialog.menuName, &items))
+    std::vector<MenuItem> items;
+    if (!readMenuOf(check, dialog.menuName, &items))
         return std::string();
     checkBar(check, items);
     checkCommands(check, items);
-    for (int popup = 0; popup < LANG_POPUPS; popup++)
-        checkMnemonics(check, items, 1, popup);
-    return checkMnemonics(check, items, 0, 0);
+    for (int popup = 0; popup < POPUP_COUNT; popup++)
+        checkLevel(check, items, 1, popup);
+    return checkLevel(check, items, 0, 0);
 }
+
+} // namespace langcheck

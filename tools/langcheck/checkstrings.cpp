@@ -2,31 +2,36 @@
 
 #include <string.h>
 
+namespace langcheck {
+
 namespace {
 
-// The kinds of the placeholders of a format text, as in LangStringRow; ? for any other kind.
-std::string placeholders(const std::string& text)
+// The placeholders of a format text, joined, as they are written.
+std::string placeholdersIn(const std::string& text)
 {
-    std::string kinds;
-    const char* p = text.c_str();
-    while ((p = strchr(p, '%')) != nullptr) {
-        p++;
-        if (*p == '%') {
-            p++;
+    std::string all;
+    for (size_t i = text.find('%'); i != std::string::npos; i = text.find('%', i)) {
+        if (text.compare(i, 2, "%%") == 0) {
+            i += 2;
             continue;
         }
-        p += strspn(p, "-#0123456789.");
-        const bool fLong = *p == 'l';
-        if (fLong)
-            p++;
-        if (*p == 's' && !fLong)
-            kinds += 's';
-        else
-            kinds += *p != '\0' && strchr("diuxX", *p) ? 'n' : '?';
-        if (*p != '\0')
-            p++;
+        size_t end = text.find_first_not_of("-+ #0123456789.*hlwI", i + 1);
+        end = end == std::string::npos ? text.size() : end + 1;
+        all += text.substr(i, end - i);
+        i = end;
     }
-    return kinds;
+    return all;
+}
+
+// The numbers are unsigned, and a placeholder has no width that could pass a buffer.
+bool sameKinds(std::string placeholders, const char* expected)
+{
+    for (const char* plain : {"%u", "%d", "%ld"}) {
+        for (size_t i = placeholders.find(plain); i != std::string::npos;
+             i = placeholders.find(plain))
+            placeholders.replace(i, strlen(plain), "%lu");
+    }
+    return placeholders == expected;
 }
 
 // The local filter line takes a mask only if it has the form of a short name.
@@ -42,33 +47,51 @@ bool isShortMask(const std::string& mask)
     return dot <= MAX_NAME && mask.size() - dot <= MAX_EXTENSION;
 }
 
-void checkString(LangCheck* check, const LangStringRow& row)
+void checkMnemonic(Check* check, const std::string& name, const std::string& text)
 {
-    const std::string text = strLangString(check, row.id);
-    if (text.empty()) {
-        vLangFound(check, "string %u is missing", row.id);
-        return;
-    }
-    if (fLangStringLost(check->hModule, row.id))
-        vLangCheckLost(check, ("string " + std::to_string(row.id)).c_str(), {text});
+    const size_t count = mnemonicsOf(text).size();
+    if (count == 0)
+        found(check, "%s has no mnemonic", name.c_str());
+    if (count > 1)
+        found(check, "%s has more than one mnemonic", name.c_str());
+}
+
+void checkText(Check* check, const std::string& name, const StringRow& row, const std::string& text)
+{
     if (text.size() >= static_cast<size_t>(row.limit))
-        vLangFound(check, "string %u has more than %d characters", row.id, row.limit - 1);
-    const std::string kinds = placeholders(text);
-    if (kinds != row.placeholders)
-        vLangFound(check, "string %u has the placeholders \"%s\" instead of \"%s\"", row.id,
-                   kinds.c_str(), row.placeholders);
-    if ((row.flags & LANGSTR_MASK) && !isShortMask(text))
-        vLangFound(check, "string %u is not a mask of at most 8 and 3 characters", row.id);
-    if ((row.flags & LANGSTR_MNEMONIC) && !chLangMnemonic(text))
-        vLangFound(check, "string %u has no mnemonic", row.id);
+        found(check, "%s has more than %d characters", name.c_str(), row.limit - 1);
+    const std::string placeholders = placeholdersIn(text);
+    if (!sameKinds(placeholders, row.placeholders))
+        found(check, "%s has the placeholders \"%s\" instead of \"%s\"", name.c_str(),
+              placeholders.c_str(), row.placeholders);
+    if (hasControlCharacters(text, (row.flags & STRING_LINES) ? "\r\n" : ""))
+        found(check, "%s has a line end or a tab", name.c_str());
+    if ((row.flags & STRING_MASK) && !isShortMask(text))
+        found(check, "%s is not a mask of at most 8 and 3 characters", name.c_str());
+    if (row.flags & STRING_MNEMONIC)
+        checkMnemonic(check, name, text);
+}
+
+void checkString(Check* check, const std::string& name, const StringRow& row)
+{
+    BadTexts bad;
+    const std::string text = readString(check->module, row.id, &bad);
+    checkBadTexts(check, name, bad);
+    if (text.empty())
+        found(check, "%s is missing", name.c_str());
+    else
+        checkText(check, name, row, text);
 }
 
 } // namespace
 
-void vLangCheckStrings(LangCheck* check)
+void checkStrings(Check* check)
 {
-    for (int i = 0; i < g_cLangStrings; i++)
-        checkString(check, g_langStrings[i]);
-    for (int i = 0; i < g_cLangCommands; i++)
-        checkString(check, {g_langCommands[i].id, LANG_HINTLIMIT, "", LANGSTR_STRIP});
+    for (const StringRow& row : STRINGS)
+        checkString(check, stringName(*check, row), row);
+    for (const CommandRow& row : COMMANDS)
+        checkString(check, stringName(*check, row),
+                    {row.id, row.name, HINT_LIMIT, "", STRING_STRIP});
 }
+
+} // namespace langcheck

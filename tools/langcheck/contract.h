@@ -1,87 +1,107 @@
-// What a language module has to hold, as constant tables, and the check of a module against
-// them. A module is taken as a stranger's work: nothing in it can make the check read past a
-// resource.
+// What a language module has to hold, as constant tables, and the check of a module against them.
 #ifndef LANGCHECK_CONTRACT_H
 #define LANGCHECK_CONTRACT_H
 
 #include <windows.h>
 
-// Receives the violations, one line of text without a line end each. The text is the
-// caller's only during the call.
-struct LangCheckReport {
-    void (*pfnLine)(void* pData, const char* lpszLine);
-    void* pData;
+namespace langcheck {
+
+// Receives the findings, one line of text without a line end each. The text is the receiver's
+// only during the call.
+struct Report {
+    void (*line)(void* data, const char* text);
+    void* data;
 };
 
-// Checks a module that was loaded with LoadLibrary. Gives the number of violations, each of
-// which was reported; 0 says that the module is whole.
-int nLangCheckModule(HMODULE hModule, const LangCheckReport* report);
+enum class Verdict { WHOLE, FAULTY, UNREADABLE }; // from the best to the worst
+
+// Checks a file against the tables below, and its texts against those of another module, that in
+// English, whose path may be null. Reports what it finds, how much that is, and texts that are
+// still English, which don't count.
+Verdict checkModule(const char* path, const char* englishPath, const Report& report);
+
+// What follows the last separator of a path.
+const char* fileNameOf(const char* path);
 
 // What follows are the tables that the check walks.
 
-enum LangKind {
-    LANGKIND_ANY,
-    LANGKIND_LABEL,
-    LANGKIND_VALUE,
-    LANGKIND_PUSH,
-    LANGKIND_RADIO,
-    LANGKIND_CHECKBOX,
-    LANGKIND_EDIT,
-    LANGKIND_LOG,
-    LANGKIND_FILELIST,
-    LANGKIND_DIRLIST,
-    LANGKIND_DRIVES,
-    LANGKIND_TYPES,
-    LANGKIND_TOOLBAR,
-    LANGKIND_HOLDER,
-    LANGKIND_OLDLIST,
-    LANGKIND_OLDCOMBO,
-    LANGKIND_OLDDRIVES,
-    LANGKINDS
+template <typename Row> struct Table {
+    const Row* first;
+    int count;
+    const Row* begin() const
+    {
+        return first;
+    }
+    const Row* end() const
+    {
+        return first + count;
+    }
 };
 
-// The bits of mask must stand as in value.
-struct LangStyleRule {
+enum Kind {
+    KIND_ANY,
+    KIND_LABEL,
+    KIND_VALUE,
+    KIND_PUSH,
+    KIND_RADIO,
+    KIND_CHECKBOX,
+    KIND_EDIT,
+    KIND_LOG,
+    KIND_FILELIST,
+    KIND_DIRLIST,
+    KIND_DRIVES,
+    KIND_TYPES,
+    KIND_TOOLBAR,
+    KIND_HOLDER,
+    KIND_OLDLIST,
+    KIND_OLDCOMBO,
+    KIND_OLDDRIVES,
+    KINDS
+};
+
+// The bits in mask must be as in value.
+struct StyleRule {
     DWORD mask;
     DWORD value;
     const char* name;
 };
 
-constexpr int LANG_MAXRULES = 6;
+constexpr int MAX_RULES = 6;
 
-struct LangKindRow {
-    LangKind kind;
+struct KindRow {
+    Kind kind;
     const char* className; // null for any
-    LangStyleRule rules[LANG_MAXRULES];
+    StyleRule rules[MAX_RULES];
 };
 
-constexpr DWORD LANGCTL_OPTIONAL = 1;   // the template can do without it
-constexpr DWORD LANGCTL_HIDDEN = 2;     // nobody must ever see it
-constexpr DWORD LANGCTL_MAYHIDE = 4;    // the code or the platform shows and hides it
-constexpr DWORD LANGCTL_NOLABEL = 8;    // follows a control that has the label
-constexpr DWORD LANGCTL_FIXEDFONT = 16; // the code gives it the fixed pitch font
+constexpr DWORD CONTROL_OPTIONAL = 1;   // the template can do without it
+constexpr DWORD CONTROL_HIDDEN = 2;     // nobody must ever see it
+constexpr DWORD CONTROL_MAYHIDE = 4;    // the code or the platform shows and hides it
+constexpr DWORD CONTROL_NOLABEL = 8;    // follows a control that has the label
+constexpr DWORD CONTROL_FIXEDFONT = 16; // the code gives it the fixed pitch font
+constexpr DWORD CONTROL_BAR = 32;       // the code paints a line of text into it
 
-struct LangControlRow {
+struct ControlRow {
     WORD id;
-    LangKind kind;
-    DWORD flags;
-};
-
-constexpr DWORD LANGDLG_DEFAULTOK = 1; // OK is its default button
-constexpr DWORD LANGDLG_MENU = 2;      // names the menu, whose bar shares its mnemonics
-constexpr DWORD LANGDLG_STRIP = 4;     // leaves the message strip along its bottom free
-
-struct LangTemplateRow {
     const char* name;
-    LangStyleRule style;
+    Kind kind;
     DWORD flags;
-    const LangControlRow* controls;
-    int cControls;
 };
 
-// Two controls of one template that may lie on each other: the code never shows both, or one
-// stands on the other. LANG_UNNAMED stands for any control without an id of its own.
-struct LangOverlapRow {
+constexpr DWORD TEMPLATE_DEFAULTOK = 1; // OK is its default button
+constexpr DWORD TEMPLATE_MENU = 2;      // names the menu, whose bar shares its mnemonics
+constexpr DWORD TEMPLATE_STRIP = 4;     // leaves the message strip along its bottom free
+
+struct TemplateRow {
+    const char* name;
+    StyleRule style;
+    DWORD flags;
+    Table<ControlRow> controls;
+};
+
+// Two controls of one template that may overlap: the code never shows both, or one is on top of
+// the other. UNNAMED is any control without an id of its own.
+struct OverlapRow {
     const char* templateName;
     WORD id1;
     WORD id2;
@@ -89,46 +109,46 @@ struct LangOverlapRow {
 
 // A text that the code puts into a control, which has to fit: a string, or the widest sample
 // of what is formatted if the string is 0.
-struct LangFitRow {
+struct FitRow {
     const char* templateName;
     WORD idControl;
     UINT idString;
     const char* sample;
 };
 
-struct LangStringRow {
+struct StringRow {
     UINT id;
+    const char* name;
     int limit;                // characters of the reading buffer, NUL included
-    const char* placeholders; // kinds in their order: s a string, n a number of 32 bits
+    const char* placeholders; // in their order: %s a text, %lu a number of 32 bits
     DWORD flags;
 };
 
-constexpr DWORD LANGSTR_MASK = 1;     // a file mask, of a short name
-constexpr DWORD LANGSTR_STRIP = 2;    // shown in the message strip
-constexpr DWORD LANGSTR_MNEMONIC = 4; // a button's caption
+constexpr DWORD STRING_MASK = 1;     // a file mask, of a short name
+constexpr DWORD STRING_STRIP = 2;    // shown in the message strip
+constexpr DWORD STRING_MNEMONIC = 4; // a button's caption
+constexpr DWORD STRING_LINES = 8;    // shown in a message box, so that it may have line ends
 
 // A command of the menu or the toolbar. Its hint is the string of the same number.
-struct LangCommandRow {
+struct CommandRow {
     WORD id;
-    bool fStartsGrey; // the window starts busy, with nothing selected in its log
-    int nPopup;       // the popup that must hold it, or LANG_ANYPOPUP
+    const char* name;
+    bool startsGrey; // the window starts busy, with nothing selected in its log
+    int popup;       // the popup that must hold it, or ANY_POPUP
 };
 
-constexpr WORD LANG_UNNAMED = 0xFFFF;
-constexpr int LANG_ANYPOPUP = -1;
-constexpr int LANG_POPUPS = 5;
-constexpr int LANG_HINTLIMIT = 260;
+constexpr WORD UNNAMED = 0xFFFF;
+constexpr int ANY_POPUP = -1;
+constexpr int POPUP_COUNT = 5;
+constexpr int HINT_LIMIT = 260;
 
-extern const LangKindRow g_langKinds[LANGKINDS];
-extern const LangTemplateRow g_langTemplates[];
-extern const int g_cLangTemplates;
-extern const LangOverlapRow g_langOverlaps[];
-extern const int g_cLangOverlaps;
-extern const LangFitRow g_langFits[];
-extern const int g_cLangFits;
-extern const LangStringRow g_langStrings[];
-extern const int g_cLangStrings;
-extern const LangCommandRow g_langCommands[];
-extern const int g_cLangCommands;
+extern const KindRow KIND_ROWS[KINDS];
+extern const Table<TemplateRow> TEMPLATES;
+extern const Table<OverlapRow> OVERLAPS;
+extern const Table<FitRow> FITS;
+extern const Table<StringRow> STRINGS;
+extern const Table<CommandRow> COMMANDS;
+
+} // namespace langcheck
 
 #endif

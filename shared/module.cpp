@@ -1,0 +1,3 @@
+#include "shared/module.h"
+
+HINSTANCE g_hInstance;

@@ -1,0 +1,23 @@
+// Letters of two bytes, of which the second can look like a backslash.
+#ifndef TESTS_SUPPORT_CODEPAGE_H
+#define TESTS_SUPPORT_CODEPAGE_H
+
+#include "imports.h"
+
+// In code page 932: two letters with a backslash for their second byte, one with a capital.
+#define KANJI "\x95\x5C"
+#define KANA "\x83\x5C"
+#define KANA_A "\x83\x41"
+
+// A module finds the letters of that code page in its texts while the object lives, whatever code
+// page the system has; files bear the names of the system's own.
+class DoubleByteLetters : private ReplacedImports {
+public:
+    explicit DoubleByteLetters(HMODULE hModule);
+    ~DoubleByteLetters();
+
+private:
+    int m_nBefore; // code page of the run-time library
+};
+
+#endif

@@ -1,0 +1,105 @@
+// The info line: the log of the window, a multi-line edit control that trims itself.
+#include "layout/infoscroll.h"
+#include "resources/ids.h"
+#include "shared/text.h"
+#include "transfer/window/record.h"
+
+#include <string.h>
+
+namespace {
+
+constexpr LONG TRIM_LIMIT = 30000;
+constexpr LONG KEPT_LENGTH = 24000;
+constexpr int CCH_TEXT = 260;
+constexpr char LINE_START[] = "\r\n";
+constexpr int CCH_LINE_START = sizeof LINE_START - 1;
+constexpr int ENTRY_SIZE = CCH_LINE_START + CCH_TEXT + 1;
+
+LONG ask(HWND hwndInfo, UINT uMessage, LONG nValue = 0)
+{
+    return LONG(SendMessageA(hwndInfo, uMessage, WPARAM(nValue), 0));
+}
+
+// The index behind the last character of a line, not counting its line end.
+LONG endOfLine(HWND hwndInfo, LONG nLine)
+{
+    LONG nStart = ask(hwndInfo, EM_LINEINDEX, nLine);
+    return nStart + ask(hwndInfo, EM_LINELENGTH, nStart);
+}
+
+// Every entry begins with a line end and has none at its end. Returns its length.
+LONG buildEntry(char (&szEntry)[ENTRY_SIZE], const char* pszText)
+{
+    strcpy(szEntry, LINE_START);
+    shared::copyText(szEntry + CCH_LINE_START, pszText, CCH_TEXT + 1);
+    LONG cch = LONG(strlen(szEntry));
+    while (cch > CCH_LINE_START && (szEntry[cch - 1] == '\r' || szEntry[cch - 1] == '\n')) {
+        szEntry[--cch] = '\0';
+    }
+    return cch;
+}
+
+// Deletes whole lines from the start of the log, so that it holds at most KEPT_LENGTH characters
+// together with the new entry.
+void trim(HWND hdlgDandD, HWND hwndInfo, LONG cLines, LONG cchTotal)
+{
+    SendMessageA(hwndInfo, WM_SETREDRAW, FALSE, 0);
+    LONG nLine = ask(hwndInfo, EM_LINEFROMCHAR, cchTotal - KEPT_LENGTH);
+    LONG nEnd = endOfLine(hwndInfo, nLine);
+    // If the cut falls on a line end, one line more has to go to stay within the limit.
+    if (cchTotal - nEnd > KEPT_LENGTH) {
+        nEnd = endOfLine(hwndInfo, ++nLine);
+    }
+    if (XferWindowRecord* pRecord = window::recordOf(hdlgDandD)) {
+        pRecord->cchLogTrimmed += DWORD(nEnd);
+    }
+    SendMessageA(hwndInfo, EM_SETSEL, 0, nEnd);
+    SendMessageA(hwndInfo, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(""));
+    vXferDandDInfoScrollToEnd(hdlgDandD, int(cLines - nLine + 1));
+    SendMessageA(hwndInfo, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(hwndInfo, nullptr, TRUE);
+}
+
+void append(HWND hwndInfo, const char* pszEntry)
+{
+    // Clamped to the end of the text, which is never beyond the limit here.
+    SendMessageA(hwndInfo, EM_SETSEL, TRIM_LIMIT, TRIM_LIMIT);
+    SendMessageA(hwndInfo, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(pszEntry));
+    LONG nLast = ask(hwndInfo, EM_LINEINDEX, ask(hwndInfo, EM_GETLINECOUNT) - 1);
+    SendMessageA(hwndInfo, EM_SETSEL, WPARAM(nLast), nLast);
+    // Setting a selection doesn't scroll a multi-line control on every version, and a long entry
+    // would leave the log scrolled to its end.
+    SendMessageA(hwndInfo, EM_SCROLLCARET, 0, 0);
+}
+
+} // namespace
+
+void KRHAULAPI vXferDandDInfoLine(HWND hdlgDandD, const char* pszText)
+{
+    char szEntry[ENTRY_SIZE];
+    if (window::recordOf(hdlgDandD) == nullptr) {
+        return;
+    }
+    HWND hwndInfo = GetDlgItem(hdlgDandD, IDC_DANDD_INFOLINE);
+    LONG cchEntry = buildEntry(szEntry, pszText);
+    LONG cLines = ask(hwndInfo, EM_GETLINECOUNT);
+    LONG cchTotal = cchEntry + (cLines != 0 ? endOfLine(hwndInfo, cLines - 1) : 0);
+    if (cchTotal > TRIM_LIMIT) {
+        trim(hdlgDandD, hwndInfo, cLines, cchTotal);
+    }
+    append(hwndInfo, szEntry);
+}
+
+LRESULT CALLBACK lInfoLineProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
+{
+    const XferWindowRecord* pRecord = window::recordOf(GetParent(hwnd));
+    if (pRecord == nullptr || pRecord->pfnOrigInfoLine == nullptr) {
+        return DefWindowProcA(hwnd, uMessage, wParam, lParam);
+    }
+    if (uMessage == WM_KILLFOCUS) {
+        SendMessageA(hwnd, EM_SETSEL, WPARAM(-1), 0);
+    } else if ((uMessage == WM_KEYDOWN || uMessage == WM_KEYUP) && wParam == VK_ESCAPE) {
+        return 0;
+    }
+    return CallWindowProcA(pRecord->pfnOrigInfoLine, hwnd, uMessage, wParam, lParam);
+}

@@ -1,0 +1,48 @@
+#include "transfer/panes/drawing.h"
+#include "resources/ids.h"
+#include "transfer/panes/changes.h"
+#include "transfer/panes/rows.h"
+
+namespace {
+
+constexpr int HELD_LISTS[] = {IDC_DANDD_HOSTFILES, IDC_DANDD_HOSTDIRS, IDC_DANDD_LOCALFILES};
+
+DWORD flagOf(int idControl)
+{
+    return 1U << panes::paneListIndex(idControl);
+}
+
+} // namespace
+
+// What is held must show again, so it is held only if the message that ends it is on its way.
+bool panes::suspendDrawing(XferWindowRecord* pRecord, int idControl)
+{
+    DWORD fsList = flagOf(idControl);
+    if ((pRecord->fsHeldLists & fsList) != 0) {
+        return true;
+    }
+    if (pRecord->fBusy == 0 || !PostMessageA(pRecord->hwndDialog, WM_XFER_SHOWLISTS, 0, 0)) {
+        return false;
+    }
+    pRecord->fsHeldLists |= fsList;
+    tellList(GetDlgItem(pRecord->hwndDialog, idControl), WM_SETREDRAW, FALSE);
+    return true;
+}
+
+bool panes::resumeDrawing(XferWindowRecord* pRecord)
+{
+    window::Ref ref = window::refOf(pRecord);
+    if (!applyChanges(pRecord)) {
+        return false;
+    }
+    DWORD fsLists = pRecord->fsHeldLists;
+    pRecord->fsHeldLists = 0;
+    for (int idControl : HELD_LISTS) {
+        if ((fsLists & flagOf(idControl)) != 0) {
+            HWND hwndList = GetDlgItem(ref.hdlgDandD, idControl);
+            tellList(hwndList, WM_SETREDRAW, TRUE);
+            InvalidateRect(hwndList, nullptr, TRUE);
+        }
+    }
+    return window::isAlive(ref);
+}

@@ -1,0 +1,316 @@
+// A list box finds no row and sorts none: each search costs a few dozen messages. So the names of
+// a run are sorted here, and their rows are found in one pass over the list. After that the list
+// gets its insertions and deletions in the order in which they came, at rows that are known
+// without asking it: this is all that the same changes would have sent it one by one.
+#include "transfer/panes/merge.h"
+#include "resources/ids.h"
+#include "transfer/panes/changes.h"
+#include "transfer/panes/rows.h"
+
+#include <stdlib.h>
+
+namespace {
+
+constexpr DWORD SUBDIR_INDENT = 2;
+constexpr LONG BULK = 1000; // names
+
+// Names that are equal to one another: the list has one row for them at most.
+struct Group {
+    LONG nRow; // its row before the merge, or the one that it would have stood before
+    bool fWasThere;
+    bool fThere;
+};
+
+struct Plan {
+    window::Ref ref;
+    XferWindowRecord* pRecord;
+    XferPaneList* pList;
+    int idControl;
+    HWND hwndList;
+    panes::Names* pNames;
+    LONG cRows;  // before the merge
+    LONG nFirst; // row that the search begins with
+    LONG cGroups;
+    Group* pGroups;
+    LONG* pnShift; // by how much groups have moved those behind them, as a tree of partial sums
+    LONG* pnSteps; // the names, in the order in which the list gets them
+    DWORD cRowMessages;
+    bool fByName; // the steps are in the order of the names
+    bool fRefused;
+};
+
+bool isDirs(const Plan* pPlan)
+{
+    return pPlan->idControl == IDC_DANDD_HOSTDIRS;
+}
+
+// Whether the window is still there, and nobody else has put rows in or taken them out.
+bool isValid(const Plan* pPlan)
+{
+    return window::isAlive(pPlan->ref) && pPlan->pList->cRowMessages == pPlan->cRowMessages;
+}
+
+void shiftRows(Plan* pPlan, LONG nGroup, LONG nBy)
+{
+    for (LONG n = nGroup + 1; n <= pPlan->cGroups; n += n & -n) {
+        pPlan->pnShift[n] += nBy;
+    }
+}
+
+LONG rowNow(const Plan* pPlan, LONG nGroup)
+{
+    LONG nRow = pPlan->pGroups[nGroup].nRow;
+    for (LONG n = nGroup; n > 0; n -= n & -n) {
+        nRow += pPlan->pnShift[n];
+    }
+    return nRow;
+}
+
+int compareRow(const Plan* pPlan, LONG nRow, const char* pszName)
+{
+    char szText[XFER_NAME_SIZE];
+    panes::readRowText(pPlan->hwndList, nRow, szText);
+    return lstrcmpA(szText, pszName);
+}
+
+// Finds the row of a group, from a row on that sorts behind the group before it. The names lie
+// spread over the list, so the row is some nStep rows away.
+void findRow(const Plan* pPlan, Group* pGroup, LONG nLow, LONG nStep, const char* pszName)
+{
+    LONG nHigh = pPlan->cRows;
+    LONG nProbe = nLow + nStep;
+    while (nLow < nHigh) {
+        if (nProbe >= nHigh) {
+            nProbe = nLow + (nHigh - nLow) / 2;
+        }
+        int nOrder = compareRow(pPlan, nProbe, pszName);
+        if (nOrder == 0) {
+            *pGroup = {nProbe, true, true};
+            return;
+        }
+        if (nOrder > 0) {
+            nHigh = nProbe;
+            nProbe = nLow + (nHigh - nLow) / 2;
+        } else {
+            nLow = nProbe + 1;
+            nStep = 2 * nStep + 1;
+            nProbe = nHigh == pPlan->cRows ? nLow + nStep : nLow + (nHigh - nLow) / 2;
+        }
+    }
+    *pGroup = {nLow, false, false};
+}
+
+// Puts equal names together.
+void makeGroups(Plan* pPlan)
+{
+    for (LONG n = 0; n < pPlan->pNames->cNames; ++n) {
+        pPlan->cGroups += !panes::equalsPrevious(pPlan->pNames, n);
+        pPlan->pNames->pNames[n].nGroup = pPlan->cGroups - 1;
+    }
+}
+
+void findRows(Plan* pPlan)
+{
+    LONG nLow = pPlan->nFirst;
+    LONG nFound = 0;
+    for (LONG n = 0; n < pPlan->pNames->cNames; ++n) {
+        const panes::SortedName* pName = &pPlan->pNames->pNames[n];
+        if (pName->nGroup < nFound) {
+            continue;
+        }
+        Group* pGroup = &pPlan->pGroups[nFound];
+        LONG nGap = (pPlan->cRows - nLow) / (pPlan->cGroups - nFound);
+        findRow(pPlan, pGroup, nLow, nGap > 0 ? nGap - 1 : 0, pName->pszName);
+        nLow = pGroup->nRow + pGroup->fWasThere;
+        ++nFound;
+    }
+}
+
+void orderByArrival(Plan* pPlan)
+{
+    pPlan->fByName = false;
+    for (LONG n = 0; n < pPlan->pNames->cNames; ++n) {
+        pPlan->pnSteps[pPlan->pNames->pNames[n].nPlace] = n;
+    }
+}
+
+// An empty list gives its first row the caret, so the name that came first stays the first.
+void orderByName(Plan* pPlan)
+{
+    LONG cSteps = 0;
+    pPlan->fByName = true;
+    for (LONG n = 0; n < pPlan->pNames->cNames; ++n) {
+        if (pPlan->pNames->pNames[n].nPlace == 0) {
+            pPlan->pnSteps[cSteps++] = n;
+        }
+    }
+    LONG nFirst = pPlan->pnSteps[0];
+    for (LONG n = 0; n < pPlan->pNames->cNames; ++n) {
+        if (n != nFirst) {
+            pPlan->pnSteps[cSteps++] = n;
+        }
+    }
+}
+
+// A list takes rows more quickly at its end than in its middle. Where nothing is deleted, and no
+// selected row decides how the caret moves, the order makes no difference to the list.
+bool canOrderByName(const Plan* pPlan)
+{
+    LONG cNames = pPlan->pNames->cNames;
+    if (cNames < BULK || (isDirs(pPlan) && pPlan->cGroups < cNames)) {
+        return false;
+    }
+    for (LONG n = 0; n < cNames; ++n) {
+        const panes::SortedName* pName = &pPlan->pNames->pNames[n];
+        if (pName->nTag != panes::CHANGE_ADD ||
+            (isDirs(pPlan) && pPlan->pGroups[pName->nGroup].fWasThere)) {
+            return false;
+        }
+    }
+    return !isDirs(pPlan) || panes::tellList(pPlan->hwndList, LB_GETCURSEL) == LB_ERR;
+}
+
+bool allocatePlan(Plan* pPlan)
+{
+    auto c = size_t(pPlan->pNames->cNames) + 1;
+    pPlan->pGroups = static_cast<Group*>(calloc(c, sizeof(Group)));
+    pPlan->pnShift = static_cast<LONG*>(calloc(c, sizeof(LONG)));
+    pPlan->pnSteps = static_cast<LONG*>(calloc(c, sizeof(LONG)));
+    return pPlan->pGroups != nullptr && pPlan->pnShift != nullptr && pPlan->pnSteps != nullptr;
+}
+
+void freePlan(Plan* pPlan)
+{
+    free(pPlan->pGroups);
+    free(pPlan->pnShift);
+    free(pPlan->pnSteps);
+}
+
+// Returns false, with the names as they came, where no plan can be made: without memory, or in a
+// directory list that begins with subdirectories, among which other rows may stand.
+bool makePlan(Plan* pPlan)
+{
+    pPlan->cRows = LONG(panes::tellList(pPlan->hwndList, LB_GETCOUNT));
+    if (isDirs(pPlan)) {
+        pPlan->nFirst = panes::firstChildRow(pPlan->hwndList, pPlan->cRows);
+    }
+    if (pPlan->cRows < 0 || (isDirs(pPlan) && pPlan->cRows > 0 && pPlan->nFirst == 0) ||
+        !window::isAlive(pPlan->ref) || !allocatePlan(pPlan)) {
+        return false;
+    }
+    pPlan->cRowMessages = pPlan->pList->cRowMessages;
+    panes::sortNames(pPlan->pNames);
+    makeGroups(pPlan);
+    findRows(pPlan);
+    if (canOrderByName(pPlan)) {
+        orderByName(pPlan);
+    } else {
+        orderByArrival(pPlan);
+    }
+    return true;
+}
+
+void deletePlanned(Plan* pPlan, LONG nGroup)
+{
+    LONG nRow = rowNow(pPlan, nGroup);
+    pPlan->pGroups[nGroup].fThere = false;
+    shiftRows(pPlan, nGroup, -1);
+    ++pPlan->cRowMessages;
+    if (isDirs(pPlan)) {
+        panes::deleteRow(pPlan->hwndList, nRow);
+    } else {
+        pPlan->pRecord->fListsChanged = 1;
+        panes::deleteFileRow(pPlan->pRecord, pPlan->idControl, nRow);
+    }
+}
+
+bool insertDirPlanned(Plan* pPlan, LONG nRow, const char* pszName)
+{
+    HGLOBAL hRecord = panes::makeRecord(panes::ICON_CLOSEDFOLDER, SUBDIR_INDENT, XFERITEM_CHILD, 0);
+    pPlan->cRowMessages += hRecord != nullptr;
+    return panes::insertSubDir(pPlan->ref, pPlan->hwndList, nRow, pszName, hRecord);
+}
+
+bool insertFilePlanned(Plan* pPlan, LONG nRow, const char* pszName)
+{
+    pPlan->pRecord->fListsChanged = 1;
+    ++pPlan->cRowMessages;
+    return panes::insertFileRow(pPlan->pRecord, pPlan->idControl, nRow, pszName);
+}
+
+void insertPlanned(Plan* pPlan, LONG nGroup, const char* pszName)
+{
+    LONG nRow = rowNow(pPlan, nGroup);
+    bool fInserted = isDirs(pPlan) ? insertDirPlanned(pPlan, nRow, pszName)
+                                   : insertFilePlanned(pPlan, nRow, pszName);
+    pPlan->fRefused = !fInserted;
+    if (fInserted) {
+        pPlan->pGroups[nGroup].fThere = true;
+        shiftRows(pPlan, nGroup, 1);
+    }
+}
+
+// One change. Returns false if it isn't complete because the plan is no longer valid.
+bool runStep(Plan* pPlan, LONG nStep)
+{
+    const panes::SortedName* pName = &pPlan->pNames->pNames[pPlan->pnSteps[nStep]];
+    bool fAdd = pName->nTag == panes::CHANGE_ADD;
+    bool fThere = pPlan->pGroups[pName->nGroup].fThere;
+    if (fThere && (!fAdd || isDirs(pPlan))) {
+        deletePlanned(pPlan, pName->nGroup);
+        fThere = false;
+    }
+    if (!isValid(pPlan)) {
+        return !fAdd;
+    }
+    if (fAdd && !fThere) {
+        insertPlanned(pPlan, pName->nGroup, pName->pszName);
+    }
+    return true;
+}
+
+// A list that is full has to hold the names that came first.
+void startAgain(Plan* pPlan)
+{
+    for (LONG n = pPlan->cGroups - 1; n >= 0 && isValid(pPlan); --n) {
+        if (pPlan->pGroups[n].fThere && !pPlan->pGroups[n].fWasThere) {
+            deletePlanned(pPlan, n);
+        }
+    }
+    orderByArrival(pPlan);
+}
+
+// Returns the number of steps that were made before the plan became invalid.
+LONG runPlan(Plan* pPlan)
+{
+    for (LONG n = 0; n < pPlan->pNames->cNames; ++n) {
+        if (!isValid(pPlan) || !runStep(pPlan, n)) {
+            return n;
+        }
+        if (pPlan->fByName && pPlan->fRefused && isValid(pPlan)) {
+            startAgain(pPlan);
+            return runPlan(pPlan);
+        }
+    }
+    return pPlan->pNames->cNames;
+}
+
+} // namespace
+
+void panes::mergeChanges(XferWindowRecord* pRecord, int idControl, Names* pChanges)
+{
+    Plan plan = {};
+    plan.ref = window::refOf(pRecord);
+    plan.pRecord = pRecord;
+    plan.pList = &pRecord->paneLists[paneListIndex(idControl)];
+    plan.idControl = idControl;
+    plan.hwndList = GetDlgItem(pRecord->hwndDialog, idControl);
+    plan.pNames = pChanges;
+    bool fPlanned = makePlan(&plan);
+    for (LONG n = fPlanned ? runPlan(&plan) : 0; n < pChanges->cNames && window::isAlive(plan.ref);
+         ++n) {
+        const SortedName* pName = &pChanges->pNames[fPlanned ? plan.pnSteps[n] : n];
+        changeListAtOnce(pRecord, idControl, pName->pszName, Change(pName->nTag));
+    }
+    freePlan(&plan);
+}
