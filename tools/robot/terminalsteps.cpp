@@ -58,9 +58,9 @@ bool listInColours()
 
 bool editALetter()
 {
-    bool shown = runCommand("vi letter.txt", "~", "terminal-vi");
+    bool shown = runCommand("vi letter.txt", "7L", "terminal-vi");
     typeCommand(":q");
-    return waitForNoScreen("~") && shown;
+    return waitForNoScreen("Dear reader") && shown;
 }
 
 bool readALetter()
@@ -168,11 +168,13 @@ bool refuseABadCommand()
     fillLine('H', "big.bin");
     fillLine('C', "sb @x");
     pressKey(VK_RETURN);
-    bool refused = waitForQuestion("An @ in the command needs one of H, L, D and @ behind it.");
+    // The box belongs to the dialog, not to the window.
+    bool refused = waitFor([] { return FindWindowA("#32770", "KRTERM") != nullptr; });
+    rest();
     takePictureOf("terminal-bad-command");
     pressKey(VK_RETURN);
     rest();
-    fillLine('C', "sb @H");
+    fillLine('C', "sb -k @H");
     takePictureOf("terminal-receive");
     return opened && refused;
 }
