@@ -408,7 +408,7 @@ TEST_F(KrtermHost, NamesOfTheHostStayInTheFolder)
     hostSays(ymodemBlock(0, ""));
     EXPECT_EQ(RESULT_DONE, lastTransfer()->result);
     EXPECT_EQ((Files{{"\xFC.txt", "gift"}}), filesIn("local"));
-    EXPECT_EQ("1 file received. " + string(40, 'n') + ": it is too long or no text",
+    EXPECT_EQ("1 file received. " + string(24, 'n') + ": it is too long or no text",
               textOf(transferWindow(), IDC_STAT_STATUS));
     EXPECT_EQ("11", textOf(transferWindow(), IDC_STAT_ERRORS1));
     closeStatus();

@@ -113,7 +113,7 @@ void showEnd()
 
 const char* noteProblem(const char* name, const char* problem)
 {
-    snprintf(transfer.problem, sizeof transfer.problem, "%.40s: %s", name, problem);
+    snprintf(transfer.problem, sizeof transfer.problem, "%.24s: %s", name, problem);
     ++transfer.modem.errors;
     return problem;
 }

@@ -242,7 +242,7 @@ bool cancelASending()
     pressWithAlt('C');
     typeOver("rm -f big.bin; rb");
     pressKey(VK_RETURN);
-    bool halfway = waitFor([] { return percent() >= 10; });
+    bool halfway = waitFor([] { return percent() >= 3; });
     pressKey(VK_ESCAPE);
     bool ended = waitForStatus("Cancelled");
     takePictureOf("terminal-cancelled");
