@@ -13,7 +13,6 @@
 //   folderhost.cpp  the host that is built in
 //   ftphost.cpp     a server, with names and texts by ftpnames.cpp
 //   language.cpp    the languages that the user can choose
-#include "../krutils/krutils.h"
 #include "connect.h"
 #include "copy.h"
 #include "job.h"
@@ -206,6 +205,5 @@ int runSession(HINSTANCE hInstance)
 int WINAPI WinMain(HINSTANCE hInstance, HINSTANCE, LPSTR, int)
 {
     readOptions(&s_options);
-    KrUseHelpBox(TRUE);
     return s_options.fCopy ? runCopy(hInstance) : runSession(hInstance);
 }
