@@ -103,9 +103,9 @@ void changeFileAtOnce(XferWindowRecord* pRecord, int idControl, const char* pszN
     }
     pRecord->fListsChanged = 1;
     if (fFound) {
-        panes::deleteFileRow(pRecord, idControl, nRow);
+        panes::deleteFileRow(pRecord, hwndList, nRow);
     } else {
-        panes::insertFileRow(pRecord, idControl, nRow, pszName);
+        panes::insertFileRow(pRecord, hwndList, nRow, pszName);
     }
 }
 
@@ -159,12 +159,16 @@ bool panes::applyChanges(XferWindowRecord* pRecord)
     return fAlive;
 }
 
-bool panes::prepareList(XferWindowRecord* pRecord, int idControl, UINT uMessage)
+bool panes::prepareList(XferWindowRecord* pRecord, HWND hwndList, UINT uMessage)
 {
+    int idControl = GetDlgCtrlID(hwndList);
+    if (paneListIndex(idControl) == XFER_PANE_LISTS) {
+        return true;
+    }
     bool fAlive = applyList(pRecord, idControl);
     if (fAlive) {
-        noteMessage(findList(pRecord, idControl), GetDlgItem(pRecord->hwndDialog, idControl),
-                    uMessage, idControl == IDC_DANDD_HOSTDIRS);
+        noteMessage(findList(pRecord, idControl), hwndList, uMessage,
+                    idControl == IDC_DANDD_HOSTDIRS);
     }
     return fAlive;
 }
