@@ -119,7 +119,6 @@ Ref refOf(const XferWindowRecord* pRecord);
 
 // Whether the window still exists, with this very record.
 bool isAlive(const Ref& ref);
-bool isAlive(HWND hdlgDandD, const XferWindowRecord* pRecord);
 
 // The record of a transfer window, or null for any other window. Only the library's own list of
 // live records is searched: what a foreign window stores is never dereferenced.
