@@ -343,7 +343,7 @@ const std::vector<Conversation> CONVERSATIONS = {
      XMODEM_CRC,
      {{"C", 500, block(1, "x")}, {ACKNOWLEDGED, 0, END}, {"$ ", 1000, ""}},
      RESULT_DONE,
-     1,
+     0,
      0,
      "x"},
     {"a letter that isn't the host's word",

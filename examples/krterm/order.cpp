@@ -31,28 +31,28 @@ struct LineEnd {
 
 constexpr LineEnd LINE_ENDS[] = {{"CR", "\r"}, {"LF", "\n"}, {"CR and LF", "\r\n"}, {"none", ""}};
 
-TransferOrder* order;
+TransferOrder* wanted;
 
 bool isBatch()
 {
-    return order->protocol == YMODEM;
+    return wanted->protocol == YMODEM;
 }
 
 // ---- commands are kept
 
 void keyOf(char (&key)[64])
 {
-    wsprintfA(key, "%s %s", order->sending ? "Send" : "Receive", PROTOCOLS[order->protocol].name);
+    wsprintfA(key, "%s %s", wanted->sending ? "Send" : "Receive", PROTOCOLS[wanted->protocol].name);
 }
 
 void loadCommand(HWND hdlg)
 {
     char key[64];
     char command[CCH_COMMAND];
-    const Protocol* defaults = &PROTOCOLS[order->protocol];
+    const Protocol* defaults = &PROTOCOLS[wanted->protocol];
     keyOf(key);
     GetPrivateProfileStringA(SECTION, key,
-                             order->sending ? defaults->sendCommand : defaults->receiveCommand,
+                             wanted->sending ? defaults->sendCommand : defaults->receiveCommand,
                              command, sizeof command, SETTINGS);
     SetDlgItemTextA(hdlg, IDC_COMMAND, command);
 }
@@ -62,8 +62,8 @@ void keepOrder()
     char key[64];
     char number[16];
     keyOf(key);
-    WritePrivateProfileStringA(SECTION, key, order->command, SETTINGS);
-    wsprintfA(number, "%d", order->lineEnd);
+    WritePrivateProfileStringA(SECTION, key, wanted->command, SETTINGS);
+    wsprintfA(number, "%d", wanted->lineEnd);
     WritePrivateProfileStringA(SECTION, "Line end", number, SETTINGS);
 }
 
@@ -73,7 +73,7 @@ void keepOrder()
 void takeFiles(const char* chosen)
 {
     const char* name = chosen + strlen(chosen) + 1;
-    char* out = order->files;
+    char* out = wanted->files;
     char* end = out + CCH_FILES - MAX_PATH - 2;
     if (*name == '\0') {
         lstrcpynA(out, chosen, MAX_PATH);
@@ -90,7 +90,7 @@ void takeFiles(const char* chosen)
 int countFiles()
 {
     int count = 0;
-    for (const char* text = order->files; *text != '\0'; text += strlen(text) + 1) {
+    for (const char* text = wanted->files; *text != '\0'; text += strlen(text) + 1) {
         ++count;
     }
     return count;
@@ -101,7 +101,7 @@ void proposeHostName(HWND hdlg)
 {
     constexpr char PLAIN[] = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._-+";
     char name[MAX_PATH];
-    lstrcpynA(name, lastPart(order->files), MAX_PATH);
+    lstrcpynA(name, lastPart(wanted->files), MAX_PATH);
     for (char* at = name; *at != '\0'; ++at) {
         if (strchr(PLAIN, *at) == nullptr || (at == name && *at == '-')) {
             *at = '_';
@@ -115,7 +115,7 @@ void showFiles(HWND hdlg)
     char text[MAX_PATH];
     int count = countFiles();
     wsprintfA(text, "%d files", count);
-    SetDlgItemTextA(hdlg, IDC_LOCAL, count > 1 ? text : order->files);
+    SetDlgItemTextA(hdlg, IDC_LOCAL, count > 1 ? text : wanted->files);
     proposeHostName(hdlg);
 }
 
@@ -130,7 +130,7 @@ void browse(HWND hdlg)
     open.lpstrFile = chosen;
     open.nMaxFile = CCH_FILES - MAX_PATH;
     open.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_PATHMUSTEXIST;
-    if (!order->sending) {
+    if (!wanted->sending) {
         if (GetSaveFileNameA(&open)) {
             SetDlgItemTextA(hdlg, IDC_LOCAL, chosen);
         }
@@ -147,23 +147,23 @@ void browse(HWND hdlg)
 
 void onProtocol(HWND hdlg)
 {
-    order->protocol = ModemProtocol(SendDlgItemMessageA(hdlg, IDC_PROTOCOL, CB_GETCURSEL, 0, 0));
-    bool folder = !order->sending && isBatch();
+    wanted->protocol = ModemProtocol(SendDlgItemMessageA(hdlg, IDC_PROTOCOL, CB_GETCURSEL, 0, 0));
+    bool folder = !wanted->sending && isBatch();
     if (isBatch() || countFiles() > 1) {
-        order->files[0] = '\0';
+        wanted->files[0] = '\0';
     }
     SetDlgItemTextA(hdlg, IDC_LOCALLABEL,
-                    folder                        ? "&Local folder:"
-                    : order->sending && isBatch() ? "&Local files:"
-                                                  : "&Local file:");
+                    folder                         ? "&Local folder:"
+                    : wanted->sending && isBatch() ? "&Local files:"
+                                                   : "&Local file:");
     EnableWindow(GetDlgItem(hdlg, IDC_BROWSE), !folder);
-    EnableWindow(GetDlgItem(hdlg, IDC_HOSTNAME), !(order->sending && isBatch()));
+    EnableWindow(GetDlgItem(hdlg, IDC_HOSTNAME), !(wanted->sending && isBatch()));
     loadCommand(hdlg);
     if (folder) {
         char folderName[MAX_PATH];
         GetCurrentDirectoryA(MAX_PATH, folderName);
         SetDlgItemTextA(hdlg, IDC_LOCAL, folderName);
-    } else if (order->sending) {
+    } else if (wanted->sending) {
         showFiles(hdlg);
     }
 }
@@ -180,7 +180,7 @@ void onInit(HWND hdlg)
     SendDlgItemMessageA(hdlg, IDC_LINEEND, CB_SETCURSEL,
                         lineEnd < ARRAYSIZE(LINE_ENDS) ? lineEnd : 0, 0);
     SendDlgItemMessageA(hdlg, IDC_PROTOCOL, CB_SETCURSEL, YMODEM, 0);
-    SetWindowTextA(hdlg, order->sending ? "Send files" : "Receive files");
+    SetWindowTextA(hdlg, wanted->sending ? "Send files" : "Receive files");
     onProtocol(hdlg);
 }
 
@@ -195,7 +195,7 @@ bool refuse(HWND hdlg, int idControl, const char* text)
 bool isCommandValid(HWND hdlg)
 {
     DWORD position;
-    if (fXferValidHCS(order->command, &position)) {
+    if (fXferValidHCS(wanted->command, &position)) {
         return true;
     }
     refuse(hdlg, IDC_COMMAND, "An @ in the command needs one of H, L, D and @ behind it.");
@@ -207,23 +207,23 @@ bool isCommandValid(HWND hdlg)
 void takeTypedFile()
 {
     if (countFiles() <= 1) {
-        lstrcpynA(order->files, order->local, MAX_PATH);
-        order->files[strlen(order->files) + 1] = '\0';
+        lstrcpynA(wanted->files, wanted->local, MAX_PATH);
+        wanted->files[strlen(wanted->files) + 1] = '\0';
     }
 }
 
 bool isLocalValid(HWND hdlg)
 {
-    DWORD attributes = GetFileAttributesA(order->sending ? order->files : order->local);
+    DWORD attributes = GetFileAttributesA(wanted->sending ? wanted->files : wanted->local);
     bool there = attributes != INVALID_FILE_ATTRIBUTES;
     bool folder = there && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    if (order->sending) {
+    if (wanted->sending) {
         return (there && !folder) || refuse(hdlg, IDC_LOCAL, "Choose a file to send.");
     }
     if (isBatch()) {
         return folder || refuse(hdlg, IDC_LOCAL, "There is no such folder.");
     }
-    if (order->local[0] == '\0' || folder) {
+    if (wanted->local[0] == '\0' || folder) {
         return refuse(hdlg, IDC_LOCAL, "XMODEM doesn't tell a name: type one for the local file.");
     }
     return !there || MessageBoxA(hdlg, "The file is there already. Overwrite it?", "KRTERM",
@@ -232,11 +232,11 @@ bool isLocalValid(HWND hdlg)
 
 bool takeOrder(HWND hdlg)
 {
-    GetDlgItemTextA(hdlg, IDC_HOSTNAME, order->hostName, MAX_PATH);
-    GetDlgItemTextA(hdlg, IDC_LOCAL, order->local, MAX_PATH);
-    GetDlgItemTextA(hdlg, IDC_COMMAND, order->command, CCH_COMMAND);
-    order->lineEnd = int(SendDlgItemMessageA(hdlg, IDC_LINEEND, CB_GETCURSEL, 0, 0));
-    if (order->sending) {
+    GetDlgItemTextA(hdlg, IDC_HOSTNAME, wanted->hostName, MAX_PATH);
+    GetDlgItemTextA(hdlg, IDC_LOCAL, wanted->local, MAX_PATH);
+    GetDlgItemTextA(hdlg, IDC_COMMAND, wanted->command, CCH_COMMAND);
+    wanted->lineEnd = int(SendDlgItemMessageA(hdlg, IDC_LINEEND, CB_GETCURSEL, 0, 0));
+    if (wanted->sending) {
         takeTypedFile();
     }
     return isCommandValid(hdlg) && isLocalValid(hdlg);
@@ -284,7 +284,7 @@ bool askForOrder(HWND owner, bool sending, TransferOrder* order)
 {
     *order = {};
     order->sending = sending;
-    order = order;
+    wanted = order;
     return DialogBoxParamA(GetModuleHandleA(nullptr), "TRANSFER", owner, orderProc, 0) == 1;
 }
 

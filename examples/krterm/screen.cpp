@@ -13,7 +13,7 @@ struct KeptLine {
 
 VTerm* term;
 VTermScreen* screen;
-const ScreenEvents* events;
+const ScreenEvents* listener;
 KeptLine ring[KEPT_LINES]; // a ring
 int oldest;                // number of the oldest line
 int keptCount;
@@ -35,20 +35,20 @@ void forgetLine(KeptLine* kept)
 
 void onOutput(const char* at, size_t count, void*)
 {
-    events->put(reinterpret_cast<const BYTE*>(at), DWORD(count));
+    listener->put(reinterpret_cast<const BYTE*>(at), DWORD(count));
 }
 
 int onDamage(VTermRect rect, void*)
 {
-    events->changed(rect.start_row, rect.end_row);
+    listener->changed(rect.start_row, rect.end_row);
     return 1;
 }
 
 int onMoveCursor(VTermPos pos, VTermPos old, int, void*)
 {
     cursor = pos;
-    events->changed(old.row, old.row + 1);
-    events->changed(pos.row, pos.row + 1);
+    listener->changed(old.row, old.row + 1);
+    listener->changed(pos.row, pos.row + 1);
     return 1;
 }
 
@@ -56,7 +56,7 @@ int onProperty(VTermProp property, VTermValue* value, void*)
 {
     if (property == VTERM_PROP_CURSORVISIBLE) {
         cursorShown = value->boolean != 0;
-        events->changed(cursor.row, cursor.row + 1);
+        listener->changed(cursor.row, cursor.row + 1);
     }
     return 1;
 }
@@ -82,7 +82,7 @@ int onPushLine(int columns, const VTermScreenCell* cells, void*)
         memcpy(kept->cells, cells, count);
     }
     ++keptCount;
-    events->moved();
+    listener->moved();
     return 1;
 }
 
@@ -103,7 +103,7 @@ int onPopLine(int columns, VTermScreenCell* cells, void*)
     }
     forgetLine(kept);
     --keptCount;
-    events->moved();
+    listener->moved();
     return 1;
 }
 
@@ -170,7 +170,7 @@ size_t putChar(WCHAR* at, DWORD ch)
 bool openScreen(int rows, int columns, const ScreenEvents* events)
 {
     VTermColor text, back;
-    events = events;
+    listener = events;
     term = vterm_new(rows, columns);
     if (term == nullptr) {
         return false;
@@ -213,7 +213,7 @@ void clearKeptLines()
     for (; keptCount > 0; --keptCount, ++oldest) {
         forgetLine(keptLine(oldest));
     }
-    events->moved();
+    listener->moved();
 }
 
 int screenRows()

@@ -220,16 +220,15 @@ void onAsking(Modem* modem, BYTE byte)
 
 // A host can end without its answer getting through, but its shell is heard then. To say the end
 // of a file once more to that would end the shell.
-bool isShell(Modem* modem, BYTE byte)
+bool takeText(Modem* modem, BYTE byte)
 {
-    bool isText = byte != ACK && byte != NAK && byte != CAN && byte != ASK_CRC;
-    if (isText) {
-        modem->work->stray(modem->context, byte);
-    }
-    if (!isText || ++modem->letters < SHELL_LETTERS) {
+    if (byte == ACK || byte == NAK || byte == CAN || byte == ASK_CRC) {
         return false;
     }
-    enterState(modem, &SHELL);
+    modem->work->stray(modem->context, byte);
+    if (++modem->letters == SHELL_LETTERS) {
+        enterState(modem, &SHELL);
+    }
     return true;
 }
 
@@ -258,7 +257,7 @@ void onDataAnswer(Modem* modem, BYTE byte)
 void onEndAnswer(Modem* modem, BYTE byte)
 {
     bool last = modem->protocol != YMODEM;
-    if ((last && isShell(modem, byte)) || !isTaken(modem, byte)) {
+    if ((last && takeText(modem, byte)) || !isTaken(modem, byte)) {
         return;
     }
     endFile(modem, modem->skip ? END_DROPPED : END_WHOLE);
@@ -273,7 +272,7 @@ void onLastAnswer(Modem* modem, BYTE byte)
 {
     if (isLate(modem, byte)) {
         sendAgain(modem, "the host wants it again");
-    } else if (!isShell(modem, byte) && isTaken(modem, byte)) {
+    } else if (!takeText(modem, byte) && isTaken(modem, byte)) {
         endModem(modem, RESULT_DONE, nullptr, false);
     }
 }

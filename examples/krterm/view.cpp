@@ -10,7 +10,7 @@ constexpr char CLASS[] = "KRTERMVIEW";
 constexpr int MOST_COLUMNS = 500;
 
 HWND window;
-const ViewEvents* events;
+const ViewEvents* listener;
 int charWidth, charHeight;
 int viewTop;                // the line that the view begins with
 bool following;             // which is that of the screen
@@ -91,7 +91,7 @@ void onScroll(WORD code)
 
 void putFromScreen(const BYTE* bytes, DWORD count)
 {
-    events->put(bytes, count);
+    listener->put(bytes, count);
 }
 
 void onScreenChanged(int firstRow, int endRow)
@@ -352,7 +352,7 @@ void beforeTyping()
 void onKeyDown(WPARAM vk)
 {
     VTermModifier modifier = modifiers();
-    if (takeOwnKey(vk, modifier) || events->locked()) {
+    if (takeOwnKey(vk, modifier) || listener->locked()) {
         return;
     }
     if (vk >= VK_F1 && vk <= VK_F12) {
@@ -374,13 +374,13 @@ void onChar(WPARAM wParam)
     char ansi = char(wParam);
     bool isKey = (wParam == '\r' || wParam == '\t' || wParam == '\b' || wParam == 0x1B) &&
                  GetKeyState(VK_CONTROL) >= 0;
-    if (isKey || events->locked()) {
+    if (isKey || listener->locked()) {
         return;
     }
     beforeTyping();
     if (wParam < ' ') {
         BYTE byte = BYTE(wParam);
-        events->put(&byte, 1);
+        listener->put(&byte, 1);
     } else if (MultiByteToWideChar(CP_ACP, 0, &ansi, 1, &ch, 1) == 1) {
         typeChar(ch);
     }
@@ -400,7 +400,7 @@ void onSize(LPARAM lParam)
         sizeScreen(rows, columns);
         scrollTo(topLine());
         InvalidateRect(window, nullptr, FALSE);
-        events->sized(rows, columns);
+        listener->sized(rows, columns);
     }
 }
 
@@ -518,7 +518,7 @@ HWND openView(HWND parent, const ViewEvents* events)
 {
     constexpr int ROWS = 24;
     constexpr int COLUMNS = 80;
-    events = events;
+    listener = events;
     viewTop = 0;
     if (!openScreen(ROWS, COLUMNS, &SCREEN_EVENTS)) {
         return nullptr;
@@ -557,7 +557,7 @@ void selectAll()
 
 void paste()
 {
-    if (events->locked() || !OpenClipboard(window)) {
+    if (listener->locked() || !OpenClipboard(window)) {
         return;
     }
     HANDLE text = GetClipboardData(CF_UNICODETEXT);
