@@ -5,7 +5,8 @@
 #       -DCMAKE_CXX_COMPILER=i686-w64-mingw32-g++ -DCMAKE_RC_COMPILER=i686-w64-mingw32-windres
 #   cmake --build build
 #
-# The finished programs lie in the build folder, with all they need to run.
+# With -DKRHAUL_CURL=FOLDER, a static libcurl for 32-bit Windows with its headers, the sample caller
+# has servers besides its built-in host. The finished programs lie in the build folder, with all they need to run.
 cmake_minimum_required(VERSION 3.16)
 project(krhaul_examples LANGUAGES CXX RC)
 
@@ -21,13 +22,26 @@ find_package(krhaul REQUIRED PATHS ${CMAKE_CURRENT_SOURCE_DIR}/.. NO_DEFAULT_PAT
 function(krhaul_example name)
     string(TOUPPER ${name} output)
     file(GLOB sources CONFIGURE_DEPENDS examples/${name}/*.cpp examples/${name}/*.rc)
+    if(NOT KRHAUL_CURL)
+        list(FILTER sources EXCLUDE REGEX "/curl[^/]*\\.cpp$")
+    endif()
     add_executable(${name} WIN32 ${sources})
     set_target_properties(${name} PROPERTIES OUTPUT_NAME ${output} SUFFIX ".EXE")
-    target_link_libraries(${name} PRIVATE krhaul::krhaul wininet ws2_32)
+    target_link_libraries(${name} PRIVATE krhaul::krhaul)
     krhaul_deploy(${name})
 endfunction()
 
 krhaul_example(krdemo)
+file(GLOB common CONFIGURE_DEPENDS examples/common/*.cpp)
+target_sources(krdemo PRIVATE ${common})
+if(KRHAUL_CURL)
+    file(GLOB archives ${KRHAUL_CURL}/lib/*.a)
+    list(FILTER archives EXCLUDE REGEX "\\.dll\\.a$")
+    target_include_directories(krdemo PRIVATE ${KRHAUL_CURL}/include)
+    target_compile_definitions(krdemo PRIVATE KRDEMO_CURL CURL_STATICLIB)
+    target_link_libraries(krdemo PRIVATE -Wl,--start-group ${archives} -Wl,--end-group ws2_32
+        bcrypt crypt32 advapi32)
+endif()
 krhaul_example(krviewer)
 
 # In a folder of its own: beside the programs lies the one from the archive.

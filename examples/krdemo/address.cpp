@@ -3,94 +3,120 @@
 #include <stdlib.h>
 #include <string.h>
 
+namespace demo {
+
+const ProtocolName PROTOCOLS[4] = {
+    {Protocol::Ftp, "ftp", "FTP", 21},
+    {Protocol::FtpTls, "ftpes", "FTP with TLS (explicit)", 21},
+    {Protocol::Ftps, "ftps", "FTP over TLS (implicit)", 990},
+    {Protocol::Sftp, "sftp", "SFTP", 22},
+};
+
 namespace {
 
-constexpr char SCHEME[] = "ftp://";
+constexpr unsigned LAST_PORT = 0xFFFF;
 
-int hexDigit(char ch)
+const ProtocolName* protocolOf(const std::string& text)
 {
-    const char* pch = strchr("0123456789abcdef", ch >= 'A' && ch <= 'F' ? ch - 'A' + 'a' : ch);
-    return ch != '\0' && pch != nullptr ? int(pch - "0123456789abcdef") : -1;
+    for (const ProtocolName& protocol : PROTOCOLS) {
+        std::string start = std::string(protocol.scheme) + "://";
+        if (_strnicmp(text.c_str(), start.c_str(), start.size()) == 0) {
+            return &protocol;
+        }
+    }
+    return nullptr;
 }
 
-// Copies a part of an address and replaces its %XX. Gives false if it doesn't fit, is written
-// wrongly, or holds what no text may.
-bool decode(const char* pchFrom, const char* pchEnd, char* pszTo, size_t cchTo)
+// Replaces the %XX of a part. Returns false if it is written wrongly or holds what no text may.
+bool decode(const std::string& part, std::string* text)
 {
-    size_t n = 0;
-    for (; pchFrom < pchEnd; ++pchFrom, ++n) {
-        char ch = *pchFrom;
+    text->clear();
+    for (size_t n = 0; n < part.size(); ++n) {
+        char ch = part[n];
         if (ch == '%') {
-            int nHigh = pchEnd - pchFrom > 2 ? hexDigit(pchFrom[1]) : -1;
-            int nLow = nHigh >= 0 ? hexDigit(pchFrom[2]) : -1;
-            if (nLow < 0) {
+            std::string digits = part.substr(n + 1, 2);
+            if (digits.size() != 2 ||
+                digits.find_first_not_of("0123456789ABCDEFabcdef") != std::string::npos) {
                 return false;
             }
-            ch = char(nHigh * 16 + nLow);
-            pchFrom += 2;
+            ch = char(strtoul(digits.c_str(), nullptr, 16));
+            n += 2;
         }
-        if (n + 1 >= cchTo || (ch >= 0 && ch < ' ')) {
+        if (BYTE(ch) < ' ') {
             return false;
         }
-        pszTo[n] = ch;
+        *text += ch;
     }
-    pszTo[n] = '\0';
     return true;
 }
 
-const char* firstOf(const char* pchFrom, const char* pchEnd, char ch)
+// Cuts the text at a character, which belongs to neither part. Without it all stays in front.
+std::string takeBehind(char ch, std::string* text)
 {
-    auto pch = static_cast<const char*>(memchr(pchFrom, ch, size_t(pchEnd - pchFrom)));
-    return pch != nullptr ? pch : pchEnd;
+    size_t at = text->find(ch);
+    std::string behind = at != std::string::npos ? text->substr(at + 1) : "";
+    text->resize(at != std::string::npos ? at : text->size());
+    return behind;
 }
 
-bool readUser(const char* pchFrom, const char* pchEnd, HostAddress* pAddress)
+bool readServer(std::string server, Address* address)
 {
-    const char* pchColon = firstOf(pchFrom, pchEnd, ':');
-    const char* pchPassword = pchColon < pchEnd ? pchColon + 1 : pchEnd;
-    return decode(pchFrom, pchColon, pAddress->szUser, sizeof pAddress->szUser) &&
-           decode(pchPassword, pchEnd, pAddress->szPassword, sizeof pAddress->szPassword);
-}
-
-bool readServer(const char* pchFrom, const char* pchEnd, HostAddress* pAddress)
-{
-    const char* pchColon = firstOf(pchFrom, pchEnd, ':');
-    char* pchAfter = nullptr;
-    unsigned long nPort = FTP_PORT;
-    if (pchColon < pchEnd) {
-        nPort = strtoul(pchColon + 1, &pchAfter, 10);
-    }
-    pAddress->nPort = WORD(nPort);
-    return pchColon > pchFrom && nPort > 0 && nPort <= 0xFFFF &&
-           (pchAfter == nullptr || pchAfter == pchEnd) &&
-           decode(pchFrom, pchColon, pAddress->szServer, sizeof pAddress->szServer);
+    bool hasPort = server.find(':') != std::string::npos;
+    std::string digits = takeBehind(':', &server);
+    unsigned long port = hasPort ? strtoul(digits.c_str(), nullptr, 10) : address->port;
+    address->port = unsigned(port);
+    return port > 0 && port <= LAST_PORT &&
+           digits.find_first_not_of("0123456789") == std::string::npos && !server.empty() &&
+           decode(server, &address->server);
 }
 
 } // namespace
 
-bool isAddress(const char* pszText)
+const ProtocolName& nameOf(Protocol protocol)
 {
-    return _strnicmp(pszText, SCHEME, strlen(SCHEME)) == 0;
+    for (const ProtocolName& row : PROTOCOLS) {
+        if (row.protocol == protocol) {
+            return row;
+        }
+    }
+    return PROTOCOLS[0];
 }
 
-bool readAddress(const char* pszUrl, HostAddress* pAddress)
+bool isAddress(const std::string& text)
 {
-    *pAddress = {};
-    if (!isAddress(pszUrl)) {
-        return false;
-    }
-    const char* pchServer = pszUrl + strlen(SCHEME);
-    const char* pchEnd = pchServer + strlen(pchServer);
-    const char* pchSlash = firstOf(pchServer, pchEnd, '/');
-    // The last one: a password may have others.
-    const char* pchAt = pchSlash;
-    while (pchAt > pchServer && pchAt[-1] != '@') {
-        --pchAt;
-    }
-    if (pchAt > pchServer && !readUser(pchServer, pchAt - 1, pAddress)) {
-        return false;
-    }
-    const char* pchPath = pchSlash < pchEnd ? pchSlash + 1 : pchEnd;
-    return readServer(pchAt, pchSlash, pAddress) &&
-           decode(pchPath, pchEnd, pAddress->szPath, sizeof pAddress->szPath);
+    return protocolOf(text) != nullptr;
 }
+
+bool readAddress(const std::string& text, Address* address)
+{
+    const ProtocolName* protocol = protocolOf(text);
+    if (protocol == nullptr) {
+        return false;
+    }
+    Address read = *address;
+    std::string server = text.substr(strlen(protocol->scheme) + strlen("://"));
+    std::string path = takeBehind('/', &server);
+    // The last one: a password may have others.
+    size_t at = server.rfind('@');
+    std::string user = at != std::string::npos ? server.substr(0, at) : "";
+    server = at != std::string::npos ? server.substr(at + 1) : server;
+    std::string password = takeBehind(':', &user);
+    read.protocol = protocol->protocol;
+    read.port = protocol->port;
+    if (!decode(user, &read.user) || !decode(password, &read.password) ||
+        !readServer(server, &read) || !decode(path, &read.path)) {
+        return false;
+    }
+    *address = read;
+    return true;
+}
+
+void wipe(std::string* secret)
+{
+    if (!secret->empty()) {
+        SecureZeroMemory(&(*secret)[0], secret->size());
+    }
+    secret->clear();
+}
+
+} // namespace demo

@@ -1,15 +1,33 @@
-// Addresses of servers, as users write them.
+// Addresses of servers:
+//     SCHEME://[user[:password]@]server[:port][/directory]
+// with the schemes ftp, ftpes (explicit TLS), ftps and sftp.
 #ifndef KRDEMO_ADDRESS_H
 #define KRDEMO_ADDRESS_H
 
 #include "host.h"
 
-constexpr WORD FTP_PORT = 21;
+namespace demo {
 
-// Reads "ftp://[user[:password]@]server[:port][/directory]", in which %XX stands for a
-// character. Gives false if the text is no such address or doesn't fit.
-bool readAddress(const char* pszUrl, HostAddress* pAddress);
+struct ProtocolName {
+    Protocol protocol;
+    const char* scheme;
+    const char* title; // for people
+    unsigned port;
+};
 
-bool isAddress(const char* pszText);
+extern const ProtocolName PROTOCOLS[4];
+
+const ProtocolName& nameOf(Protocol protocol);
+
+bool isAddress(const std::string& text);
+
+// Changes what the text names and leaves the rest. Returns false, with nothing changed, if it is
+// no address.
+bool readAddress(const std::string& text, Address* address);
+
+// Overwrites a text that nobody is to find in memory.
+void wipe(std::string* secret);
+
+} // namespace demo
 
 #endif

@@ -5,19 +5,14 @@
 
 #include "options.h"
 
-// Starts copying the first folder's files into the second. Gives false if there is nothing to
-// copy or no window is to be had.
-bool startCopy(const DemoOptions* pOptions, HWND hwndMain, HWND hwndLog);
+namespace demo {
 
-// A turn of the message loop.
-void continueCopy();
-
-// Ends a copy that is still running, and leaves nothing unfinished.
-void endCopy();
+// Starts copying; what comes of it goes into the log, a list box. False if there is nothing to copy
+// or no window.
+bool startCopy(const Options& options, HWND main, HWND log);
 
 bool hasCopiedAll();
 
-// The whole percentage of the file in hand has changed.
-void copyPercent(HWND hwndMain, WPARAM nPercent);
+} // namespace demo
 
 #endif

@@ -1,241 +1,242 @@
 // The built-in host: a folder of this machine, which it never leaves. Its files go over a line
 // of limited speed, and have no types: bytes are moved as they are.
 #include "host.h"
-#include "options.h"
+#include "loop.h"
+#include "../common/text.h"
 
-#include <stdlib.h>
+#include <algorithm>
 #include <string.h>
+
+namespace demo {
 
 namespace {
 
-// The line is waited for in pieces that are neither too short to be kept nor too long to stop.
-constexpr DWORD SHORTEST_WAIT_MS = 10;
-constexpr DWORD LONGEST_WAIT_MS = 100;
+constexpr UINT TICK_MS = 10;
+constexpr size_t CHUNK_BYTES = 64 * 1024;
 
-struct FolderLink {
-    HostLink base; // its path goes from the root on: "/", "/a", "/a/b"
-    char szRoot[MAX_PATH];
-    HANDLE hFile;
-    DWORD cbPerSecond;
-    DWORD dwLineTick; // the file was opened at this time
-    DWORD cbMoved;    // bytes of it since then
+struct Folder {
+    Address address;
+    Request request;
+    unsigned number = 0; // of the request
+    HANDLE file = INVALID_HANDLE_VALUE;
+    DWORD lineTick = 0; // the file was opened at this time
+    double moved = 0;   // bytes of it since then
+    Ticks ticks = {};
 };
 
-FolderLink* linkOf(HostLink* pLink)
-{
-    return reinterpret_cast<FolderLink*>(pLink);
-}
+Folder folder;
 
-// Keeps the system's words for the last error where it failed.
-bool outcome(HostLink* pLink, bool fDone)
+// Applies a directory text to a host path, part by part. Returns false if it leads out of the host.
+bool walk(const std::string& way, std::string* path)
 {
-    if (!fDone) {
-        systemWords(GetLastError(), pLink->szWords);
-    }
-    return fDone;
-}
-
-// Applies a directory text to a host path, part by part. Gives false if it leads out of the
-// host or doesn't fit.
-bool walk(char (&szPath)[MAX_PATH], const char* pszDir)
-{
-    char szParts[MAX_PATH];
-    lstrcpynA(szParts, pszDir, MAX_PATH);
-    if (szParts[0] == '/' || szParts[0] == '\\') {
-        strcpy(szPath, "/");
-    }
-    for (char* psz = strtok(szParts, "/\\"); psz != nullptr; psz = strtok(nullptr, "/\\")) {
-        char* pchLast = strrchr(szPath, '/');
-        if (strcmp(psz, "..") == 0) {
-            if (szPath[1] == '\0') {
+    bool fromRoot = !way.empty() && (way[0] == '/' || way[0] == '\\');
+    *path = fromRoot || path->empty() ? "/" : *path;
+    for (size_t at = 0, end; at < way.size(); at = end + 1) {
+        end = std::min(way.find_first_of("/\\", at), way.size());
+        std::string part = way.substr(at, end - at);
+        if (part == "..") {
+            if (*path == "/") {
                 return false;
             }
-            pchLast[pchLast == szPath ? 1 : 0] = '\0';
-        } else if (strcmp(psz, ".") != 0) {
-            if (strpbrk(psz, ":*?\"<>|") != nullptr ||
-                strlen(szPath) + strlen(psz) + 2 > MAX_PATH) {
+            path->resize(std::max<size_t>(path->rfind('/'), 1));
+        } else if (!part.empty() && part != ".") {
+            if (part.find_first_of(":*?\"<>|") != std::string::npos) {
                 return false;
             }
-            strcat(szPath, szPath[1] == '\0' ? "" : "/");
-            strcat(szPath, psz);
+            *path += (*path == "/" ? "" : "/") + part;
         }
     }
     return true;
 }
 
-// The folder or file of this machine that a name stands for. Gives false, as the system would,
-// if there can't be one.
-bool localPath(HostLink* pLink, const char* pszName, char (&szLocal)[MAX_PATH])
+// The file of this machine that a host path stands for; a name that nothing has if there is none.
+std::string localPath(const std::string& path)
 {
-    char szPath[MAX_PATH];
-    strcpy(szPath, pLink->szPath);
-    bool fInside = walk(szPath, pszName);
-    for (char* pch = szPath; *pch != '\0'; ++pch) {
-        *pch = *pch == '/' ? '\\' : *pch;
+    std::string inside = "/";
+    if (!walk(path, &inside)) {
+        return "?";
     }
-    if (!fInside || !joinPath(szLocal, linkOf(pLink)->szRoot, szPath + 1)) {
-        SetLastError(ERROR_INVALID_NAME);
+    std::replace(inside.begin(), inside.end(), '/', '\\');
+    return sample::joinPath(folder.address.server, inside.substr(1));
+}
+
+bool isThere(const std::string& path, bool asFolder)
+{
+    DWORD attributes = GetFileAttributesA(localPath(path).c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES &&
+           (!asFolder || (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0);
+}
+
+// ---- requests that are done at once; false leaves the reason as last error
+
+bool listFolder(const Request& request, Answer* answer)
+{
+    WIN32_FIND_DATAA found;
+    answer->path = request.path;
+    if (!walk(request.target, &answer->path) || !isThere(answer->path, true)) {
+        SetLastError(ERROR_PATH_NOT_FOUND);
         return false;
     }
-    return true;
-}
-
-bool isFolder(const char* pszFolder)
-{
-    DWORD dwAttributes = GetFileAttributesA(pszFolder);
-    return dwAttributes != INVALID_FILE_ATTRIBUTES &&
-           (dwAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-}
-
-HostLink* make(const HostAddress* pAddress)
-{
-    auto pLink = static_cast<FolderLink*>(calloc(1, sizeof(FolderLink)));
-    if (pLink != nullptr) {
-        strcpy(pLink->base.szPath, "/");
-        walk(pLink->base.szPath, pAddress->szPath);
-        lstrcpynA(pLink->szRoot, pAddress->szServer, MAX_PATH);
-        pLink->cbPerSecond = pAddress->cbPerSecond;
-        CreateDirectoryA(pLink->szRoot, nullptr);
-    }
-    return reinterpret_cast<HostLink*>(pLink);
-}
-
-void freeLink(HostLink* pLink)
-{
-    free(pLink);
-}
-
-// No call waits long here.
-void abortCall(HostLink*)
-{
-}
-
-bool changeDir(HostLink* pLink, const char* pszDir)
-{
-    char szFolder[MAX_PATH];
-    if (!localPath(pLink, pszDir, szFolder)) {
-        return outcome(pLink, false);
-    }
-    if (!isFolder(szFolder)) {
-        SetLastError(ERROR_PATH_NOT_FOUND);
-        return outcome(pLink, false);
-    }
-    return walk(pLink->szPath, pszDir);
-}
-
-bool isSelfOrParent(const char* pszName)
-{
-    return strcmp(pszName, ".") == 0 || strcmp(pszName, "..") == 0;
-}
-
-bool list(HostLink* pLink, HostEntryProc pfnEntry, void* pContext)
-{
-    char szFolder[MAX_PATH];
-    char szMask[MAX_PATH];
-    WIN32_FIND_DATAA find;
-    if (!localPath(pLink, ".", szFolder) || !joinPath(szMask, szFolder, "*")) {
-        return outcome(pLink, false);
-    }
-    HANDLE hFind = FindFirstFileA(szMask, &find);
-    if (hFind == INVALID_HANDLE_VALUE) {
-        return outcome(pLink, false);
-    }
-    do {
-        if (!isSelfOrParent(find.cFileName)) {
-            pfnEntry(pContext, find.cFileName, find.nFileSizeLow,
-                     (find.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0);
+    std::string mask = sample::joinPath(localPath(answer->path), "*");
+    HANDLE search = FindFirstFileA(mask.c_str(), &found);
+    for (BOOL more = search != INVALID_HANDLE_VALUE; more; more = FindNextFileA(search, &found)) {
+        Entry entry;
+        entry.bytes = entry.name = found.cFileName;
+        entry.size = found.nFileSizeLow;
+        entry.directory = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        if (entry.name != "." && entry.name != "..") {
+            request.onEntry(std::move(entry));
         }
-    } while (FindNextFileA(hFind, &find));
-    FindClose(hFind);
+    }
+    return search != INVALID_HANDLE_VALUE && FindClose(search);
+}
+
+bool makeFolder(const Request& request, Answer*)
+{
+    return CreateDirectoryA(localPath(request.path).c_str(), nullptr) != 0;
+}
+
+bool removeFolder(const Request& request, Answer*)
+{
+    return RemoveDirectoryA(localPath(request.path).c_str()) != 0;
+}
+
+bool renameFile(const Request& request, Answer*)
+{
+    return MoveFileA(localPath(request.path).c_str(), localPath(request.target).c_str()) != 0;
+}
+
+bool deleteFile(const Request& request, Answer*)
+{
+    return DeleteFileA(localPath(request.path).c_str()) != 0;
+}
+
+bool lookForFile(const Request& request, Answer* answer)
+{
+    answer->there = isThere(request.path, false);
     return true;
 }
 
-bool makeDir(HostLink* pLink, const char* pszDir)
+// ---- files, as the line lets them through
+
+void finish(bool done)
 {
-    char szFolder[MAX_PATH];
-    return outcome(pLink,
-                   localPath(pLink, pszDir, szFolder) && CreateDirectoryA(szFolder, nullptr));
+    Answer answer;
+    answer.done = done;
+    answer.words = done ? "" : sample::systemWords(GetLastError());
+    CloseHandle(folder.file);
+    folder.file = INVALID_HANDLE_VALUE;
+    stopTicks(&folder.ticks);
+    auto onDone = std::move(folder.request.onDone);
+    folder.request = {};
+    onDone(answer);
 }
 
-bool removeDir(HostLink* pLink, const char* pszDir)
+// Moves a piece. Returns false at the end, and on a failure.
+bool movePiece(size_t most, bool* failed)
 {
-    char szFolder[MAX_PATH];
-    return outcome(pLink, localPath(pLink, pszDir, szFolder) && RemoveDirectoryA(szFolder));
-}
-
-bool renameFile(HostLink* pLink, const char* pszOldName, const char* pszNewName)
-{
-    char szOld[MAX_PATH];
-    char szNew[MAX_PATH];
-    return outcome(pLink, localPath(pLink, pszOldName, szOld) &&
-                              localPath(pLink, pszNewName, szNew) && MoveFileA(szOld, szNew));
-}
-
-bool deleteFile(HostLink* pLink, const char* pszName)
-{
-    char szFile[MAX_PATH];
-    return outcome(pLink, localPath(pLink, pszName, szFile) && DeleteFileA(szFile));
-}
-
-bool exists(HostLink* pLink, const char* pszName, bool* pfThere)
-{
-    char szFile[MAX_PATH];
-    if (!localPath(pLink, pszName, szFile)) {
-        return outcome(pLink, false);
+    static char room[CHUNK_BYTES];
+    DWORD count = 0;
+    size_t given = 0;
+    if (folder.request.verb == Verb::Receive) {
+        *failed = !ReadFile(folder.file, room, DWORD(most), &count, nullptr) ||
+                  (count > 0 && !folder.request.onBytes(room, count));
+    } else {
+        *failed = !folder.request.getBytes(room, most, &given) ||
+                  (given > 0 && !WriteFile(folder.file, room, DWORD(given), &count, nullptr));
     }
-    *pfThere = GetFileAttributesA(szFile) != INVALID_FILE_ATTRIBUTES;
-    return true;
+    folder.moved += count;
+    return !*failed && count > 0;
 }
 
-bool openFile(HostLink* pLink, const char* pszName, bool fWrite, int)
+void CALLBACK moveOn(HWND, UINT, UINT_PTR, DWORD)
 {
-    char szFile[MAX_PATH];
-    if (!localPath(pLink, pszName, szFile)) {
-        return outcome(pLink, false);
-    }
-    HANDLE hFile = CreateFileA(
-        szFile, fWrite ? GENERIC_WRITE : GENERIC_READ, fWrite ? 0 : FILE_SHARE_READ, nullptr,
-        fWrite ? CREATE_ALWAYS : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    linkOf(pLink)->hFile = hFile;
-    linkOf(pLink)->dwLineTick = GetTickCount();
-    linkOf(pLink)->cbMoved = 0;
-    return outcome(pLink, hFile != INVALID_HANDLE_VALUE);
-}
-
-// Waits until the line has had time for so many bytes more.
-void useLine(FolderLink* pLink, DWORD cb)
-{
-    pLink->cbMoved += cb;
-    double dNeeded = double(pLink->cbMoved) * 1000 / pLink->cbPerSecond;
-    double dAhead = dNeeded - (GetTickCount() - pLink->dwLineTick);
-    if (dAhead >= SHORTEST_WAIT_MS) {
-        Sleep(dAhead < LONGEST_WAIT_MS ? DWORD(dAhead) : LONGEST_WAIT_MS);
+    bool failed = false;
+    double due = double(GetTickCount() - folder.lineTick) * folder.address.bytesPerSecond / 1000;
+    while (folder.moved < due) {
+        size_t most = size_t(std::min(due - folder.moved + 1, double(CHUNK_BYTES)));
+        if (!movePiece(most, &failed)) {
+            finish(!failed);
+            return;
+        }
     }
 }
 
-bool readFile(HostLink* pLink, void* pBuffer, DWORD cb, DWORD* pcbRead)
+void openFile()
 {
-    bool fRead = ReadFile(linkOf(pLink)->hFile, pBuffer, cb, pcbRead, nullptr) != 0;
-    useLine(linkOf(pLink), fRead ? *pcbRead : 0);
-    return outcome(pLink, fRead);
+    bool send = folder.request.verb == Verb::Send;
+    folder.file =
+        CreateFileA(localPath(folder.request.path).c_str(), send ? GENERIC_WRITE : GENERIC_READ,
+                    send ? 0 : FILE_SHARE_READ, nullptr, send ? CREATE_ALWAYS : OPEN_EXISTING,
+                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    folder.lineTick = GetTickCount();
+    folder.moved = 0;
+    if (folder.file == INVALID_HANDLE_VALUE) {
+        finish(false);
+    } else {
+        startTicks(&folder.ticks, TICK_MS, moveOn);
+    }
 }
 
-bool writeFile(HostLink* pLink, const void* pBuffer, DWORD cb)
+// In the order of the verbs; null for those that take their time.
+constexpr bool (*PROCEDURES[])(const Request&, Answer*) = {
+    listFolder, makeFolder, removeFolder, renameFile, deleteFile, lookForFile, nullptr, nullptr};
+
+void carryOut()
 {
-    DWORD cbWritten = 0;
-    bool fWritten =
-        WriteFile(linkOf(pLink)->hFile, pBuffer, cb, &cbWritten, nullptr) && cbWritten == cb;
-    useLine(linkOf(pLink), cbWritten);
-    return outcome(pLink, fWritten);
+    Answer answer;
+    auto procedure = PROCEDURES[size_t(folder.request.verb)];
+    if (procedure == nullptr) {
+        openFile();
+        return;
+    }
+    answer.done = procedure(folder.request, &answer);
+    answer.words = answer.done ? "" : sample::systemWords(GetLastError());
+    auto onDone = std::move(folder.request.onDone);
+    folder.request = {};
+    onDone(answer);
 }
 
-bool closeFile(HostLink* pLink)
+// ---- the host
+
+void open(const Address& address)
 {
-    return outcome(pLink, CloseHandle(linkOf(pLink)->hFile) != 0);
+    folder.address = address;
+    CreateDirectoryA(address.server.c_str(), nullptr);
+}
+
+void stop()
+{
+    ++folder.number;
+    stopTicks(&folder.ticks);
+    if (folder.file != INVALID_HANDLE_VALUE) {
+        CloseHandle(folder.file);
+        folder.file = INVALID_HANDLE_VALUE;
+    }
+    folder.request = {};
+}
+
+void start(Request&& request)
+{
+    unsigned number = ++folder.number;
+    folder.request = std::move(request);
+    later([number] {
+        if (number == folder.number) {
+            carryOut();
+        }
+    });
+}
+
+void remove(const std::string& path, std::function<void(const Answer&)> onDone)
+{
+    Answer answer;
+    answer.done = DeleteFileA(localPath(path).c_str()) != 0;
+    answer.words = answer.done ? "" : sample::systemWords(GetLastError());
+    onDone(answer);
 }
 
 } // namespace
 
-const Host FOLDER_HOST = {make,     freeLink,  abortCall,  changeDir,  list,
-                          makeDir,  removeDir, renameFile, deleteFile, exists,
-                          openFile, readFile,  writeFile,  closeFile};
+const Host FOLDER_HOST = {open, stop, start, stop, remove};
+
+} // namespace demo

@@ -1,58 +1,83 @@
-// What the sample caller needs of a host. The functions of one host stand in one table, so
-// that another host is one more file with its table.
-//
-// All but pfnMake and pfnAbort run on the worker's thread and may take as long as the host
-// likes. A host connects by itself when it has to, also after it has lost its connection.
+// What the sample caller needs of a host: one request at a time, whose end is told from the
+// message loop. A host is one table of functions, so another one is one more file.
 #ifndef KRDEMO_HOST_H
 #define KRDEMO_HOST_H
 
 #include <windows.h>
 
-constexpr DWORD MAX_WORDS = 300;
+#include <functional>
+#include <string>
 
-// Where a host is and where to begin on it.
-struct HostAddress {
-    char szServer[MAX_PATH]; // name of a server, or the folder that the built-in host serves
-    WORD nPort;
-    char szUser[128]; // empty for a guest
-    char szPassword[128];
-    char szPath[MAX_PATH]; // directory of the host; empty for the one that it begins in
-    DWORD cbPerSecond;     // speed of the built-in host's line
+namespace demo {
+
+enum class Protocol {
+    Folder,
+    Ftp,
+    FtpTls, // FTP that turns to TLS before anything else is said
+    Ftps,   // TLS from the first byte on
+    Sftp
 };
 
-// The beginning of every host's own record.
-struct HostLink {
-    char szPath[MAX_PATH];   // the current directory as the host writes it
-    char szWords[MAX_WORDS]; // why the last call failed, in the host's words if it had any
+// Where a host is and who comes.
+struct Address {
+    Protocol protocol = Protocol::Folder;
+    std::string server; // name of a server, or the folder that the built-in host serves
+    unsigned port = 0;
+    std::string user; // empty for a guest
+    std::string password;
+    std::string keyFile;      // of an SSH key, whose passphrase is then the password
+    std::string path;         // directory to begin in, as its user types it
+    std::string bundle;       // certificates to trust; empty for those of the system
+    std::string knownHosts;   // file of the SSH host keys that the user has accepted
+    UINT codePage = CP_UTF8;  // the host's names
+    DWORD bytesPerSecond = 0; // speed of the built-in host's line
 };
 
-// Called for each entry of a directory.
-typedef void (*HostEntryProc)(void* pContext, const char* pszName, DWORD cbSize, bool fDirectory);
+struct Entry {
+    std::string bytes; // the name as the host knows it
+    std::string name;  // and as the windows show it
+    DWORD size = 0;
+    bool directory = false;
+};
 
-// Names are relative to the host's current directory. All with the result bool give false on
-// failure, with the reason in szWords.
+enum class Verb { List, MakeDir, RemoveDir, Rename, Delete, Exists, Receive, Send };
+
+// What came of a request.
+struct Answer {
+    bool done = false;
+    std::string words;  // why not
+    bool there = false; // of Exists
+    std::string path;   // of List: the directory that was listed
+};
+
+// Paths are bytes of the host, from its root on.
+struct Request {
+    Verb verb;
+    std::string path;    // of the file or directory. List: the current one, empty at first
+    std::string target;  // Rename: the new path. List: where to go from there, or empty
+    bool isText = false; // Receive and Send: lines, for a host that has types
+    std::function<void(Entry&&)> onEntry;                 // List
+    std::function<void(const std::string&)> onOddity;     // List: a line that says nothing
+    std::function<bool(const char*, size_t)> onBytes;     // Receive. False gives up
+    std::function<bool(char*, size_t, size_t*)> getBytes; // Send. No bytes: the end
+    std::function<void(const Answer&)> onDone;
+};
+
 struct Host {
-    // Makes the record, with nothing asked of the host yet. Gives 0 if there is no memory.
-    HostLink* (*pfnMake)(const HostAddress* pAddress);
-    void (*pfnFree)(HostLink* pLink);
-    // Called by another thread: a call that waits for the host should end now.
-    void (*pfnAbort)(HostLink* pLink);
-    bool (*pfnChangeDir)(HostLink* pLink, const char* pszDir);
-    bool (*pfnList)(HostLink* pLink, HostEntryProc pfnEntry, void* pContext);
-    bool (*pfnMakeDir)(HostLink* pLink, const char* pszDir);
-    bool (*pfnRemoveDir)(HostLink* pLink, const char* pszDir);
-    bool (*pfnRename)(HostLink* pLink, const char* pszOldName, const char* pszNewName);
-    bool (*pfnDelete)(HostLink* pLink, const char* pszName);
-    bool (*pfnExists)(HostLink* pLink, const char* pszName, bool* pfThere);
-    // One file at a time is open. It is whole only if pfnCloseFile says so. nType is one of
-    // XFERTYPE_TEXT and XFERTYPE_BINARY. 0 bytes read are the end of the file.
-    bool (*pfnOpenFile)(HostLink* pLink, const char* pszName, bool fWrite, int nType);
-    bool (*pfnRead)(HostLink* pLink, void* pBuffer, DWORD cb, DWORD* pcbRead);
-    bool (*pfnWrite)(HostLink* pLink, const void* pBuffer, DWORD cb);
-    bool (*pfnCloseFile)(HostLink* pLink);
+    // Makes ready; nothing is asked of the host yet. Connections are made when they are needed.
+    void (*open)(const Address& address);
+    // Ends everything. Waits a moment for files that are being removed.
+    void (*close)();
+    // onDone is called later, from the message loop, unless the request is stopped before.
+    void (*start)(Request&& request);
+    void (*stop)();
+    // Deletes a file that was sent in part, beside any other request.
+    void (*remove)(const std::string& path, std::function<void(const Answer&)> onDone);
 };
 
 extern const Host FOLDER_HOST;
-extern const Host FTP_HOST;
+extern const Host CURL_HOST;
+
+} // namespace demo
 
 #endif

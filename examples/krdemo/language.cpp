@@ -1,18 +1,20 @@
 #include "language.h"
-#include "options.h"
 
 #include <string.h>
 
+namespace demo {
+
 namespace {
 
+constexpr size_t CCH_LANGUAGE = 13; // a code of 12 characters is the most that KRHAUL takes
 constexpr UINT FIRST_COMMAND = 100;
 constexpr UINT MAX_LANGUAGES = 32;
 constexpr size_t CCH_PREFIX = 3;    // "XFR"
 constexpr size_t CCH_EXTENSION = 4; // ".DLL"
 
 struct LanguageName {
-    const char* pszCode;
-    const char* pszName;
+    const char* code;
+    const char* name;
 };
 
 // In the words of the languages; their modules don't tell. Other codes stand for themselves.
@@ -22,50 +24,50 @@ constexpr LanguageName NAMES[] = {{"DE", "Deutsch"},
                                   {"FR", "Fran\xE7"
                                          "ais"}};
 
-char s_aszCodes[MAX_LANGUAGES][CCH_LANGUAGE];
-UINT s_cLanguages;
+char codes[MAX_LANGUAGES][CCH_LANGUAGE];
+UINT languageCount;
 
-const char* nameOf(const char* pszCode)
+const char* nameOf(const char* code)
 {
     for (const LanguageName& name : NAMES) {
-        if (lstrcmpiA(name.pszCode, pszCode) == 0) {
-            return name.pszName;
+        if (lstrcmpiA(name.code, code) == 0) {
+            return name.name;
         }
     }
-    return pszCode;
+    return code;
 }
 
-void addLanguage(HMENU hMenu, const char* pszFile)
+void addLanguage(HMENU hMenu, const char* file)
 {
-    size_t cch = strlen(pszFile);
-    if (s_cLanguages == MAX_LANGUAGES || cch <= CCH_PREFIX + CCH_EXTENSION ||
+    size_t cch = strlen(file);
+    if (languageCount == MAX_LANGUAGES || cch <= CCH_PREFIX + CCH_EXTENSION ||
         cch - CCH_PREFIX - CCH_EXTENSION >= CCH_LANGUAGE) {
         return;
     }
-    char* pszCode = s_aszCodes[s_cLanguages];
-    lstrcpynA(pszCode, pszFile + CCH_PREFIX, int(cch - CCH_PREFIX - CCH_EXTENSION + 1));
-    AppendMenuA(hMenu, MF_STRING, FIRST_COMMAND + s_cLanguages, nameOf(pszCode));
-    ++s_cLanguages;
+    char* code = codes[languageCount];
+    lstrcpynA(code, file + CCH_PREFIX, int(cch - CCH_PREFIX - CCH_EXTENSION + 1));
+    AppendMenuA(hMenu, MF_STRING, FIRST_COMMAND + languageCount, nameOf(code));
+    ++languageCount;
 }
 
 void addLanguages(HMENU hMenu)
 {
-    char szMask[MAX_PATH] = "";
+    char mask[MAX_PATH] = "";
     WIN32_FIND_DATAA found;
-    GetModuleFileNameA(nullptr, szMask, MAX_PATH);
-    char* pchLast = strrchr(szMask, '\\');
-    if (pchLast == nullptr || strlen(szMask) + sizeof "XFR*.DLL" > MAX_PATH) {
+    GetModuleFileNameA(nullptr, mask, MAX_PATH);
+    char* last = strrchr(mask, '\\');
+    if (last == nullptr || strlen(mask) + sizeof "XFR*.DLL" > MAX_PATH) {
         return;
     }
-    strcpy(pchLast + 1, "XFR*.DLL");
-    HANDLE hFind = FindFirstFileA(szMask, &found);
-    if (hFind == INVALID_HANDLE_VALUE) {
+    strcpy(last + 1, "XFR*.DLL");
+    HANDLE search = FindFirstFileA(mask, &found);
+    if (search == INVALID_HANDLE_VALUE) {
         return;
     }
     do {
         addLanguage(hMenu, found.cFileName);
-    } while (FindNextFileA(hFind, &found));
-    FindClose(hFind);
+    } while (FindNextFileA(search, &found));
+    FindClose(search);
 }
 
 } // namespace
@@ -73,21 +75,23 @@ void addLanguages(HMENU hMenu)
 void appendLanguageMenu(HMENU hBar)
 {
     HMENU hMenu = CreatePopupMenu();
-    s_cLanguages = 0;
+    languageCount = 0;
     addLanguages(hMenu);
     AppendMenuA(hBar, MF_POPUP, UINT_PTR(hMenu), "&Language");
 }
 
 const char* languageOf(UINT idCommand)
 {
-    UINT nLanguage = idCommand - FIRST_COMMAND;
-    return nLanguage < s_cLanguages ? s_aszCodes[nLanguage] : nullptr;
+    UINT number = idCommand - FIRST_COMMAND;
+    return number < languageCount ? codes[number] : nullptr;
 }
 
-void showLanguage(HMENU hMenu, const char* pszLanguage)
+void showLanguage(HMENU hMenu, const char* language)
 {
-    for (UINT n = 0; n < s_cLanguages; ++n) {
-        bool fShown = lstrcmpiA(s_aszCodes[n], pszLanguage) == 0;
-        CheckMenuItem(hMenu, FIRST_COMMAND + n, fShown ? MF_CHECKED : MF_UNCHECKED);
+    for (UINT n = 0; n < languageCount; ++n) {
+        bool isShown = lstrcmpiA(codes[n], language) == 0;
+        CheckMenuItem(hMenu, FIRST_COMMAND + n, isShown ? MF_CHECKED : MF_UNCHECKED);
     }
 }
+
+} // namespace demo

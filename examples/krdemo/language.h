@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+namespace demo {
+
 // Adds a menu of the languages whose modules lie in the program's folder.
 void appendLanguageMenu(HMENU hBar);
 
@@ -11,6 +13,8 @@ void appendLanguageMenu(HMENU hBar);
 const char* languageOf(UINT idCommand);
 
 // Marks a language in that menu.
-void showLanguage(HMENU hMenu, const char* pszLanguage);
+void showLanguage(HMENU hMenu, const char* language);
+
+} // namespace demo
 
 #endif

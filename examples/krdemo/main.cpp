@@ -2,111 +2,136 @@
 //
 //   main.cpp        the windows and the message loop
 //   options.cpp     the command line; address.cpp: addresses of servers
-//   connect.cpp     the dialog that asks for a server
-//   session.cpp     the transfer window and its callbacks
-//   job.cpp         a transfer as the windows show it, with its status window
+//   connect.cpp     the dialogs that ask for a server and for a password
+//   session.cpp     the transfer window; requests.cpp: its callbacks; hostpanes.cpp: its panes
+//   transfer.cpp    files moved one by one; statuswindow.cpp: how it is shown
 //   copy.cpp        copying with a status window alone
-//   worker.cpp      the thread that works with the host
-//   move.cpp        its transfers; tasks.cpp: what else it does
-//   safename.cpp    which names of a host can become local files
+//   work.cpp        the host, and the one piece of work that it does at a time
 //   host.h          what is needed of a host; each host is one table
 //   folderhost.cpp  the host that is built in
-//   ftphost.cpp     a server, with names and texts by ftpnames.cpp
+//   curlhost.cpp    servers; curlloop.cpp: libcurl in the message loop; curltrust.cpp: whom it
+//                   trusts; listing.cpp: lists of servers
+//   names.cpp       names of a host as bytes and as they are shown
+//   loop.cpp        what comes later, from the message loop
 //   language.cpp    the languages that the user can choose
+//   ../common/      texts, safe names and unfinished files
+#include "address.h"
 #include "connect.h"
 #include "copy.h"
-#include "job.h"
+#include "hostpanes.h"
 #include "language.h"
 #include "session.h"
-#include "worker.h"
+#include "statuswindow.h"
+#include "work.h"
+#include "../../include/krhaul.h"
+
+using namespace demo;
 
 namespace {
 
 constexpr char CLASS[] = "KRDEMO";
 constexpr char TITLE[] = "Sample caller";
-constexpr DWORD TURN_MS = 10;
 constexpr int LOG_HEIGHT = 130;
 constexpr int EXIT_FAILED = 1;
 
-HWND s_hwndMain;
-HWND s_hwndLog;
-DemoOptions s_options;
+HWND mainWindow;
+HWND logWindow;
+Options options;
 
 void onCreate(HWND hwnd)
 {
-    s_hwndLog = CreateWindowExA(WS_EX_CLIENTEDGE, "LISTBOX", "",
+    logWindow = CreateWindowExA(WS_EX_CLIENTEDGE, "LISTBOX", "",
                                 WS_CHILD | WS_VISIBLE | WS_VSCROLL | LBS_NOINTEGRALHEIGHT, 0, 0, 0,
                                 0, hwnd, nullptr, nullptr, nullptr);
-    SendMessageA(s_hwndLog, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)),
+    SendMessageA(logWindow, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)),
                  0);
 }
 
-// The session goes on in a new transfer window. If there is none to be had that way, all stays
-// as it was before, which the old options say.
-void reopenSession(const DemoOptions* pOld)
+// ---- hosts and languages, each change of which makes a new transfer window
+
+bool reopenSession()
 {
+    char folder[MAX_PATH] = "";
     if (sessionWindow() != nullptr) {
         closeSession();
     }
-    GetCurrentDirectoryA(MAX_PATH, s_options.szFirst);
-    if (!openSession(&s_options, s_hwndMain)) {
-        s_options = *pOld;
-        openSession(&s_options, s_hwndMain);
+    GetCurrentDirectoryA(MAX_PATH, folder);
+    bool opened = openSession(folder, options.language, mainWindow);
+    showLanguage(GetMenu(mainWindow), options.language.c_str());
+    return opened;
+}
+
+// The host keeps the password for as long as it needs it, and nobody else.
+bool useHost(Address address)
+{
+    if (!askForPassword(mainWindow, &address)) {
+        return false;
     }
-    showLanguage(GetMenu(s_hwndMain), s_options.szLanguage);
+    openHost(address);
+    forgetDirectory();
+    wipe(&address.password);
+    options.host = address;
+    return true;
 }
 
 void onConnect()
 {
-    DemoOptions old = s_options;
-    if (askForServer(s_hwndMain, &s_options.server)) {
-        s_options.fServer = true;
-        reopenSession(&old);
+    Address address = options.host;
+    if (askForServer(mainWindow, &address) && useHost(address)) {
+        reopenSession();
     }
 }
 
 void useFolder()
 {
-    DemoOptions old = s_options;
-    s_options.fServer = false;
-    reopenSession(&old);
-}
-
-// The transfer window has its language for life.
-void changeLanguage(const char* pszLanguage)
-{
-    DemoOptions old = s_options;
-    lstrcpynA(s_options.szLanguage, pszLanguage, CCH_LANGUAGE);
-    reopenSession(&old);
-}
-
-void onCommand(UINT idCommand)
-{
-    if (idCommand == IDM_CONNECT) {
-        onConnect();
-    } else if (idCommand == IDM_FOLDER) {
-        useFolder();
-    } else if (idCommand == IDM_EXIT) {
-        PostMessageA(s_hwndMain, WM_CLOSE, 0, 0);
-    } else if (const char* pszLanguage = languageOf(idCommand)) {
-        changeLanguage(pszLanguage);
+    if (useHost(readOptions().host)) {
+        reopenSession();
     }
 }
 
-LRESULT CALLBACK mainProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
+// The transfer window has its language for life.
+void changeLanguage(const char* language)
 {
-    switch (uMessage) {
+    std::string old = options.language;
+    options.language = language;
+    if (!reopenSession()) {
+        options.language = old;
+        reopenSession();
+    }
+}
+
+void onCommand(UINT id)
+{
+    if (id == IDM_CONNECT) {
+        onConnect();
+    } else if (id == IDM_FOLDER) {
+        useFolder();
+    } else if (id == IDM_EXIT) {
+        PostMessageA(mainWindow, WM_CLOSE, 0, 0);
+    } else if (const char* language = languageOf(id)) {
+        changeLanguage(language);
+    }
+}
+
+void showPercent(WPARAM percent)
+{
+    SetWindowTextA(mainWindow, (std::to_string(percent) + "% - " + TITLE).c_str());
+}
+
+LRESULT CALLBACK mainProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    switch (message) {
     case WM_CREATE:
         onCreate(hwnd);
         return 0;
     case WM_SIZE:
-        MoveWindow(s_hwndLog, 0, HIWORD(lParam) - LOG_HEIGHT, LOWORD(lParam), LOG_HEIGHT, TRUE);
+        MoveWindow(logWindow, 0, HIWORD(lParam) - LOG_HEIGHT, LOWORD(lParam), LOG_HEIGHT, TRUE);
         return 0;
     case WM_COMMAND:
         onCommand(LOWORD(wParam));
         return 0;
     case WM_XFERSTAT_PERCENT:
-        copyPercent(hwnd, wParam);
+        showPercent(wParam);
         return 0;
     case WM_XFERSTAT_CLOSED:
         SetWindowTextA(hwnd, TITLE);
@@ -115,95 +140,95 @@ LRESULT CALLBACK mainProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam
         PostQuitMessage(0);
         return 0;
     default:
-        return DefWindowProcA(hwnd, uMessage, wParam, lParam);
+        return DefWindowProcA(hwnd, message, wParam, lParam);
     }
 }
 
-HWND makeWindow(HINSTANCE hInstance)
+void makeWindow(HINSTANCE instance)
 {
     WNDCLASSA wndclass = {};
     wndclass.lpfnWndProc = mainProc;
-    wndclass.hInstance = hInstance;
+    wndclass.hInstance = instance;
     wndclass.hCursor = LoadCursorA(nullptr, MAKEINTRESOURCEA(32512)); // IDC_ARROW
-    wndclass.hIcon = LoadIconA(hInstance, CLASS);
+    wndclass.hIcon = LoadIconA(instance, CLASS);
     wndclass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_APPWORKSPACE + 1);
     wndclass.lpszClassName = CLASS;
     RegisterClassA(&wndclass);
-    HMENU hmenu = s_options.fCopy ? nullptr : LoadMenuA(hInstance, CLASS);
-    s_hwndMain = CreateWindowA(CLASS, TITLE, WS_OVERLAPPEDWINDOW, 40, 40, 520, 480, nullptr, hmenu,
-                               hInstance, nullptr);
-    ShowWindow(s_hwndMain, SW_SHOW);
-    return s_hwndMain;
+    HMENU menu = options.copy ? nullptr : LoadMenuA(instance, CLASS);
+    mainWindow = CreateWindowA(CLASS, TITLE, WS_OVERLAPPEDWINDOW, 40, 40, 520, 480, nullptr, menu,
+                               instance, nullptr);
+    ShowWindow(mainWindow, SW_SHOW);
 }
 
-bool isDialogMessage(HWND hdlg, MSG* pMsg)
+bool isDialogMessage(HWND dialog, MSG* msg)
 {
-    return hdlg != nullptr && IsDialogMessageA(hdlg, pMsg);
+    return dialog != nullptr && IsDialogMessageA(dialog, msg);
 }
 
-// The windows of KRHAUL live in the caller's loop: what they can use goes to them first.
-// Gives false when the program is to end.
-bool handleMessages()
+// The windows of KRHAUL live in the caller's loop: what they can use goes to them first. It ends
+// with the window that the user works in.
+void runLoop()
 {
     MSG msg;
-    while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
-        if (msg.message == WM_QUIT) {
-            return false;
-        }
-        if (!isDialogMessage(sessionWindow(), &msg) && !isDialogMessage(jobWindow(), &msg)) {
+    while (GetMessageA(&msg, nullptr, 0, 0) > 0) {
+        if (!isDialogMessage(sessionWindow(), &msg) && !isDialogMessage(statusWindow(), &msg)) {
             TranslateMessage(&msg);
             DispatchMessageA(&msg);
         }
-    }
-    return true;
-}
-
-// Ends with the window that the user works in.
-void runLoop()
-{
-    while (handleMessages()) {
-        if (s_options.fCopy) {
-            continueCopy();
-        } else if (sessionWindow() == nullptr) {
+        if (!options.copy && sessionWindow() == nullptr) {
             return;
         }
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, TURN_MS, QS_ALLINPUT);
     }
 }
 
-int runCopy(HINSTANCE hInstance)
+// This program has no help file. The KRUTILS of the samples can show a box in its place, others
+// may not.
+void useHelpBox()
 {
-    HWND hwnd = makeWindow(hInstance);
-    if (startCopy(&s_options, hwnd, s_hwndLog)) {
+    FARPROC found = GetProcAddress(GetModuleHandleA("KRUTILS"), "KrUseHelpBox");
+    if (found != nullptr) {
+        reinterpret_cast<void(WINAPI*)(BOOL)>(reinterpret_cast<void*>(found))(TRUE);
+    }
+}
+
+int runCopy()
+{
+    if (startCopy(options, mainWindow, logWindow)) {
         runLoop();
     }
-    endCopy();
+    closeHost();
+    closeStatusWindow();
     return hasCopiedAll() ? 0 : EXIT_FAILED;
 }
 
-int runSession(HINSTANCE hInstance)
+int runSession()
 {
-    HWND hwnd = makeWindow(hInstance);
-    if (s_options.fConnect) {
-        s_options.fServer = askForServer(hwnd, &s_options.server);
-    }
-    if ((s_options.fConnect && !s_options.fServer) || !openSession(&s_options, hwnd)) {
+    Address address = options.host;
+    if ((options.connect && !askForServer(mainWindow, &address)) || !useHost(address) ||
+        !openSession(options.local, options.language, mainWindow)) {
         return EXIT_FAILED;
     }
-    appendLanguageMenu(GetMenu(hwnd));
-    DrawMenuBar(hwnd);
-    showLanguage(GetMenu(hwnd), s_options.szLanguage);
+    appendLanguageMenu(GetMenu(mainWindow));
+    DrawMenuBar(mainWindow);
+    showLanguage(GetMenu(mainWindow), options.language.c_str());
     runLoop();
     if (sessionWindow() != nullptr) {
         closeSession();
     }
+    closeHost();
     return 0;
 }
 
 } // namespace
 
-int WINAPI WinMain(HINSTANCE hInstance, HINSTANCE, LPSTR, int)
+int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int)
 {
-    readOptions(&s_options);
-    return s_options.fCopy ? runCopy(hInstance) : runSession(hInstance);
+    options = readOptions();
+    useHelpBox();
+    if (options.usage) {
+        MessageBoxA(nullptr, USAGE, TITLE, MB_OK);
+        return 0;
+    }
+    makeWindow(instance);
+    return options.copy ? runCopy() : runSession();
 }

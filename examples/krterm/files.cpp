@@ -1,7 +1,7 @@
 #include "files.h"
 #include "order.h"
-#include "../krdemo/safename.h"
-#include "../krdemo/unfinished.h"
+#include "../common/safename.h"
+#include "../common/unfinished.h"
 
 #include <string.h>
 
@@ -12,8 +12,7 @@ constexpr ULONGLONG UNIX_BEGIN = 116444736000000000ULL;
 constexpr ULONGLONG SECOND = 10000000;
 
 HANDLE sentFile = INVALID_HANDLE_VALUE;
-Unfinished received;
-bool ready;
+sample::Unfinished received;
 
 // The system's own words for what went wrong.
 const char* problemText()
@@ -107,7 +106,7 @@ const char* pathFor(const char* folder, const char* hostName, char (&path)[MAX_P
 {
     char name[MODEM_BLOCK + 1];
     convertText(hostName, CP_UTF8, CP_ACP, name, sizeof name);
-    const char* problem = nameProblem(name);
+    const char* problem = sample::nameProblem(name);
     if (problem == nullptr && strlen(folder) + strlen(name) + 2 > MAX_PATH) {
         problem = "it is too long";
     }
@@ -126,23 +125,19 @@ bool isThere(const char* path)
 const char* beginReceiving(const char* path)
 {
     char folderName[MAX_PATH];
-    if (!ready) {
-        initUnfinished(&received);
-        ready = true;
-    }
     folderOf(path, folderName);
-    return openUnfinished(&received, folderName) ? nullptr : problemText();
+    return sample::openUnfinished(&received, folderName) ? nullptr : problemText();
 }
 
 const char* writeReceiving(const BYTE* bytes, DWORD count)
 {
-    return writeUnfinished(&received, bytes, count) ? nullptr : problemText();
+    return sample::writeUnfinished(&received, bytes, count) ? nullptr : problemText();
 }
 
 const char* keepReceived(const char* path, DWORD time, bool replace)
 {
-    setTime(received.hFile, time);
-    if (nameUnfinished(&received, path, replace)) {
+    setTime(received.handle, time);
+    if (sample::nameUnfinished(&received, path, replace)) {
         return nullptr;
     }
     const char* problem = problemText();
@@ -152,7 +147,5 @@ const char* keepReceived(const char* path, DWORD time, bool replace)
 
 void dropReceived()
 {
-    if (ready) {
-        giveUpUnfinished(&received);
-    }
+    sample::giveUpUnfinished(&received);
 }

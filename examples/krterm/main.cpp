@@ -12,7 +12,7 @@
 //   modem.h       XMODEM and YMODEM, a state machine: modem.cpp, receiver.cpp, sender.cpp
 //   files.cpp     the local files
 //
-// From KRDEMO come safename.cpp, which names of a host can become local files, and
+// From ../common come safename.cpp, which names of a host can become local files, and
 // unfinished.cpp, a file that is being received.
 #include "terminal.h"
 #include "transfer.h"

@@ -1,6 +1,6 @@
-// robot SCRIPT PICTURES LOCAL HOST: starts a program that uses KRHAUL, works it with real mouse
+// robot SCRIPT PICTURES LOCAL HOST [OPTIONS]: starts a program that uses KRHAUL, works it with real mouse
 // and keyboard input, looks at its windows and at the disk after each step, and leaves pictures
-// in the folder PICTURES. The program's own arguments are the two last ones: folders, or the
+// in the folder PICTURES. The program's own arguments are those from LOCAL on: folders, or the
 // address of a server. The exit code is the number of steps that failed.
 #include "looks.h"
 #include "steps.h"
@@ -66,15 +66,17 @@ int main(int argc, char** argv)
 {
     const Script* found = nullptr;
     for (const Script& script : SCRIPTS) {
-        found = argc == 5 && strcmp(script.name, argv[1]) == 0 ? &script : found;
+        found = argc >= 5 && strcmp(script.name, argv[1]) == 0 ? &script : found;
     }
     if (found == nullptr) {
-        printf("usage: robot copy|server|terminal|demo PICTURES LOCAL HOST\n");
+        printf("usage: robot copy|server|terminal|demo PICTURES LOCAL HOST [OPTIONS]\n");
         return 2;
     }
     robot::setFolders(argv[2], argv[3], argv[4]);
-    std::string arguments =
-        std::string(found->arguments) + " \"" + argv[3] + "\" \"" + argv[4] + "\"";
+    std::string arguments = found->arguments;
+    for (int n = 3; n < argc; ++n) {
+        arguments += std::string(" \"") + argv[n] + "\"";
+    }
     if (!robot::startProgram(found->program, arguments)) {
         printf("%s can't be started\n", found->program);
         return 2;

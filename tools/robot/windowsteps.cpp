@@ -63,7 +63,7 @@ bool showHostDetails()
 {
     bool selected = selectRow(IDC_DANDD_HOSTFILES, "logo.bmp");
     chooseMenu('F', 'A');
-    bool logged = waitForLog("logo.bmp                   1048576");
+    bool logged = waitForLog("logo.bmp                      1,048,576");
     takePictureOf("details");
     return selected && logged;
 }
@@ -74,7 +74,7 @@ bool isLogSaved()
     std::ifstream file(localPath("log.txt"));
     bool found = false;
     for (std::string line; !found && std::getline(file, line);) {
-        found = line.find("Sent report.txt, 4194304 bytes.") == 0;
+        found = line.find("Sent report.txt, 4,194,304 bytes.") == 0;
     }
     return found;
 }

@@ -64,10 +64,10 @@ enum NamesResult {
 };
 
 // Counts the names that the list then holds, of those that it has room for.
-NamesResult listNames(HWND hwndSource, LONG nColumn, XferFileList list, LONG* pcNames)
+NamesResult listNames(HWND hwndSource, LONG nColumn, XferFileList list, LONG cSelected,
+                      LONG* pcNames)
 {
     char szName[XFER_NAME_SIZE];
-    LONG cSelected = XferFileList_cGetSize(list);
     auto cRows = LONG(SendMessageA(hwndSource, LB_GETCOUNT, 0, 0));
     *pcNames = 0;
     for (LONG n = 0; n < cRows; ++n) {
@@ -113,7 +113,7 @@ bool dragdrop::listSelection(const XferWindowRecord* pRecord, int idSource, LONG
         return false;
     }
     if (XferFileList_fSetSize(pList, cSelected, XFERLIST_KEEPGROWTH)) {
-        result = listNames(hwndSource, nColumn, *pList, &cNames);
+        result = listNames(hwndSource, nColumn, *pList, cSelected, &cNames);
     }
     bool fAlive = result != NAMES_UNREADABLE &&
                   (nAction == 0 || recordNames(pRecord, *pList, cNames, nColumn, nAction));

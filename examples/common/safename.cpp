@@ -4,6 +4,8 @@
 
 #include <wchar.h>
 
+namespace sample {
+
 namespace {
 
 constexpr const WCHAR* DEVICES[] = {L"CON",    L"PRN",    L"AUX",    L"NUL",
@@ -18,20 +20,20 @@ bool isControl(WCHAR ch)
 }
 
 // A device keeps its meaning with any extension, and with blanks before it.
-bool isDevice(const WCHAR* pszName)
+bool isDevice(const WCHAR* name)
 {
-    size_t cch = wcscspn(pszName, L".");
-    while (cch > 0 && pszName[cch - 1] == L' ') {
+    size_t cch = wcscspn(name, L".");
+    while (cch > 0 && name[cch - 1] == L' ') {
         --cch;
     }
-    for (const WCHAR* pszDevice : DEVICES) {
-        if (wcslen(pszDevice) == cch && _wcsnicmp(pszName, pszDevice, cch) == 0) {
+    for (const WCHAR* device : DEVICES) {
+        if (wcslen(device) == cch && _wcsnicmp(name, device, cch) == 0) {
             return true;
         }
     }
-    for (const WCHAR* pszDevice : NUMBERED_DEVICES) {
-        if (cch == 4 && _wcsnicmp(pszName, pszDevice, 3) == 0 &&
-            wcschr(DEVICE_DIGITS, pszName[3]) != nullptr) {
+    for (const WCHAR* device : NUMBERED_DEVICES) {
+        if (cch == 4 && _wcsnicmp(name, device, 3) == 0 &&
+            wcschr(DEVICE_DIGITS, name[3]) != nullptr) {
             return true;
         }
     }
@@ -40,17 +42,17 @@ bool isDevice(const WCHAR* pszName)
 
 } // namespace
 
-const char* nameProblem(const char* pszName)
+const char* nameProblem(const char* name)
 {
     // The file system sees the name in Unicode, so that is what is looked at.
-    WCHAR szName[MAX_PATH];
-    if (pszName[0] == '\0') {
+    WCHAR wide[MAX_PATH];
+    if (name[0] == '\0') {
         return "it is empty";
     }
-    if (MultiByteToWideChar(CP_ACP, MB_ERR_INVALID_CHARS, pszName, -1, szName, MAX_PATH) == 0) {
+    if (MultiByteToWideChar(CP_ACP, MB_ERR_INVALID_CHARS, name, -1, wide, MAX_PATH) == 0) {
         return "it is too long or no text";
     }
-    for (const WCHAR* pch = szName; *pch != L'\0'; ++pch) {
+    for (const WCHAR* pch = wide; *pch != L'\0'; ++pch) {
         if (isControl(*pch)) {
             return "it has a control character";
         }
@@ -58,9 +60,11 @@ const char* nameProblem(const char* pszName)
             return "it has a path, a drive or a reserved character";
         }
     }
-    WCHAR chLast = szName[wcslen(szName) - 1];
+    WCHAR chLast = wide[wcslen(wide) - 1];
     if (chLast == L'.' || chLast == L' ') {
         return "it ends in a dot or a blank";
     }
-    return isDevice(szName) ? "it is the name of a device" : nullptr;
+    return isDevice(wide) ? "it is the name of a device" : nullptr;
 }
+
+} // namespace sample
