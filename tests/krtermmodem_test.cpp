@@ -521,7 +521,8 @@ TEST(KrtermModem, FilesSurviveABadLine)
             from.pass(n % 10 == 0 ? 100 : 0);
             to.pass(n % 10 == 0 ? 100 : 0);
         }
-        EXPECT_EQ(RESULT_DONE, from.modem.nResult) << from.modem.szStatus << ", " << to.modem.szStatus;
+        EXPECT_EQ(RESULT_DONE, from.modem.nResult)
+            << from.modem.szStatus << ", " << to.modem.szStatus;
         for (const auto& file : from.outbox) {
             EXPECT_TRUE(to.inbox[file.first] == file.second) << file.first;
         }
