@@ -166,6 +166,7 @@ constexpr Group GROUPS[] = {
     {"toolbar", benchToolbars},
     {"frame", benchFrame},
     {"panes", benchPanes},
+    {"waits", benchWaits},
 };
 
 } // namespace

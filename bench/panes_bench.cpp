@@ -3,7 +3,6 @@
 #include "../include/krhaul.h"
 #include "../resources/ids.h"
 
-#include <math.h>
 #include <stdlib.h>
 #include <string.h>
 #include <string>
@@ -52,17 +51,21 @@ struct Name {
     }
 };
 
+Name nameOf(const char* pszText)
+{
+    char key[2048];
+    int cb = LCMapStringA(GetThreadLocale(), LCMAP_SORTKEY, pszText, -1, key, sizeof key);
+    return {pszText, std::string(key, size_t(cb))};
+}
+
 std::vector<Name> enumerate()
 {
     std::vector<Name> names;
     WIN32_FIND_DATAA find;
-    char key[2048];
     HANDLE hFind = FindFirstFileA("*.*", &find);
     do {
         if ((find.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN)) == 0) {
-            int cb =
-                LCMapStringA(GetThreadLocale(), LCMAP_SORTKEY, find.cFileName, -1, key, sizeof key);
-            names.push_back({find.cFileName, std::string(key, size_t(cb))});
+            names.push_back(nameOf(find.cFileName));
         }
     } while (FindNextFileA(hFind, &find));
     FindClose(hFind);
@@ -128,41 +131,10 @@ std::vector<std::string> shuffledNames(int cNames)
     return names;
 }
 
-// Inserts in the middle, on the average, as names in random order do; nothing is searched.
-double insertionFloor(const std::vector<std::string>& names, int idList)
+std::vector<std::string> sorted(std::vector<std::string> names)
 {
-    HWND hwndList = GetDlgItem(s_hdlg, idList);
-    double dTime = best(
-        [&] {
-            SendMessageA(hwndList, LB_RESETCONTENT, 0, 0);
-            unsigned nSeed = 777;
-            for (size_t n = 0; n < names.size(); ++n) {
-                nSeed = nSeed * 1103515245 + 12345;
-                SendMessageA(hwndList, LB_INSERTSTRING, (nSeed >> 8) % (n + 1),
-                             reinterpret_cast<LPARAM>(names[n].c_str()));
-            }
-        },
-        2);
-    SendMessageA(hwndList, LB_RESETCONTENT, 0, 0);
-    return dTime;
-}
-
-// The same rows, appended in their order.
-double appendFloor(std::vector<std::string> names, int idList)
-{
-    HWND hwndList = GetDlgItem(s_hdlg, idList);
     std::sort(names.begin(), names.end());
-    double dTime = best(
-        [&] {
-            SendMessageA(hwndList, LB_RESETCONTENT, 0, 0);
-            for (const std::string& name : names) {
-                SendMessageA(hwndList, LB_INSERTSTRING, WPARAM(-1),
-                             reinterpret_cast<LPARAM>(name.c_str()));
-            }
-        },
-        2);
-    SendMessageA(hwndList, LB_RESETCONTENT, 0, 0);
-    return dTime;
+    return names;
 }
 
 // One of the two host lists, and the calls that work on it.
@@ -177,78 +149,206 @@ const HostSide FILES = {"host files", IDC_DANDD_HOSTFILES, nXferDandDAddHostFile
 const HostSide DIRECTORIES = {"host directories", IDC_DANDD_HOSTDIRS, nXferDandDAddHostSubDir,
                               nXferDandDRemoveHostSubDir};
 
-void addAll(const HostSide& side, const std::vector<std::string>& names)
+// The floor: one sort by keys, and an append of rows in order.
+double sortAndAppend(const std::vector<std::string>& names, const std::vector<std::string>& rows,
+                     int idList)
 {
-    nXferDandDClearHostFileList(s_hdlg);
-    for (const std::string& name : names) {
-        side.pfnAdd(s_hdlg, name.c_str());
-    }
+    HWND hwndList = GetDlgItem(s_hdlg, idList);
+    double dTime = best(
+        [&] {
+            std::vector<Name> keys;
+            for (const std::string& name : names) {
+                keys.push_back(nameOf(name.c_str()));
+            }
+            std::sort(keys.begin(), keys.end());
+            SendMessageA(hwndList, LB_RESETCONTENT, 0, 0);
+            for (const std::string& row : rows) {
+                SendMessageA(hwndList, LB_INSERTSTRING, WPARAM(-1),
+                             reinterpret_cast<LPARAM>(row.c_str()));
+            }
+        },
+        3);
+    SendMessageA(hwndList, LB_RESETCONTENT, 0, 0);
+    return dTime;
 }
 
-// Gives what the library takes beyond the list box's own insertions.
-double benchHost(const HostSide& side, int cNames)
+void clearHost()
+{
+    vXferDandDSetBusyState(s_hdlg, 0);
+    nXferDandDClearHostFileList(s_hdlg);
+    vXferDandDSetBusyState(s_hdlg, 1);
+    pump();
+}
+
+// Calls of one busy period, until the list has the rows.
+double timeCalls(const HostSide& side, int(KRHAULAPI* pfn)(HWND, const char*),
+                 const std::vector<std::string>& names)
+{
+    double dStart = seconds();
+    for (const std::string& name : names) {
+        pfn(s_hdlg, name.c_str());
+    }
+    SendDlgItemMessageA(s_hdlg, side.idList, LB_GETCOUNT, 0, 0);
+    return seconds() - dStart;
+}
+
+double timeAdding(const HostSide& side, const std::vector<std::string>& names)
+{
+    double dBest = 1e9;
+    for (int n = 0; n < 3; ++n) {
+        clearHost();
+        dBest = std::min(dBest, timeCalls(side, side.pfnAdd, names));
+    }
+    clearHost();
+    return dBest;
+}
+
+double timeRemoving(const HostSide& side, const std::vector<std::string>& names,
+                    const std::vector<std::string>& gone)
+{
+    double dBest = 1e9;
+    for (int n = 0; n < 3; ++n) {
+        clearHost();
+        timeCalls(side, side.pfnAdd, names);
+        dBest = std::min(dBest, timeCalls(side, side.pfnRemove, gone));
+    }
+    clearHost();
+    return dBest;
+}
+
+void benchHost(const HostSide& side, int cNames)
 {
     char szWhat[64];
     std::vector<std::string> names = shuffledNames(cNames);
-    double dFloor = insertionFloor(names, side.idList);
-    double dAppend = appendFloor(names, side.idList);
-    double dAdd = best([&] { addAll(side, names); }, 2);
-    nXferDandDClearHostFileList(s_hdlg);
+    double dFloor = sortAndAppend(names, sorted(names), side.idList);
+    double dRandom = timeAdding(side, names);
     sprintf(szWhat, "%d %s, random", cNames, side.pszWhat);
-    print(szWhat, dAdd * 1e3, "ms", dFloor * 1e3, "the list box's own insertions", dAdd / dFloor);
-    print(szWhat, dAdd * 1e3, "ms", dAppend * 1e3, "an append in order", dAdd / dAppend);
-    return dAdd - dFloor;
+    print(szWhat, dRandom * 1e3, "ms", dFloor * 1e3, "sort keys, append", dRandom / dFloor);
+    double dSorted = timeAdding(side, sorted(names));
+    sprintf(szWhat, "%d %s, sorted", cNames, side.pszWhat);
+    print(szWhat, dSorted * 1e3, "ms", dFloor * 1e3, "sort keys, append", dSorted / dFloor);
+    // Every second row, in disorder.
+    std::vector<std::string> gone(names.begin(), names.begin() + cNames / 2);
+    std::vector<std::string> left(names.begin() + cNames / 2, names.end());
+    double dLeft = sortAndAppend(gone, sorted(left), side.idList);
+    double dRemove = timeRemoving(side, names, gone);
+    sprintf(szWhat, "every second of %d removed", cNames);
+    print(szWhat, dRemove * 1e3, "ms", dLeft * 1e3, "sort keys, append what stays",
+          dRemove / dLeft);
 }
 
-// How the library's own part grows, beside N log N.
-void benchGrowth(const HostSide& side, const std::vector<int>& sizes)
+// A name that comes alone is searched and inserted by messages.
+double timeSingly(const std::vector<std::string>& names)
 {
-    char szWhat[64];
-    double dBefore = 0;
-    for (size_t n = 0; n < sizes.size(); ++n) {
-        double dOwn = benchHost(side, sizes[n]);
-        if (n > 0) {
-            double dGrowth = dOwn / dBefore;
-            double dExpected =
-                sizes[n] * log(double(sizes[n])) / (sizes[n - 1] * log(double(sizes[n - 1])));
-            sprintf(szWhat, "%s, %d to %d, own part", side.pszWhat, sizes[n - 1], sizes[n]);
-            print(szWhat, dGrowth, "times", dExpected, "N log N", dGrowth / dExpected);
+    HWND hwndList = GetDlgItem(s_hdlg, IDC_DANDD_HOSTFILES);
+    double dStart = seconds();
+    for (const std::string& name : names) {
+        char szText[MAX_PATH];
+        LRESULT nLow = 0;
+        LRESULT nHigh = SendMessageA(hwndList, LB_GETCOUNT, 0, 0);
+        while (nLow < nHigh) {
+            LRESULT nMiddle = (nLow + nHigh) / 2;
+            SendMessageA(hwndList, LB_GETTEXTLEN, WPARAM(nMiddle), 0);
+            SendMessageA(hwndList, LB_GETTEXT, WPARAM(nMiddle), reinterpret_cast<LPARAM>(szText));
+            (lstrcmpA(szText, name.c_str()) < 0 ? nLow : nHigh) = nMiddle + (nLow == nMiddle);
         }
-        dBefore = dOwn;
+        SendMessageA(hwndList, LB_INSERTSTRING, WPARAM(nLow),
+                     reinterpret_cast<LPARAM>(name.c_str()));
     }
+    return seconds() - dStart;
 }
 
-// In sight, in a busy state, where the list isn't drawn meanwhile, and out of it. The window is
-// shown with the lists empty, so that nothing else is drawn.
+void benchFewAmongMany()
+{
+    std::vector<std::string> many = shuffledNames(100000);
+    std::vector<std::string> few(many.begin(), many.begin() + 100);
+    many.erase(many.begin(), many.begin() + 100);
+    double dTimes[2];
+    for (double& dTime : dTimes) {
+        clearHost();
+        timeCalls(FILES, FILES.pfnAdd, many);
+        vXferDandDSetBusyState(s_hdlg, 0);
+        dTime = &dTime == dTimes ? timeCalls(FILES, FILES.pfnAdd, few) : timeSingly(few);
+    }
+    clearHost();
+    print("100 names to 100,000, not busy", dTimes[0] * 1e3, "ms", dTimes[1] * 1e3,
+          "search and insertion by messages", dTimes[0] / dTimes[1]);
+}
+
+// Used bytes of all heaps of the process.
+size_t usedMemory()
+{
+    HANDLE heaps[64];
+    size_t cbUsed = 0;
+    DWORD cHeaps = std::min(GetProcessHeaps(ARRAYSIZE(heaps), heaps), DWORD(ARRAYSIZE(heaps)));
+    for (DWORD n = 0; n < cHeaps; ++n) {
+        PROCESS_HEAP_ENTRY entry = {};
+        while (HeapWalk(heaps[n], &entry)) {
+            cbUsed += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0 ? entry.cbData : 0;
+        }
+    }
+    return cbUsed;
+}
+
+void benchMemory()
+{
+    std::vector<std::string> names = shuffledNames(100000);
+    clearHost();
+    size_t cbBefore = usedMemory();
+    for (const std::string& name : names) {
+        nXferDandDAddHostFileName(s_hdlg, name.c_str());
+    }
+    size_t cbWaiting = usedMemory() - cbBefore;
+    clearHost();
+    printf("memory of 100,000 names that wait: %.1f bytes a name beside %.1f of text, %.1f left\n",
+           double(cbWaiting) / 1e5, double(names[0].size() + 1),
+           double(usedMemory() - cbBefore) / 1e5);
+}
+
+// In sight, in a busy state, where the list isn't drawn meanwhile. The window is shown with the
+// lists empty, so that nothing else is drawn.
 void benchInSight(const HostSide& side, int cNames)
 {
     char szWhat[64];
     std::vector<std::string> names = shuffledNames(cNames);
-    double dAdd[2];
-    double dRemove[2];
+    double dTimes[2] = {1e9, 1e9};
     ShowWindow(s_hdlg, SW_SHOW);
-    for (DWORD fBusy = 0; fBusy < 2; ++fBusy) {
-        vXferDandDSetBusyState(s_hdlg, fBusy);
-        pump();
-        double dStart = seconds();
-        addAll(side, names);
-        pump();
-        dAdd[fBusy] = seconds() - dStart;
-        dStart = seconds();
-        for (const std::string& name : names) {
-            side.pfnRemove(s_hdlg, name.c_str());
+    for (int n = 0; n < 3; ++n) {
+        clearHost();
+        for (auto pfn : {side.pfnAdd, side.pfnRemove}) {
+            double dStart = seconds();
+            timeCalls(side, pfn, names);
+            pump();
+            double* pdTime = &dTimes[pfn == side.pfnRemove];
+            *pdTime = std::min(*pdTime, seconds() - dStart);
         }
-        pump();
-        dRemove[fBusy] = seconds() - dStart;
+    }
+    ShowWindow(s_hdlg, SW_HIDE);
+    sprintf(szWhat, "%d %s in sight, removed", cNames, side.pszWhat);
+    print(szWhat, dTimes[1] * 1e3, "ms", dTimes[0] * 1e3, "added", dTimes[1] / dTimes[0]);
+}
+
+// From the first call to a list that is drawn, with the width of its columns.
+void benchWaitForHost()
+{
+    std::vector<std::string> names = shuffledNames(100000);
+    double dFloor = sortAndAppend(names, sorted(names), FILES.idList);
+    clearHost();
+    vXferDandDSetBusyState(s_hdlg, 0);
+    ShowWindow(s_hdlg, SW_SHOW);
+    pump();
+    double dStart = seconds();
+    vXferDandDSetBusyState(s_hdlg, 1);
+    for (const std::string& name : names) {
+        nXferDandDAddHostFileName(s_hdlg, name.c_str());
     }
     vXferDandDSetBusyState(s_hdlg, 0);
-    nXferDandDClearHostFileList(s_hdlg);
+    pump();
+    UpdateWindow(s_hdlg);
+    double dTime = seconds() - dStart;
     ShowWindow(s_hdlg, SW_HIDE);
-    sprintf(szWhat, "%d %s in sight, added", cNames, side.pszWhat);
-    print(szWhat, dAdd[1] * 1e3, "ms", dAdd[0] * 1e3, "drawn each time", dAdd[1] / dAdd[0]);
-    sprintf(szWhat, "%d %s in sight, removed", cNames, side.pszWhat);
-    print(szWhat, dRemove[1] * 1e3, "ms", dRemove[0] * 1e3, "drawn each time",
-          dRemove[1] / dRemove[0]);
+    print("100,000 files from a host, shown", dTime * 1e3, "ms", dFloor * 1e3, "sort keys, append",
+          dTime / dFloor);
 }
 
 // ---- a large selection on its way to the callback
@@ -288,11 +388,26 @@ void benchPanes(const char* pszFolder)
         if (pszFolder != nullptr) {
             benchRefresh(pszFolder, cFiles);
         }
+        benchHost(FILES, cFiles);
     }
-    benchGrowth(FILES, {1000, 10000, 100000});
-    benchGrowth(DIRECTORIES, {1000, 10000});
+    benchHost(DIRECTORIES, 1000);
+    benchHost(DIRECTORIES, 10000);
+    benchFewAmongMany();
+    benchMemory();
     benchInSight(FILES, 1000);
     benchInSight(DIRECTORIES, 1000);
+    vXferDandDSetBusyState(s_hdlg, 0);
     benchSend();
+    nXferDandDDestroy(s_hdlg);
+}
+
+void benchWaits(const char* pszFolder)
+{
+    printf("what a user waits for:\n");
+    openWindow();
+    if (pszFolder != nullptr) {
+        benchRefresh(pszFolder, 100000);
+    }
+    benchWaitForHost();
     nXferDandDDestroy(s_hdlg);
 }

@@ -75,7 +75,7 @@ function(krhaul_install_product)
     list(FILTER programs EXCLUDE REGEX "\\.(h|a)$")
     install(PROGRAMS ${programs} DESTINATION bin)
     install(FILES ${CMAKE_SOURCE_DIR}/include/krhaul.h DESTINATION include)
-    install(FILES ${CMAKE_BINARY_DIR}/lib/libkrhaul.a ${KRHAUL_MSVC_LIBRARY} shared/krhaul.def
+    install(FILES ${CMAKE_BINARY_DIR}/lib/libkrhaul.a ${KRHAUL_MSVC_LIBRARY} library/krhaul.def
         DESTINATION lib)
 endfunction()
 

@@ -40,7 +40,7 @@
  *
  *  @par Errors
  *  No call throws, and none sets the thread's last error on purpose. Results depend on the
- *  first letter of the name:
+ *  prefix of the name:
  *   - n: 0 for success, #XFER_NOWINDOW or #XFER_NOLANGUAGE;
  *   - f: 1 for success or yes, 0 for failure or no;
  *   - hdlg: a window, or 0;

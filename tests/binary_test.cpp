@@ -101,6 +101,29 @@ TEST(Binary, BindsKrutilsByOrdinalAlone)
     }
 }
 
+// The stand-in for KRUTILS keeps the youngest lines of what is recorded.
+TEST(Binary, StandInForKrutilsForgetsItsOldestLines)
+{
+    HMODULE hModule = LoadLibraryA("KRUTILS.DLL");
+    const auto record = reinterpret_cast<void(__stdcall*)(HWND, const char*)>(
+        reinterpret_cast<void*>(GetProcAddress(hModule, MAKEINTRESOURCEA(22))));
+    const auto read = reinterpret_cast<int(__stdcall*)(char*, int)>(
+        reinterpret_cast<void*>(GetProcAddress(hModule, "KrGetRecordedText")));
+    ASSERT_TRUE(record && read);
+    const std::string longText(3000, 'x');
+    record(nullptr, longText.c_str());
+    for (int n = 0; n <= 9000; ++n) {
+        record(nullptr, std::to_string(n).c_str());
+    }
+    std::string text(size_t(read(nullptr, 0)) + 1, '\0');
+    EXPECT_LE(text.size(), size_t{65536});
+    EXPECT_GT(text.size(), size_t{65000});
+    read(&text[0], int(text.size()));
+    EXPECT_EQ(text.substr(text.size() - 16), std::string("command: 9000\r\n") + '\0');
+    EXPECT_EQ(text.substr(0, 9), "command: ");
+    FreeLibrary(hModule);
+}
+
 TEST(Binary, HeaderServesC)
 {
     EXPECT_EQ(headerTestInC(), 1);

@@ -88,11 +88,12 @@ protected:
     {
         auto draw = [=](HDC hdc) {
             UINT uType = idControl == IDC_DANDD_LOCALDRIVES ? ODT_COMBOBOX : ODT_LISTBOX;
-            DRAWITEMSTRUCT item = {uType,      UINT(idControl),
-                                   UINT(nRow), uAction,
-                                   uState,     GetDlgItem(m_hwnd, idControl),
-                                   hdc,        ROW,
-                                   0};
+            DRAWITEMSTRUCT item = {
+                uType,      UINT(idControl),
+                UINT(nRow), uAction,
+                uState,     m_parent.hwnd(), // no list: the row is one of the window's own
+                hdc,        ROW,
+                0};
             const size_t cBefore = Ledger::count();
             HGDIOBJ hbrBefore = GetCurrentObject(hdc, OBJ_BRUSH);
             COLORREF clrBefore = GetBkColor(hdc);

@@ -20,27 +20,27 @@ const string SAID_CANCEL = string(8, '\x18') + string(8, '\x08');
 // As slow and plain as it can be, unlike that of the machine.
 WORD plainCrc(const string& text)
 {
-    WORD wCrc = 0;
+    WORD crc = 0;
     for (char ch : text) {
-        wCrc = WORD(wCrc ^ (BYTE(ch) << 8));
+        crc = WORD(crc ^ (BYTE(ch) << 8));
         for (int n = 0; n < 8; ++n) {
-            wCrc = WORD((wCrc << 1) ^ ((wCrc & 0x8000) != 0 ? 0x1021 : 0));
+            crc = WORD((crc << 1) ^ ((crc & 0x8000) != 0 ? 0x1021 : 0));
         }
     }
-    return wCrc;
+    return crc;
 }
 
-string block(int nNumber, string data, bool fCrc = true, char chFill = '\x1A')
+string block(int number, string data, bool withCrc = true, char fill = '\x1A')
 {
-    data.resize(data.size() > 128 ? 1024 : 128, chFill);
-    string head = {data.size() > 128 ? '\x02' : '\x01', char(nNumber), char(~nNumber)};
-    BYTE bSum = 0;
+    data.resize(data.size() > 128 ? 1024 : 128, fill);
+    string head = {data.size() > 128 ? '\x02' : '\x01', char(number), char(~number)};
+    BYTE sum = 0;
     for (char ch : data) {
-        bSum = BYTE(bSum + BYTE(ch));
+        sum = BYTE(sum + BYTE(ch));
     }
-    WORD wCrc = plainCrc(data);
+    WORD crc = plainCrc(data);
     return head + data +
-           (fCrc ? string{char(HIBYTE(wCrc)), char(LOBYTE(wCrc))} : string{char(bSum)});
+           (withCrc ? string{char(HIBYTE(crc)), char(LOBYTE(crc))} : string{char(sum)});
 }
 
 string info(const string& name, const string& rest)
@@ -54,24 +54,24 @@ struct Side {
     string out;
     string stray;
     std::vector<std::pair<string, string>> outbox; // files to send
-    size_t nNext = 0, nRead = 0;
+    size_t next = 0, read = 0;
     std::map<string, string> inbox; // files received whole
     std::map<string, DWORD> times;
     string part;
     std::vector<ModemEnd> ends;
-    ModemAnswer nAnswer = ANSWER_TAKE;
-    const char* pszWriteProblem = nullptr;
-    DWORD dwNow = 1000;
+    ModemAnswer answer = ANSWER_TAKE;
+    const char* writeProblem = nullptr;
+    DWORD now = 1000;
 
     void feed(const string& text)
     {
-        feedModem(&modem, reinterpret_cast<const BYTE*>(text.data()), DWORD(text.size()), dwNow);
+        feedModem(&modem, reinterpret_cast<const BYTE*>(text.data()), DWORD(text.size()), now);
     }
-    void pass(DWORD dwMs)
+    void pass(DWORD ms)
     {
-        for (DWORD n = 0; n < dwMs; n += 100) {
-            dwNow += 100;
-            tickModem(&modem, dwNow);
+        for (DWORD n = 0; n < ms; n += 100) {
+            now += 100;
+            tickModem(&modem, now);
         }
     }
     string said()
@@ -82,44 +82,44 @@ struct Side {
     }
 };
 
-Side* side(void* pContext)
+Side* side(void* context)
 {
-    return static_cast<Side*>(pContext);
+    return static_cast<Side*>(context);
 }
 
 const ModemWork WORK = {
-    [](void* p, const BYTE* pb, DWORD cb) { side(p)->out.append(pb, pb + cb); },
-    [](void* p, BYTE b) { side(p)->stray += char(b); },
-    [](void* p, ModemFile* pFile) {
-        if (side(p)->nNext == side(p)->outbox.size()) {
+    [](void* p, const BYTE* bytes, DWORD count) { side(p)->out.append(bytes, bytes + count); },
+    [](void* p, BYTE byte) { side(p)->stray += char(byte); },
+    [](void* p, ModemFile* file) {
+        if (side(p)->next == side(p)->outbox.size()) {
             return false;
         }
-        const auto& file = side(p)->outbox[side(p)->nNext++];
-        lstrcpynA(pFile->szName, file.first.c_str(), sizeof pFile->szName);
-        pFile->cbSize = DWORD(file.second.size());
-        pFile->dwTime = 0755;
-        side(p)->nRead = 0;
+        const auto& next = side(p)->outbox[side(p)->next++];
+        lstrcpynA(file->name, next.first.c_str(), sizeof file->name);
+        file->size = DWORD(next.second.size());
+        file->time = 0755;
+        side(p)->read = 0;
         return true;
     },
-    [](void* p, BYTE* pb, DWORD cb, DWORD* pcbRead) -> const char* {
-        const string& text = side(p)->outbox[side(p)->nNext - 1].second;
-        *pcbRead = DWORD(text.copy(reinterpret_cast<char*>(pb), cb, side(p)->nRead));
-        side(p)->nRead += *pcbRead;
+    [](void* p, BYTE* bytes, DWORD count, DWORD* read) -> const char* {
+        const string& text = side(p)->outbox[side(p)->next - 1].second;
+        *read = DWORD(text.copy(reinterpret_cast<char*>(bytes), count, side(p)->read));
+        side(p)->read += *read;
         return nullptr;
     },
     [](void* p, const ModemFile*) {
         side(p)->part.clear();
-        return side(p)->nAnswer;
+        return side(p)->answer;
     },
-    [](void* p, const BYTE* pb, DWORD cb) {
-        side(p)->part.append(pb, pb + cb);
-        return side(p)->pszWriteProblem;
+    [](void* p, const BYTE* bytes, DWORD count) {
+        side(p)->part.append(bytes, bytes + count);
+        return side(p)->writeProblem;
     },
-    [](void* p, const ModemFile* pFile, ModemEnd nEnd) -> const char* {
-        side(p)->ends.push_back(nEnd);
-        if (nEnd == END_WHOLE) {
-            side(p)->inbox[pFile->szName] = side(p)->part;
-            side(p)->times[pFile->szName] = pFile->dwTime;
+    [](void* p, const ModemFile* file, ModemEnd how) -> const char* {
+        side(p)->ends.push_back(how);
+        if (how == END_WHOLE) {
+            side(p)->inbox[file->name] = side(p)->part;
+            side(p)->times[file->name] = file->time;
         }
         return nullptr;
     },
@@ -128,17 +128,17 @@ const ModemWork WORK = {
 // What the host says, or how long it is silent, and what it gets to hear.
 struct Step {
     string host;
-    DWORD dwSilence;
+    DWORD silence;
     string heard;
 };
 
 struct Conversation {
-    const char* pszName;
-    bool fSend;
-    ModemProtocol nProtocol;
+    const char* name;
+    bool sending;
+    ModemProtocol protocol;
     std::vector<Step> steps;
-    ModemResult nResult;
-    DWORD cErrors, cRetries;
+    ModemResult result;
+    DWORD errors, retries;
     string file; // what arrived, or is to be sent
 };
 
@@ -154,7 +154,7 @@ const std::vector<Conversation> CONVERSATIONS = {
     {"YMODEM received",
      false,
      YMODEM,
-     {{"some text\r\n", 0, "C"},
+     {{"some text\r\n", 600, "C"},
       {info("a", "1000 755"), 0, GO},
       {block(1, K), 0, ACKNOWLEDGED},
       {END, 0, REFUSED},
@@ -167,7 +167,7 @@ const std::vector<Conversation> CONVERSATIONS = {
     {"XMODEM received with CRC",
      false,
      XMODEM_CRC,
-     {{"", 0, "C"}, {block(1, "x"), 0, ACKNOWLEDGED}, {END, 0, REFUSED}, {END, 0, ACKNOWLEDGED}},
+     {{"", 600, "C"}, {block(1, "x"), 0, ACKNOWLEDGED}, {END, 0, REFUSED}, {END, 0, ACKNOWLEDGED}},
      RESULT_DONE,
      0,
      0,
@@ -175,7 +175,7 @@ const std::vector<Conversation> CONVERSATIONS = {
     {"XMODEM of a host that knows checksums only",
      false,
      XMODEM_CRC,
-     {{"", 0, "C"},
+     {{"", 600, "C"},
       {"", 9000, "CC" + REFUSED},
       {block(1, "x", false), 0, ACKNOWLEDGED},
       {END, 0, REFUSED},
@@ -187,7 +187,7 @@ const std::vector<Conversation> CONVERSATIONS = {
     {"an empty file by XMODEM",
      false,
      XMODEM_CHECKSUM,
-     {{"", 0, REFUSED}, {END, 0, REFUSED}, {END, 0, ACKNOWLEDGED}},
+     {{"", 600, REFUSED}, {END, 0, REFUSED}, {END, 0, ACKNOWLEDGED}},
      RESULT_DONE,
      0,
      0,
@@ -195,7 +195,7 @@ const std::vector<Conversation> CONVERSATIONS = {
     {"a damaged block",
      false,
      XMODEM_CRC,
-     {{"", 0, "C"},
+     {{"", 600, "C"},
       {damaged(block(1, "x")), 0, ""},
       {"", 1000, REFUSED},
       {block(1, "y"), 0, ACKNOWLEDGED},
@@ -208,7 +208,7 @@ const std::vector<Conversation> CONVERSATIONS = {
     {"a block with bytes missing",
      false,
      XMODEM_CRC,
-     {{"", 0, "C"},
+     {{"", 600, "C"},
       {block(1, "x").substr(0, 50), 0, ""},
       {"", 1500, REFUSED},
       {block(1, "y"), 0, ACKNOWLEDGED},
@@ -221,7 +221,7 @@ const std::vector<Conversation> CONVERSATIONS = {
     {"a block twice, because its answer was lost",
      false,
      XMODEM_CRC,
-     {{"", 0, "C"},
+     {{"", 600, "C"},
       {block(1, "x"), 0, ACKNOWLEDGED},
       {block(1, "x"), 0, ACKNOWLEDGED},
       {block(2, "y"), 0, ACKNOWLEDGED},
@@ -234,7 +234,7 @@ const std::vector<Conversation> CONVERSATIONS = {
     {"block 0 twice, and the end of a file once more",
      false,
      YMODEM,
-     {{"", 0, "C"},
+     {{"", 600, "C"},
       {info("a", "1 0"), 0, GO},
       {info("a", "1 0"), 0, GO},
       {block(1, "x"), 0, ACKNOWLEDGED},
@@ -249,7 +249,7 @@ const std::vector<Conversation> CONVERSATIONS = {
     {"a block out of order",
      false,
      XMODEM_CRC,
-     {{"", 0, "C"}, {block(1, "x"), 0, ACKNOWLEDGED}, {block(3, "z"), 0, SAID_CANCEL}},
+     {{"", 600, "C"}, {block(1, "x"), 0, ACKNOWLEDGED}, {block(3, "z"), 0, SAID_CANCEL}},
      RESULT_FAILED,
      0,
      0,
@@ -257,7 +257,7 @@ const std::vector<Conversation> CONVERSATIONS = {
     {"an end that was noise",
      false,
      XMODEM_CRC,
-     {{"", 0, "C"},
+     {{"", 600, "C"},
       {END, 0, REFUSED},
       {block(1, "x"), 0, ACKNOWLEDGED},
       {END, 0, REFUSED},
@@ -271,10 +271,10 @@ const std::vector<Conversation> CONVERSATIONS = {
      YMODEM,
      {{"rb waiting C", 500, info("a", "1001 755 100644")},
       {ACKNOWLEDGED, 0, ""},
-      {"C", 0, block(1, K + "l")},
+      {"C", 100, block(1, K + "l")},
       {ACKNOWLEDGED, 0, END},
       {REFUSED, 0, END},
-      {GO, 0, info("", "")},
+      {GO, 100, info("", "")},
       {ACKNOWLEDGED, 0, ""}},
      RESULT_DONE,
      1,
@@ -338,6 +338,14 @@ const std::vector<Conversation> CONVERSATIONS = {
      0,
      0,
      string(128, 'x') + "y"},
+    {"an end that a shell answers",
+     true,
+     XMODEM_CRC,
+     {{"C", 500, block(1, "x")}, {ACKNOWLEDGED, 0, END}, {"$ ", 1000, ""}},
+     RESULT_DONE,
+     1,
+     0,
+     "x"},
     {"a letter that isn't the host's word",
      true,
      XMODEM_CRC,
@@ -348,38 +356,38 @@ const std::vector<Conversation> CONVERSATIONS = {
      "x"},
 };
 
-void start(Side* pSide, const Conversation& talk)
+void start(Side* side, const Conversation& talk)
 {
-    pSide->outbox = {{"a", talk.file}};
-    auto pfnStart = talk.fSend ? sendByModem : receiveByModem;
-    pfnStart(&pSide->modem, talk.nProtocol, &WORK, pSide, pSide->dwNow);
+    side->outbox = {{"a", talk.file}};
+    auto start = talk.sending ? sendByModem : receiveByModem;
+    start(&side->modem, talk.protocol, &WORK, side, side->now);
 }
 
-void take(Side* pSide, const Step& step)
+void take(Side* side, const Step& step)
 {
-    pSide->feed(step.host);
-    pSide->pass(step.dwSilence);
+    side->feed(step.host);
+    side->pass(step.silence);
 }
 
 TEST(KrtermModem, ConversationsGoAsTheProtocolsSay)
 {
     EXPECT_EQ(0x31C3, plainCrc("123456789"));
     for (const Conversation& talk : CONVERSATIONS) {
-        SCOPED_TRACE(talk.pszName);
+        SCOPED_TRACE(talk.name);
         Side us;
         start(&us, talk);
         for (size_t n = 0; n < talk.steps.size(); ++n) {
             take(&us, talk.steps[n]);
             EXPECT_EQ(talk.steps[n].heard, us.said()) << "step " << n;
         }
-        if (talk.nResult == RESULT_DONE) {
+        if (talk.result == RESULT_DONE) {
             EXPECT_EQ(END_WHOLE, us.ends.at(0));
-            EXPECT_EQ(1u, us.modem.cFiles);
-            EXPECT_TRUE(talk.fSend || us.inbox.begin()->second == talk.file);
+            EXPECT_EQ(1u, us.modem.fileCount);
+            EXPECT_TRUE(talk.sending || us.inbox.begin()->second == talk.file);
         }
-        EXPECT_EQ(talk.nResult, us.modem.nResult) << us.modem.szStatus;
-        EXPECT_EQ(talk.cErrors, us.modem.cErrors);
-        EXPECT_EQ(talk.cRetries, us.modem.cRetries);
+        EXPECT_EQ(talk.result, us.modem.result) << us.modem.status;
+        EXPECT_EQ(talk.errors, us.modem.errors);
+        EXPECT_EQ(talk.retries, us.modem.retries);
     }
 }
 
@@ -387,19 +395,20 @@ TEST(KrtermModem, ConversationsGoAsTheProtocolsSay)
 void atEveryStage(const std::function<void(Side*, const Conversation&)>& check)
 {
     for (const Conversation& talk : CONVERSATIONS) {
-        for (size_t nStage = 0; nStage < talk.steps.size(); ++nStage) {
-            SCOPED_TRACE(string(talk.pszName) + ", stage " + std::to_string(nStage));
+        for (size_t stage = 0; stage < talk.steps.size(); ++stage) {
+            SCOPED_TRACE(string(talk.name) + ", stage " + std::to_string(stage));
             Side us;
             start(&us, talk);
-            for (size_t n = 0; n < nStage; ++n) {
+            for (size_t n = 0; n < stage; ++n) {
                 take(&us, talk.steps[n]);
             }
             us.said();
-            if (us.modem.nResult == RESULT_RUNNING) {
+            if (us.modem.result == RESULT_RUNNING) {
                 check(&us, talk);
-                EXPECT_TRUE(us.ends.size() == us.modem.cFiles ||
-                            (us.ends.size() == us.modem.cFiles + 1 && us.ends.back() != END_WHOLE));
-                EXPECT_FALSE(us.modem.fFile);
+                EXPECT_TRUE(
+                    us.ends.size() == us.modem.fileCount ||
+                    (us.ends.size() == us.modem.fileCount + 1 && us.ends.back() != END_WHOLE));
+                EXPECT_FALSE(us.modem.fileOpen);
             }
         }
     }
@@ -407,37 +416,37 @@ void atEveryStage(const std::function<void(Side*, const Conversation&)>& check)
 
 TEST(KrtermModem, TheHostCancelsAtEveryStage)
 {
-    atEveryStage([](Side* pSide, const Conversation&) {
-        pSide->feed(SAID_CANCEL);
-        pSide->pass(1500); // in a block it is seen when nothing more comes
-        EXPECT_EQ(RESULT_CANCELLED, pSide->modem.nResult);
-        EXPECT_STREQ("Cancelled by the host", pSide->modem.szStatus);
-        EXPECT_EQ("", pSide->said());
+    atEveryStage([](Side* side, const Conversation&) {
+        side->feed(SAID_CANCEL);
+        side->pass(1500); // in a block it is seen when nothing more comes
+        EXPECT_EQ(RESULT_CANCELLED, side->modem.result);
+        EXPECT_STREQ("Cancelled by the host", side->modem.status);
+        EXPECT_EQ("", side->said());
     });
 }
 
 TEST(KrtermModem, TheHostFallsSilentAtEveryStage)
 {
-    atEveryStage([](Side* pSide, const Conversation&) {
-        bool fLast = pSide->modem.cFiles == 1 && pSide->modem.fStarted && pSide->nNext == 1 &&
-                     !pSide->modem.fFile && !pSide->outbox.empty();
-        pSide->pass(200000);
-        EXPECT_NE(RESULT_RUNNING, pSide->modem.nResult);
-        EXPECT_NE(RESULT_CANCELLED, pSide->modem.nResult);
-        string said = pSide->said();
-        bool fTold = said.size() >= SAID_CANCEL.size() &&
-                     said.substr(said.size() - SAID_CANCEL.size()) == SAID_CANCEL;
-        EXPECT_TRUE(fTold || fLast);
+    atEveryStage([](Side* side, const Conversation&) {
+        bool last = side->modem.fileCount == 1 && side->modem.started && side->next == 1 &&
+                    !side->modem.fileOpen && !side->outbox.empty();
+        side->pass(200000);
+        EXPECT_NE(RESULT_RUNNING, side->modem.result);
+        EXPECT_NE(RESULT_CANCELLED, side->modem.result);
+        string said = side->said();
+        bool told = said.size() >= SAID_CANCEL.size() &&
+                    said.substr(said.size() - SAID_CANCEL.size()) == SAID_CANCEL;
+        EXPECT_TRUE(told || last);
     });
 }
 
 TEST(KrtermModem, TheUserCancelsAtEveryStage)
 {
-    atEveryStage([](Side* pSide, const Conversation&) {
-        cancelModem(&pSide->modem, pSide->dwNow);
-        pSide->pass(2000);
-        EXPECT_EQ(RESULT_CANCELLED, pSide->modem.nResult);
-        EXPECT_EQ(SAID_CANCEL, pSide->said());
+    atEveryStage([](Side* side, const Conversation&) {
+        cancelModem(&side->modem, side->now);
+        side->pass(2000);
+        EXPECT_EQ(RESULT_CANCELLED, side->modem.result);
+        EXPECT_EQ(SAID_CANCEL, side->said());
     });
 }
 
@@ -449,19 +458,18 @@ TEST(KrtermModem, ACancelWaitsForTheEndOfABlock)
     us.feed(block(1, "x"));
     us.feed(block(2, "y").substr(0, 100));
     us.said();
-    cancelModem(&us.modem, us.dwNow);
+    cancelModem(&us.modem, us.now);
     EXPECT_EQ("", us.said());
     us.feed(block(2, "y").substr(100));
     EXPECT_EQ(SAID_CANCEL, us.said());
-    EXPECT_EQ(RESULT_CANCELLED, us.modem.nResult);
-    EXPECT_EQ(0u, feedModem(&us.modem, reinterpret_cast<const BYTE*>("$ "), 2, us.dwNow));
+    EXPECT_EQ(RESULT_CANCELLED, us.modem.result);
+    EXPECT_EQ(0u, feedModem(&us.modem, reinterpret_cast<const BYTE*>("$ "), 2, us.now));
 }
 
 // Two machines on a line that does things to single bytes.
 struct Line {
     std::mt19937 random;
-    int cFlips = 0, cDrops = 0, cDoubles = 0, cDelays = 0;
-    bool fDouble = true;
+    int flips = 0, drops = 0, doubles = 0, delays = 0;
     std::deque<std::pair<DWORD, string>> waiting;
 
     string spoil(const string& text)
@@ -469,27 +477,27 @@ struct Line {
         string out;
         for (char ch : text) {
             unsigned n = random() % 6000;
-            bool fTwice = n == 2 && fDouble;
-            cFlips += n == 0;
-            cDrops += n == 1;
-            cDoubles += fTwice;
+            bool twice = n == 2;
+            flips += n == 0;
+            drops += n == 1;
+            doubles += twice;
             out +=
-                n == 1 ? "" : string(fTwice ? 2 : 1, n == 0 ? char(ch ^ (1 << random() % 8)) : ch);
+                n == 1 ? "" : string(twice ? 2 : 1, n == 0 ? char(ch ^ (1 << random() % 8)) : ch);
         }
         return out;
     }
-    void put(const string& text, DWORD dwNow)
+    void put(const string& text, DWORD now)
     {
-        bool fDelay = random() % 60 == 0;
-        cDelays += fDelay;
+        bool delay = random() % 60 == 0;
+        delays += delay;
         if (!text.empty()) {
-            waiting.push_back({dwNow + (fDelay ? 700 : 0), spoil(text)});
+            waiting.push_back({now + (delay ? 700 : 0), spoil(text)});
         }
     }
-    void deliver(Side* pTo)
+    void deliver(Side* to)
     {
-        while (!waiting.empty() && waiting.front().first <= pTo->dwNow) {
-            pTo->feed(waiting.front().second);
+        while (!waiting.empty() && waiting.front().first <= to->now) {
+            to->feed(waiting.front().second);
             waiting.pop_front();
         }
     }
@@ -497,45 +505,44 @@ struct Line {
 
 TEST(KrtermModem, FilesSurviveABadLine)
 {
-    int cErrors = 0, cRetries = 0, cFlips = 0, cDrops = 0, cDoubles = 0, cDelays = 0;
-    for (unsigned uSeed = 1; uSeed <= 60; ++uSeed) {
-        SCOPED_TRACE(uSeed);
+    int errors = 0, retries = 0, flips = 0, drops = 0, doubles = 0, delays = 0;
+    for (unsigned seed = 1; seed <= 60; ++seed) {
+        SCOPED_TRACE(seed);
         Side from, to;
         Line there, back;
-        there.random.seed(uSeed);
-        back.random.seed(uSeed + 1000);
-        for (size_t cb : {0u, 1u, 5000u, 20000u}) {
-            string text(cb, '\0');
+        there.random.seed(seed);
+        back.random.seed(seed + 1000);
+        for (size_t count : {0u, 1u, 5000u, 20000u}) {
+            string text(count, '\0');
             for (char& ch : text) {
                 ch = char(there.random());
             }
-            from.outbox.push_back({"file" + std::to_string(cb), text});
+            from.outbox.push_back({"file" + std::to_string(count), text});
         }
-        receiveByModem(&to.modem, YMODEM, &WORK, &to, to.dwNow);
-        sendByModem(&from.modem, YMODEM, &WORK, &from, from.dwNow);
-        for (int n = 0; n < 40000 && from.modem.nResult == RESULT_RUNNING; ++n) {
-            there.put(from.said(), from.dwNow);
-            back.put(to.said(), to.dwNow);
+        receiveByModem(&to.modem, YMODEM, &WORK, &to, to.now);
+        sendByModem(&from.modem, YMODEM, &WORK, &from, from.now);
+        for (int n = 0; n < 40000 && from.modem.result == RESULT_RUNNING; ++n) {
+            there.put(from.said(), from.now);
+            back.put(to.said(), to.now);
             there.deliver(&to);
             back.deliver(&from);
             from.pass(n % 10 == 0 ? 100 : 0);
             to.pass(n % 10 == 0 ? 100 : 0);
         }
-        EXPECT_EQ(RESULT_DONE, from.modem.nResult)
-            << from.modem.szStatus << ", " << to.modem.szStatus;
+        EXPECT_EQ(RESULT_DONE, from.modem.result) << from.modem.status << ", " << to.modem.status;
         for (const auto& file : from.outbox) {
             EXPECT_TRUE(to.inbox[file.first] == file.second) << file.first;
         }
-        cErrors += int(from.modem.cErrors + to.modem.cErrors);
-        cRetries += int(from.modem.cRetries + to.modem.cRetries);
-        cFlips += there.cFlips + back.cFlips;
-        cDrops += there.cDrops + back.cDrops;
-        cDoubles += there.cDoubles + back.cDoubles;
-        cDelays += there.cDelays + back.cDelays;
+        errors += int(from.modem.errors + to.modem.errors);
+        retries += int(from.modem.retries + to.modem.retries);
+        flips += there.flips + back.flips;
+        drops += there.drops + back.drops;
+        doubles += there.doubles + back.doubles;
+        delays += there.delays + back.delays;
     }
-    EXPECT_GT(cErrors, cFlips);
-    EXPECT_GT(cRetries, 60);
-    EXPECT_TRUE(cFlips > 60 && cDrops > 60 && cDoubles > 60 && cDelays > 60);
+    EXPECT_GT(errors, flips);
+    EXPECT_GT(retries, 60);
+    EXPECT_TRUE(flips > 60 && drops > 60 && doubles > 60 && delays > 60);
 }
 
 TEST(KrtermModem, SkippedFilesEndEarlyOrArentKept)
@@ -546,16 +553,18 @@ TEST(KrtermModem, SkippedFilesEndEarlyOrArentKept)
     us.feed("C");
     us.pass(300);
     us.feed(GO);
+    us.pass(100);
     us.said();
     skipFile(&us.modem);
     us.feed(ACKNOWLEDGED);
     EXPECT_EQ(END, us.said());
     us.feed(GO);
+    us.pass(100);
     EXPECT_EQ(info("b", "2 755 100644"), us.said());
     EXPECT_EQ(END_DROPPED, us.ends.at(0));
 
     Side other;
-    receiveByModem(&other.modem, YMODEM, &WORK, &other, other.dwNow);
+    receiveByModem(&other.modem, YMODEM, &WORK, &other, other.now);
     other.feed(info("a", "200 0"));
     other.feed(block(1, string(128, 'a')));
     skipFile(&other.modem);
@@ -563,21 +572,21 @@ TEST(KrtermModem, SkippedFilesEndEarlyOrArentKept)
                                block(1, "bb"), END, END, info("", "")}) {
         other.feed(text);
     }
-    EXPECT_EQ(RESULT_DONE, other.modem.nResult);
+    EXPECT_EQ(RESULT_DONE, other.modem.result);
     EXPECT_EQ((std::map<string, string>{{"b", "bb"}}), other.inbox);
 }
 
 TEST(KrtermModem, TheUserIsWaitedForWhileTheHostRepeatsItself)
 {
     Side us;
-    us.nAnswer = ANSWER_LATER;
-    receiveByModem(&us.modem, YMODEM, &WORK, &us, us.dwNow);
+    us.answer = ANSWER_LATER;
+    receiveByModem(&us.modem, YMODEM, &WORK, &us, us.now);
     us.feed(info("a", "2 0"));
     us.said();
     us.pass(300000);
     us.feed(info("a", "2 0"));
     EXPECT_EQ("", us.said());
-    answerModem(&us.modem, ANSWER_TAKE, us.dwNow);
+    answerModem(&us.modem, ANSWER_TAKE, us.now);
     EXPECT_EQ(GO, us.said());
     us.feed(block(1, "aa") + END);
     us.feed(END + info("", ""));
@@ -586,15 +595,15 @@ TEST(KrtermModem, TheUserIsWaitedForWhileTheHostRepeatsItself)
 
 TEST(KrtermModem, WhatCantBeKeptEndsTheTransfer)
 {
-    for (bool fWrite : {false, true}) {
+    for (bool write : {false, true}) {
         Side us;
-        us.nAnswer = fWrite ? ANSWER_TAKE : ANSWER_STOP;
-        us.pszWriteProblem = "100% full";
-        receiveByModem(&us.modem, YMODEM, &WORK, &us, us.dwNow);
+        us.answer = write ? ANSWER_TAKE : ANSWER_STOP;
+        us.writeProblem = "100% full";
+        receiveByModem(&us.modem, YMODEM, &WORK, &us, us.now);
         us.feed(info("a", "2 0"));
         us.feed(block(1, "aa"));
-        EXPECT_EQ(RESULT_FAILED, us.modem.nResult);
-        EXPECT_STREQ(fWrite ? "100% full" : "The file can't be kept", us.modem.szStatus);
+        EXPECT_EQ(RESULT_FAILED, us.modem.result);
+        EXPECT_STREQ(write ? "100% full" : "The file can't be kept", us.modem.status);
         EXPECT_EQ(END_BROKEN, us.ends.at(0));
     }
 }
@@ -604,9 +613,9 @@ TEST(KrtermModem, AnyBlock0IsReadWithinItsBounds)
 {
     struct Case {
         string data;
-        size_t cchName;
-        DWORD cbSize;
-        bool fSized;
+        size_t nameLength;
+        DWORD size;
+        bool sized;
     };
     const Case CASES[] = {
         {string(1024, 'n'), 1024, 0, false},
@@ -617,15 +626,15 @@ TEST(KrtermModem, AnyBlock0IsReadWithinItsBounds)
     };
     for (const Case& test : CASES) {
         Side us;
-        receiveByModem(&us.modem, YMODEM, &WORK, &us, us.dwNow);
+        receiveByModem(&us.modem, YMODEM, &WORK, &us, us.now);
         us.feed(block(0, test.data, true, '\0'));
-        EXPECT_EQ(test.cchName, strlen(us.modem.file.szName));
-        EXPECT_EQ(test.cbSize, us.modem.file.cbSize);
-        EXPECT_EQ(test.fSized, us.modem.file.fSized);
+        EXPECT_EQ(test.nameLength, strlen(us.modem.file.name));
+        EXPECT_EQ(test.size, us.modem.file.size);
+        EXPECT_EQ(test.sized, us.modem.file.sized);
     }
     std::mt19937 random(7);
     Side us;
-    receiveByModem(&us.modem, YMODEM, &WORK, &us, us.dwNow);
+    receiveByModem(&us.modem, YMODEM, &WORK, &us, us.now);
     for (int n = 0; n < 3000; ++n) {
         string noise(1 + random() % 300, '\0');
         for (char& ch : noise) {
@@ -634,7 +643,7 @@ TEST(KrtermModem, AnyBlock0IsReadWithinItsBounds)
         us.feed(noise);
         us.pass(n % 7 == 0 ? 2000 : 0);
     }
-    EXPECT_NE(RESULT_DONE, us.modem.nResult);
+    EXPECT_NE(RESULT_DONE, us.modem.result);
     EXPECT_TRUE(us.inbox.empty());
 }
 

@@ -3,6 +3,7 @@
 #include "../transfer/panes/rows.h"
 #include "support/imports.h"
 #include "support/pane_window.h"
+#include "support/subclassed.h"
 
 #include <algorithm>
 #include <direct.h>
@@ -400,6 +401,33 @@ TEST_F(PathLine, EnterAsksTheCaller)
     type(IDC_DANDD_HOSTPATH, longest + "rest");
     enter(IDC_DANDD_HOSTPATH);
     EXPECT_EQ(heard(), "chdir " + longest + " 0|host directory: " + longest);
+}
+
+// Paintings and changes of a text ask the caller's windows, which can end the window.
+TEST_F(PathLine, APaintingMayEndTheWindow)
+{
+    const struct {
+        UINT uMessage;
+        int idControl; // that it is about
+    } ends[] = {{WM_CTLCOLORSTATIC, IDC_DANDD_LOCALPATH},
+                {WM_CTLCOLOREDIT, IDC_DANDD_LOCALFILTER},
+                {WM_COMMAND, IDC_DANDD_LOCALFILTER}};
+    for (const auto& end : ends) {
+        for (int idControl : {IDC_DANDD_LOCALTYPES, IDC_DANDD_LOCALFILTER}) {
+            open();
+            pumpMessages();
+            SetFocus(item(idControl));
+            Subclassed window(m_hwnd, [&](UINT uMessage, WPARAM wParam, LPARAM lParam) {
+                if (uMessage == end.uMessage && HWND(lParam) == item(end.idControl) &&
+                    (uMessage != WM_COMMAND || HIWORD(wParam) == EN_CHANGE)) {
+                    nXferDandDDestroy(m_hwnd);
+                }
+                return false;
+            });
+            command(IDOK);
+            EXPECT_FALSE(IsWindow(m_hwnd)) << end.uMessage << " " << idControl;
+        }
+    }
 }
 
 // What a filter is applied with overwrites no text of the request.

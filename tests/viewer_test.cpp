@@ -320,7 +320,7 @@ TEST_F(Viewer, ALongFolderIsNeverCut)
     EXPECT_EQ(launched, Strings{folder + "\\KRVIEWER " + quoted("-ftp1" + controlPath())});
     controlFile();
     for (DWORD cch : {260u, 300u}) {
-        s_module = "c:\\" + std::string(cch - 8, 'd') + "\\app";
+        s_module = "c:\\" + std::string(cch - 7, 'd') + "\\app";
         EXPECT_EQ(view("f"), Strings{});
         EXPECT_EQ(view("f", "host"), Strings{});
         EXPECT_EQ(stripText(), cannotAccess("KRVIEWER "));

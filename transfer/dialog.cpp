@@ -80,10 +80,10 @@ INT_PTR onQueryDragIcon(HWND, XferWindowRecord*, WPARAM, LPARAM)
 }
 
 // The controls still live here, and the rows that have records are in them.
-INT_PTR onDestroy(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM, LPARAM)
+INT_PTR onDestroy(HWND, XferWindowRecord* pRecord, WPARAM, LPARAM)
 {
     panes::forgetChanges(pRecord);
-    panes::releaseRows(hdlgDandD);
+    panes::releaseRows(pRecord);
     return 0;
 }
 

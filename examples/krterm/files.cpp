@@ -11,148 +11,148 @@ namespace {
 constexpr ULONGLONG UNIX_BEGIN = 116444736000000000ULL;
 constexpr ULONGLONG SECOND = 10000000;
 
-HANDLE s_hSent = INVALID_HANDLE_VALUE;
-Unfinished s_received;
-bool s_fReady;
+HANDLE sentFile = INVALID_HANDLE_VALUE;
+Unfinished received;
+bool ready;
 
 // The system's own words for what went wrong.
 const char* problemText()
 {
-    static char s_szText[MODEM_STATUS];
-    DWORD dwError = GetLastError();
+    static char text[MODEM_STATUS];
+    DWORD error = GetLastError();
     if (FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS |
                            FORMAT_MESSAGE_MAX_WIDTH_MASK,
-                       nullptr, dwError, 0, s_szText, sizeof s_szText, nullptr) == 0) {
-        wsprintfA(s_szText, "System error %lu", dwError);
+                       nullptr, error, 0, text, sizeof text, nullptr) == 0) {
+        wsprintfA(text, "System error %lu", error);
     }
-    return s_szText;
+    return text;
 }
 
 // Hosts write names in UTF-8; a text that isn't that, or doesn't fit, stays as it is.
-void convertText(const char* pszFrom, UINT uFrom, UINT uTo, char* pszTo, int cchTo)
+void convertText(const char* from, UINT fromPage, UINT toPage, char* to, int size)
 {
-    WCHAR szWide[MAX_PATH];
-    lstrcpynA(pszTo, pszFrom, cchTo);
-    if (MultiByteToWideChar(uFrom, uFrom == CP_UTF8 ? MB_ERR_INVALID_CHARS : 0, pszFrom, -1, szWide,
-                            MAX_PATH) == 0) {
+    WCHAR wide[MAX_PATH];
+    lstrcpynA(to, from, size);
+    if (MultiByteToWideChar(fromPage, fromPage == CP_UTF8 ? MB_ERR_INVALID_CHARS : 0, from, -1,
+                            wide, MAX_PATH) == 0) {
         return;
     }
-    if (WideCharToMultiByte(uTo, 0, szWide, -1, pszTo, cchTo, nullptr, nullptr) == 0) {
-        lstrcpynA(pszTo, pszFrom, cchTo);
+    if (WideCharToMultiByte(toPage, 0, wide, -1, to, size, nullptr, nullptr) == 0) {
+        lstrcpynA(to, from, size);
     }
 }
 
-void folderOf(const char* pszPath, char (&szFolder)[MAX_PATH])
+void folderOf(const char* path, char (&folderName)[MAX_PATH])
 {
-    lstrcpynA(szFolder, pszPath, MAX_PATH);
-    szFolder[lastPart(pszPath) - pszPath] = '\0';
-    if (szFolder[0] == '\0') {
-        strcpy(szFolder, ".");
+    lstrcpynA(folderName, path, MAX_PATH);
+    folderName[lastPart(path) - path] = '\0';
+    if (folderName[0] == '\0') {
+        strcpy(folderName, ".");
     }
 }
 
-DWORD unixTime(const FILETIME* pTime)
+DWORD unixTime(const FILETIME* time)
 {
-    ULONGLONG n = (ULONGLONG(pTime->dwHighDateTime) << 32) | pTime->dwLowDateTime;
+    ULONGLONG n = (ULONGLONG(time->dwHighDateTime) << 32) | time->dwLowDateTime;
     return n > UNIX_BEGIN ? DWORD((n - UNIX_BEGIN) / SECOND) : 0;
 }
 
-void setTime(HANDLE hFile, DWORD dwTime)
+void setTime(HANDLE file, DWORD time)
 {
-    ULONGLONG n = UNIX_BEGIN + dwTime * SECOND;
-    FILETIME time = {DWORD(n), DWORD(n >> 32)};
-    if (dwTime != 0) {
-        SetFileTime(hFile, nullptr, nullptr, &time);
+    ULONGLONG n = UNIX_BEGIN + time * SECOND;
+    FILETIME fileTime = {DWORD(n), DWORD(n >> 32)};
+    if (time != 0) {
+        SetFileTime(file, nullptr, nullptr, &fileTime);
     }
 }
 
 } // namespace
 
-const char* openForSending(const char* pszPath, ModemFile* pFile)
+const char* openForSending(const char* path, ModemFile* file)
 {
     FILETIME time = {};
-    DWORD cbHigh = 0;
+    DWORD high = 0;
     closeSending();
-    s_hSent = CreateFileA(pszPath, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                          FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
-    if (s_hSent == INVALID_HANDLE_VALUE) {
+    sentFile = CreateFileA(path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                           FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+    if (sentFile == INVALID_HANDLE_VALUE) {
         return problemText();
     }
-    pFile->cbSize = GetFileSize(s_hSent, &cbHigh);
-    if (cbHigh != 0) {
+    file->size = GetFileSize(sentFile, &high);
+    if (high != 0) {
         closeSending();
         return "The file is too large";
     }
-    GetFileTime(s_hSent, nullptr, nullptr, &time);
-    pFile->dwTime = unixTime(&time);
-    pFile->fSized = true;
-    convertText(lastPart(pszPath), CP_ACP, CP_UTF8, pFile->szName, sizeof pFile->szName);
+    GetFileTime(sentFile, nullptr, nullptr, &time);
+    file->time = unixTime(&time);
+    file->sized = true;
+    convertText(lastPart(path), CP_ACP, CP_UTF8, file->name, sizeof file->name);
     return nullptr;
 }
 
-const char* readSending(BYTE* pb, DWORD cb, DWORD* pcbRead)
+const char* readSending(BYTE* bytes, DWORD count, DWORD* read)
 {
-    return ReadFile(s_hSent, pb, cb, pcbRead, nullptr) ? nullptr : problemText();
+    return ReadFile(sentFile, bytes, count, read, nullptr) ? nullptr : problemText();
 }
 
 void closeSending()
 {
-    if (s_hSent != INVALID_HANDLE_VALUE) {
-        CloseHandle(s_hSent);
+    if (sentFile != INVALID_HANDLE_VALUE) {
+        CloseHandle(sentFile);
     }
-    s_hSent = INVALID_HANDLE_VALUE;
+    sentFile = INVALID_HANDLE_VALUE;
 }
 
-const char* pathFor(const char* pszFolder, const char* pszHostName, char (&szPath)[MAX_PATH])
+const char* pathFor(const char* folder, const char* hostName, char (&path)[MAX_PATH])
 {
-    char szName[MODEM_BLOCK + 1];
-    convertText(pszHostName, CP_UTF8, CP_ACP, szName, sizeof szName);
-    const char* pszProblem = nameProblem(szName);
-    if (pszProblem == nullptr && strlen(pszFolder) + strlen(szName) + 2 > MAX_PATH) {
-        pszProblem = "it is too long";
+    char name[MODEM_BLOCK + 1];
+    convertText(hostName, CP_UTF8, CP_ACP, name, sizeof name);
+    const char* problem = nameProblem(name);
+    if (problem == nullptr && strlen(folder) + strlen(name) + 2 > MAX_PATH) {
+        problem = "it is too long";
     }
-    if (pszProblem == nullptr) {
-        bool fSlash = pszFolder[0] != '\0' && *lastPart(pszFolder) == '\0';
-        wsprintfA(szPath, fSlash ? "%s%s" : "%s\\%s", pszFolder, szName);
+    if (problem == nullptr) {
+        bool slash = folder[0] != '\0' && *lastPart(folder) == '\0';
+        wsprintfA(path, slash ? "%s%s" : "%s\\%s", folder, name);
     }
-    return pszProblem;
+    return problem;
 }
 
-bool isThere(const char* pszPath)
+bool isThere(const char* path)
 {
-    return GetFileAttributesA(pszPath) != INVALID_FILE_ATTRIBUTES;
+    return GetFileAttributesA(path) != INVALID_FILE_ATTRIBUTES;
 }
 
-const char* beginReceiving(const char* pszPath)
+const char* beginReceiving(const char* path)
 {
-    char szFolder[MAX_PATH];
-    if (!s_fReady) {
-        initUnfinished(&s_received);
-        s_fReady = true;
+    char folderName[MAX_PATH];
+    if (!ready) {
+        initUnfinished(&received);
+        ready = true;
     }
-    folderOf(pszPath, szFolder);
-    return openUnfinished(&s_received, szFolder) ? nullptr : problemText();
+    folderOf(path, folderName);
+    return openUnfinished(&received, folderName) ? nullptr : problemText();
 }
 
-const char* writeReceiving(const BYTE* pb, DWORD cb)
+const char* writeReceiving(const BYTE* bytes, DWORD count)
 {
-    return writeUnfinished(&s_received, pb, cb) ? nullptr : problemText();
+    return writeUnfinished(&received, bytes, count) ? nullptr : problemText();
 }
 
-const char* keepReceived(const char* pszPath, DWORD dwTime, bool fReplace)
+const char* keepReceived(const char* path, DWORD time, bool replace)
 {
-    setTime(s_received.hFile, dwTime);
-    if (nameUnfinished(&s_received, pszPath, fReplace)) {
+    setTime(received.hFile, time);
+    if (nameUnfinished(&received, path, replace)) {
         return nullptr;
     }
-    const char* pszProblem = problemText();
+    const char* problem = problemText();
     dropReceived();
-    return pszProblem;
+    return problem;
 }
 
 void dropReceived()
 {
-    if (s_fReady) {
-        giveUpUnfinished(&s_received);
+    if (ready) {
+        giveUpUnfinished(&received);
     }
 }

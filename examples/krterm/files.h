@@ -8,21 +8,21 @@
 // ---- sending
 
 // Opens a file and tells what YMODEM says of it.
-const char* openForSending(const char* pszPath, ModemFile* pFile);
-const char* readSending(BYTE* pb, DWORD cb, DWORD* pcbRead);
+const char* openForSending(const char* path, ModemFile* file);
+const char* readSending(BYTE* bytes, DWORD count, DWORD* read);
 void closeSending();
 
 // ---- receiving
 
 // The local path for a file of the host, or what is wrong with its name.
-const char* pathFor(const char* pszFolder, const char* pszHostName, char (&szPath)[MAX_PATH]);
-bool isThere(const char* pszPath);
+const char* pathFor(const char* folder, const char* hostName, char (&path)[MAX_PATH]);
+bool isThere(const char* path);
 
 // The file has a name of its own until it is whole; then it takes its name and the time that the
 // host gave it. One that is there already is replaced if that is allowed.
-const char* beginReceiving(const char* pszPath);
-const char* writeReceiving(const BYTE* pb, DWORD cb);
-const char* keepReceived(const char* pszPath, DWORD dwTime, bool fReplace);
+const char* beginReceiving(const char* path);
+const char* writeReceiving(const BYTE* bytes, DWORD count);
+const char* keepReceived(const char* path, DWORD time, bool replace);
 void dropReceived();
 
 #endif

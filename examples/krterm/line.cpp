@@ -12,132 +12,132 @@ constexpr DWORD KEPT_MOST = 1 << 20;
 
 struct Line {
     SOCKET socket;
-    const LineEvents* pEvents;
-    BYTE* pbKept;
-    DWORD cbKept;
-    bool fOpen;
+    const LineEvents* events;
+    BYTE* kept;
+    DWORD keptSize;
+    bool open;
 };
 
-Line s_line = {INVALID_SOCKET, nullptr, nullptr, 0, false};
+Line connection = {INVALID_SOCKET, nullptr, nullptr, 0, false};
 
-bool readAddress(const char* pszAddress, sockaddr_in* pAddress)
+bool readAddress(const char* address, sockaddr_in* result)
 {
-    char szHost[256];
-    lstrcpynA(szHost, pszAddress, sizeof szHost);
-    char* pchColon = strchr(szHost, ':');
-    int nPort = pchColon != nullptr ? atoi(pchColon + 1) : TELNET_PORT;
-    if (pchColon != nullptr) {
-        *pchColon = '\0';
+    char host[256];
+    lstrcpynA(host, address, sizeof host);
+    char* colon = strchr(host, ':');
+    int port = colon != nullptr ? atoi(colon + 1) : TELNET_PORT;
+    if (colon != nullptr) {
+        *colon = '\0';
     }
-    *pAddress = {};
-    pAddress->sin_family = AF_INET;
-    pAddress->sin_port = htons(WORD(nPort));
-    pAddress->sin_addr.s_addr = inet_addr(szHost);
-    if (pAddress->sin_addr.s_addr == INADDR_NONE) {
-        const hostent* pHost = gethostbyname(szHost);
-        if (pHost == nullptr) {
+    *result = {};
+    result->sin_family = AF_INET;
+    result->sin_port = htons(WORD(port));
+    result->sin_addr.s_addr = inet_addr(host);
+    if (result->sin_addr.s_addr == INADDR_NONE) {
+        const hostent* entry = gethostbyname(host);
+        if (entry == nullptr) {
             return false;
         }
-        memcpy(&pAddress->sin_addr, pHost->h_addr_list[0], sizeof pAddress->sin_addr);
+        memcpy(&result->sin_addr, entry->h_addr_list[0], sizeof result->sin_addr);
     }
-    return nPort > 0 && nPort < 65536;
+    return port > 0 && port < 65536;
 }
 
-bool connectLine(HWND hwnd, UINT uMessage, const sockaddr_in* pAddress)
+bool connectLine(HWND hwnd, UINT message, const sockaddr_in* result)
 {
     constexpr int ON = 1;
-    s_line.socket = socket(AF_INET, SOCK_STREAM, 0);
-    if (s_line.socket == INVALID_SOCKET ||
-        WSAAsyncSelect(s_line.socket, hwnd, uMessage, FD_CONNECT | FD_READ | FD_WRITE | FD_CLOSE) !=
-            0) {
+    connection.socket = socket(AF_INET, SOCK_STREAM, 0);
+    if (connection.socket == INVALID_SOCKET ||
+        WSAAsyncSelect(connection.socket, hwnd, message,
+                       FD_CONNECT | FD_READ | FD_WRITE | FD_CLOSE) != 0) {
         return false;
     }
     // A block and its answer are small and wait for each other.
-    setsockopt(s_line.socket, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&ON),
+    setsockopt(connection.socket, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&ON),
                sizeof ON);
-    return connect(s_line.socket, reinterpret_cast<const sockaddr*>(pAddress), sizeof *pAddress) ==
+    return connect(connection.socket, reinterpret_cast<const sockaddr*>(result), sizeof *result) ==
                0 ||
            WSAGetLastError() == WSAEWOULDBLOCK;
 }
 
-void endLine(const char* pszWhy)
+void endLine(const char* why)
 {
-    const LineEvents* pEvents = s_line.pEvents;
+    const LineEvents* events = connection.events;
     closeLine();
-    pEvents->pfnClosed(pszWhy);
+    events->closed(why);
 }
 
-DWORD sendSome(const BYTE* pb, DWORD cb)
+DWORD sendSome(const BYTE* bytes, DWORD count)
 {
-    DWORD cbSent = 0;
-    while (cbSent < cb) {
-        int n =
-            send(s_line.socket, reinterpret_cast<const char*>(pb) + cbSent, int(cb - cbSent), 0);
+    DWORD sent = 0;
+    while (sent < count) {
+        int n = send(connection.socket, reinterpret_cast<const char*>(bytes) + sent,
+                     int(count - sent), 0);
         if (n <= 0) {
             break;
         }
-        cbSent += DWORD(n);
+        sent += DWORD(n);
     }
-    return cbSent;
+    return sent;
 }
 
 void sendKept()
 {
-    DWORD cbSent = sendSome(s_line.pbKept, s_line.cbKept);
-    s_line.cbKept -= cbSent;
-    memmove(s_line.pbKept, s_line.pbKept + cbSent, s_line.cbKept);
+    DWORD sent = sendSome(connection.kept, connection.keptSize);
+    connection.keptSize -= sent;
+    memmove(connection.kept, connection.kept + sent, connection.keptSize);
 }
 
 // Returns false if there was nothing.
 bool receive()
 {
-    static BYTE s_ab[READ_SIZE];
-    int cb = recv(s_line.socket, reinterpret_cast<char*>(s_ab), sizeof s_ab, 0);
-    if (cb > 0) {
-        s_line.pEvents->pfnReceived(s_ab, DWORD(cb));
+    static BYTE buffer[READ_SIZE];
+    int count = recv(connection.socket, reinterpret_cast<char*>(buffer), sizeof buffer, 0);
+    if (count > 0) {
+        connection.events->received(buffer, DWORD(count));
     }
-    return cb > 0;
+    return count > 0;
 }
 
 void onClosed()
 {
     while (receive()) {
     }
-    if (s_line.socket != INVALID_SOCKET) {
+    if (connection.socket != INVALID_SOCKET) {
         endLine("The host has closed the connection.");
     }
 }
 
-void onConnected(int nError)
+void onConnected(int error)
 {
-    if (nError != 0) {
+    if (error != 0) {
         endLine("The host doesn't answer.");
         return;
     }
-    s_line.fOpen = true;
-    s_line.pEvents->pfnOpened();
+    connection.open = true;
+    connection.events->opened();
 }
 
 } // namespace
 
-bool openLine(HWND hwnd, UINT uMessage, const char* pszAddress, const LineEvents* pEvents,
-              const char** ppszWhy)
+bool openLine(HWND hwnd, UINT message, const char* address, const LineEvents* events,
+              const char** why)
 {
     WSADATA data;
-    sockaddr_in address;
+    sockaddr_in hostAddress;
     closeLine();
-    s_line.pEvents = pEvents;
-    *ppszWhy = "There is no network.";
+    connection.events = events;
+    *why = "There is no network.";
     if (WSAStartup(MAKEWORD(1, 1), &data) != 0) {
         return false;
     }
-    *ppszWhy = "The host isn't known.";
-    if (!readAddress(pszAddress, &address)) {
+    *why = "The host isn't known.";
+    if (!readAddress(address, &hostAddress)) {
         return false;
     }
-    *ppszWhy = "There is no way to the host.";
-    s_line.pbKept = static_cast<BYTE*>(malloc(KEPT_MOST));
-    if (s_line.pbKept != nullptr && connectLine(hwnd, uMessage, &address)) {
+    *why = "There is no way to the host.";
+    connection.kept = static_cast<BYTE*>(malloc(KEPT_MOST));
+    if (connection.kept != nullptr && connectLine(hwnd, message, &hostAddress)) {
         return true;
     }
     closeLine();
@@ -146,43 +146,43 @@ bool openLine(HWND hwnd, UINT uMessage, const char* pszAddress, const LineEvents
 
 void closeLine()
 {
-    if (s_line.socket != INVALID_SOCKET) {
-        closesocket(s_line.socket);
+    if (connection.socket != INVALID_SOCKET) {
+        closesocket(connection.socket);
     }
-    free(s_line.pbKept);
-    s_line.socket = INVALID_SOCKET;
-    s_line.pbKept = nullptr;
-    s_line.cbKept = 0;
-    s_line.fOpen = false;
+    free(connection.kept);
+    connection.socket = INVALID_SOCKET;
+    connection.kept = nullptr;
+    connection.keptSize = 0;
+    connection.open = false;
 }
 
 bool isLineOpen()
 {
-    return s_line.fOpen;
+    return connection.open;
 }
 
-void putLine(const BYTE* pb, DWORD cb)
+void putLine(const BYTE* bytes, DWORD count)
 {
-    if (!s_line.fOpen) {
+    if (!connection.open) {
         return;
     }
-    DWORD cbSent = s_line.cbKept == 0 ? sendSome(pb, cb) : 0;
-    DWORD cbRest = cb - cbSent;
-    if (cbRest > KEPT_MOST - s_line.cbKept) {
-        cbRest = KEPT_MOST - s_line.cbKept;
+    DWORD sent = connection.keptSize == 0 ? sendSome(bytes, count) : 0;
+    DWORD rest = count - sent;
+    if (rest > KEPT_MOST - connection.keptSize) {
+        rest = KEPT_MOST - connection.keptSize;
     }
-    memcpy(s_line.pbKept + s_line.cbKept, pb + cbSent, cbRest);
-    s_line.cbKept += cbRest;
+    memcpy(connection.kept + connection.keptSize, bytes + sent, rest);
+    connection.keptSize += rest;
 }
 
 DWORD waitingInLine()
 {
-    return s_line.cbKept;
+    return connection.keptSize;
 }
 
 void onLineMessage(WPARAM wParam, LPARAM lParam)
 {
-    if (wParam != s_line.socket) {
+    if (wParam != connection.socket) {
         return; // of an earlier connection
     }
     switch (WSAGETSELECTEVENT(lParam)) {

@@ -7,21 +7,21 @@
 
 // What the line tells.
 struct LineEvents {
-    void (*pfnOpened)();
-    void (*pfnReceived)(BYTE* pb, DWORD cb);
-    void (*pfnClosed)(const char* pszWhy);
+    void (*opened)();
+    void (*received)(BYTE* bytes, DWORD count);
+    void (*closed)(const char* why);
 };
 
-// Begins to connect to "host[:port]"; uMessage is a free message of the window. Returns false,
+// Begins to connect to "host[:port]"; message is a free message of the window. Returns false,
 // with the reason, if that can't be.
-bool openLine(HWND hwnd, UINT uMessage, const char* pszAddress, const LineEvents* pEvents,
-              const char** ppszWhy);
+bool openLine(HWND hwnd, UINT message, const char* address, const LineEvents* events,
+              const char** why);
 
 void closeLine();
 bool isLineOpen();
 
 // Sends what the host takes and keeps the rest until it takes more.
-void putLine(const BYTE* pb, DWORD cb);
+void putLine(const BYTE* bytes, DWORD count);
 
 // How much is kept.
 DWORD waitingInLine();

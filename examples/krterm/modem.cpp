@@ -18,162 +18,161 @@ void ignoreSilence(Modem*)
 
 constexpr ModemState OVER = {ignoreByte, ignoreSilence, INFINITE, false};
 
-WORD crcOf(const BYTE* pb, DWORD cb)
+WORD crcOf(const BYTE* bytes, DWORD count)
 {
-    unsigned uCrc = 0;
-    for (DWORD n = 0; n < cb; ++n) {
-        uCrc = ((uCrc >> 8) | (uCrc << 8)) & 0xFFFF;
-        uCrc ^= pb[n];
-        uCrc ^= (uCrc & 0xFF) >> 4;
-        uCrc ^= (uCrc << 12) & 0xFFFF;
-        uCrc ^= (uCrc & 0xFF) << 5;
+    unsigned crc = 0;
+    for (DWORD n = 0; n < count; ++n) {
+        crc = ((crc >> 8) | (crc << 8)) & 0xFFFF;
+        crc ^= bytes[n];
+        crc ^= (crc & 0xFF) >> 4;
+        crc ^= (crc << 12) & 0xFFFF;
+        crc ^= (crc & 0xFF) << 5;
     }
-    return WORD(uCrc);
+    return WORD(crc);
 }
 
 } // namespace
 
-void enterState(Modem* pModem, const ModemState* pState)
+void enterState(Modem* modem, const ModemState* state)
 {
-    pModem->pState = pState;
-    pModem->dwSince = pModem->dwNow;
-    pModem->dwPatience = pState->dwPatience;
-    if (pModem->fCancel && pModem->dwPatience > CANCEL_MS) {
-        pModem->dwPatience = CANCEL_MS;
+    modem->state = state;
+    modem->since = modem->now;
+    modem->patience = state->patience;
+    if (modem->cancelled && modem->patience > CANCEL_MS) {
+        modem->patience = CANCEL_MS;
     }
-    pModem->cCancels = 0;
+    modem->cancels = 0;
 }
 
-void putByte(Modem* pModem, BYTE b)
+void putByte(Modem* modem, BYTE byte)
 {
-    pModem->pWork->pfnPut(pModem->pContext, &b, 1);
+    modem->work->put(modem->context, &byte, 1);
 }
 
-void say(Modem* pModem, const char* pszWhat)
+void say(Modem* modem, const char* what)
 {
-    char szText[MODEM_STATUS + 32];
-    wsprintfA(szText, "Block %u: ", pModem->bNumber);
-    lstrcpynA(szText + lstrlenA(szText), pszWhat, MODEM_STATUS);
-    lstrcpynA(pModem->szStatus, szText, MODEM_STATUS);
+    char text[MODEM_STATUS + 32];
+    wsprintfA(text, "Block %u: ", modem->number);
+    lstrcpynA(text + lstrlenA(text), what, MODEM_STATUS);
+    lstrcpynA(modem->status, text, MODEM_STATUS);
 }
 
-bool noteError(Modem* pModem, const char* pszWhat)
+bool noteError(Modem* modem, const char* what)
 {
-    ++pModem->cErrors;
-    say(pModem, pszWhat);
-    if (++pModem->cFaults < MAX_FAULTS) {
+    ++modem->errors;
+    say(modem, what);
+    if (++modem->faults < MAX_FAULTS) {
         return true;
     }
-    endModem(pModem, RESULT_FAILED, "Given up: too many errors in a row", true);
+    endModem(modem, RESULT_FAILED, "Given up: too many errors in a row", true);
     return false;
 }
 
-void endModem(Modem* pModem, ModemResult nResult, const char* pszStatus, bool fTellHost)
+void endModem(Modem* modem, ModemResult result, const char* status, bool tellHost)
 {
-    if (pModem->nResult != RESULT_RUNNING) {
+    if (modem->result != RESULT_RUNNING) {
         return;
     }
-    pModem->nResult = nResult;
-    if (pszStatus != nullptr) {
-        lstrcpynA(pModem->szStatus, pszStatus, MODEM_STATUS);
+    modem->result = result;
+    if (status != nullptr) {
+        lstrcpynA(modem->status, status, MODEM_STATUS);
     }
-    enterState(pModem, &OVER);
-    if (fTellHost) {
-        pModem->pWork->pfnPut(pModem->pContext, CANCEL, sizeof CANCEL);
+    enterState(modem, &OVER);
+    if (tellHost) {
+        modem->work->put(modem->context, CANCEL, sizeof CANCEL);
     }
-    endFile(pModem, END_BROKEN);
+    endFile(modem, END_BROKEN);
 }
 
-bool isHostCancel(Modem* pModem, BYTE b)
+bool isHostCancel(Modem* modem, BYTE byte)
 {
-    pModem->cCancels = b == CAN ? pModem->cCancels + 1 : 0;
-    if (pModem->cCancels < 2) {
+    modem->cancels = byte == CAN ? modem->cancels + 1 : 0;
+    if (modem->cancels < 2) {
         return false;
     }
-    endModem(pModem, RESULT_CANCELLED, "Cancelled by the host", false);
+    endModem(modem, RESULT_CANCELLED, "Cancelled by the host", false);
     return true;
 }
 
-DWORD checkOf(const Modem* pModem, const BYTE* pb, DWORD cb, BYTE* pbCheck)
+DWORD checkOf(const Modem* modem, const BYTE* bytes, DWORD count, BYTE* check)
 {
-    if (pModem->fCrc) {
-        WORD wCrc = crcOf(pb, cb);
-        pbCheck[0] = HIBYTE(wCrc);
-        pbCheck[1] = LOBYTE(wCrc);
+    if (modem->withCrc) {
+        WORD crc = crcOf(bytes, count);
+        check[0] = HIBYTE(crc);
+        check[1] = LOBYTE(crc);
         return 2;
     }
-    pbCheck[0] = 0;
-    for (DWORD n = 0; n < cb; ++n) {
-        pbCheck[0] = BYTE(pbCheck[0] + pb[n]);
+    check[0] = 0;
+    for (DWORD n = 0; n < count; ++n) {
+        check[0] = BYTE(check[0] + bytes[n]);
     }
     return 1;
 }
 
-void endFile(Modem* pModem, ModemEnd nEnd)
+void endFile(Modem* modem, ModemEnd how)
 {
-    if (!pModem->fFile) {
+    if (!modem->fileOpen) {
         return;
     }
-    pModem->fFile = false;
-    const char* pszProblem = pModem->pWork->pfnEnd(pModem->pContext, &pModem->file, nEnd);
-    if (pszProblem != nullptr) {
-        ++pModem->cErrors;
-        lstrcpynA(pModem->szStatus, pszProblem, MODEM_STATUS);
-    } else if (nEnd == END_WHOLE) {
-        ++pModem->cFiles;
+    modem->fileOpen = false;
+    const char* problem = modem->work->end(modem->context, &modem->file, how);
+    if (problem != nullptr) {
+        lstrcpynA(modem->status, problem, MODEM_STATUS);
+    } else if (how == END_WHOLE) {
+        ++modem->fileCount;
     }
 }
 
-DWORD feedModem(Modem* pModem, const BYTE* pb, DWORD cb, DWORD dwNow)
+DWORD feedModem(Modem* modem, const BYTE* bytes, DWORD count, DWORD now)
 {
     DWORD n = 0;
-    pModem->dwNow = dwNow;
-    pModem->fDiscard = false;
-    while (n < cb && pModem->nResult == RESULT_RUNNING) {
-        DWORD cbWanted = pModem->cbBlock - pModem->cbHave;
-        if (pModem->fDiscard) {
-            isHostCancel(pModem, pb[n++]);
-        } else if (cbWanted > 1) {
+    modem->now = now;
+    modem->discard = false;
+    while (n < count && modem->result == RESULT_RUNNING) {
+        DWORD wanted = modem->blockSize - modem->blockHave;
+        if (modem->discard) {
+            isHostCancel(modem, bytes[n++]);
+        } else if (wanted > 1) {
             // All but the last byte of a block, which its state takes.
-            cbWanted = cbWanted - 1 < cb - n ? cbWanted - 1 : cb - n;
-            memcpy(pModem->abBlock + pModem->cbHave, pb + n, cbWanted);
-            pModem->cbHave += cbWanted;
-            pModem->dwSince = dwNow;
-            n += cbWanted;
+            wanted = wanted - 1 < count - n ? wanted - 1 : count - n;
+            memcpy(modem->block + modem->blockHave, bytes + n, wanted);
+            modem->blockHave += wanted;
+            modem->since = now;
+            n += wanted;
         } else {
-            pModem->pState->pfnByte(pModem, pb[n++]);
+            modem->state->onByte(modem, bytes[n++]);
         }
     }
     return n;
 }
 
-void tickModem(Modem* pModem, DWORD dwNow)
+void tickModem(Modem* modem, DWORD now)
 {
-    pModem->dwNow = dwNow;
-    if (dwNow - pModem->dwSince >= pModem->dwPatience) {
-        pModem->dwSince = dwNow;
-        pModem->pState->pfnSilence(pModem);
+    modem->now = now;
+    if (now - modem->since >= modem->patience) {
+        modem->since = now;
+        modem->state->onSilence(modem);
     }
 }
 
-void cancelModem(Modem* pModem, DWORD dwNow)
+void cancelModem(Modem* modem, DWORD now)
 {
-    pModem->dwNow = dwNow;
-    if (pModem->pState->fListening || pModem->fCancel) {
-        abortModem(pModem);
+    modem->now = now;
+    if (modem->state->listening || modem->cancelled) {
+        abortModem(modem);
         return;
     }
-    pModem->fCancel = true;
-    pModem->dwSince = dwNow;
-    pModem->dwPatience = CANCEL_MS;
+    modem->cancelled = true;
+    modem->since = now;
+    modem->patience = CANCEL_MS;
 }
 
-void abortModem(Modem* pModem)
+void abortModem(Modem* modem)
 {
-    endModem(pModem, RESULT_CANCELLED, "Cancelled", true);
+    endModem(modem, RESULT_CANCELLED, "Cancelled", true);
 }
 
-void skipFile(Modem* pModem)
+void skipFile(Modem* modem)
 {
-    pModem->fSkip = pModem->fFile;
+    modem->skip = modem->fileOpen;
 }

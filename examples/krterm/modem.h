@@ -12,10 +12,10 @@ constexpr size_t MODEM_STATUS = 80;
 
 // What YMODEM tells of a file.
 struct ModemFile {
-    char szName[MODEM_BLOCK + 1]; // as the other side has it
-    DWORD cbSize;
-    DWORD dwTime; // seconds since 1970, 0 if it isn't known
-    bool fSized;  // false: the size isn't known
+    char name[MODEM_BLOCK + 1]; // as the other side has it
+    DWORD size;
+    DWORD time; // seconds since 1970, 0 if it isn't known
+    bool sized; // false: the size isn't known
 };
 
 enum ModemAnswer {
@@ -29,79 +29,80 @@ enum ModemEnd { END_WHOLE, END_DROPPED, END_BROKEN };
 
 // Whom the machine works for. Texts that are returned say what went wrong, null means nothing.
 struct ModemWork {
-    void (*pfnPut)(void* pContext, const BYTE* pb, DWORD cb); // to the line
+    void (*put)(void* context, const BYTE* bytes, DWORD count); // to the line
     // Text of the host before the first block.
-    void (*pfnStray)(void* pContext, BYTE b);
+    void (*stray)(void* context, BYTE byte);
     // Sending: the next file, or false; and its bytes, fewer than asked for only at its end.
-    bool (*pfnNext)(void* pContext, ModemFile* pFile);
-    const char* (*pfnRead)(void* pContext, BYTE* pb, DWORD cb, DWORD* pcbRead);
+    bool (*next)(void* context, ModemFile* file);
+    const char* (*read)(void* context, BYTE* bytes, DWORD count, DWORD* read);
     // Receiving. XMODEM says nothing of the file.
-    ModemAnswer (*pfnBegin)(void* pContext, const ModemFile* pFile);
-    const char* (*pfnWrite)(void* pContext, const BYTE* pb, DWORD cb);
+    ModemAnswer (*begin)(void* context, const ModemFile* file);
+    const char* (*write)(void* context, const BYTE* bytes, DWORD count);
     // The end of each file that was begun.
-    const char* (*pfnEnd)(void* pContext, const ModemFile* pFile, ModemEnd nEnd);
+    const char* (*end)(void* context, const ModemFile* file, ModemEnd how);
 };
 
 struct Modem;
 
 struct ModemState {
-    void (*pfnByte)(Modem* pModem, BYTE b);
-    void (*pfnSilence)(Modem* pModem); // nothing has come for dwPatience
-    DWORD dwPatience;                  // milliseconds
-    bool fListening;                   // the host would hear a cancel at once
+    void (*onByte)(Modem* modem, BYTE byte);
+    void (*onSilence)(Modem* modem); // nothing has come for patience
+    DWORD patience;                  // milliseconds
+    bool listening;                  // the host would hear a cancel at once
 };
 
 enum ModemResult { RESULT_RUNNING, RESULT_DONE, RESULT_CANCELLED, RESULT_FAILED };
 
 struct Modem {
-    const ModemWork* pWork;
-    void* pContext;
-    ModemProtocol nProtocol;
-    const ModemState* pState;
-    DWORD dwNow, dwSince, dwBegun, dwPatience;
-    ModemResult nResult;
-    char szStatus[MODEM_STATUS]; // what happened last, or how it ended
-    DWORD cErrors, cRetries;     // of the whole transfer
-    DWORD cFaults;               // in a row
-    DWORD cbDone;                // of this file
-    DWORD cFiles;                // that have come or gone whole
+    const ModemWork* work;
+    void* context;
+    ModemProtocol protocol;
+    const ModemState* state;
+    DWORD now, since, begun, patience;
+    ModemResult result;
+    char status[MODEM_STATUS]; // what happened last, or how it ended
+    DWORD errors, retries;     // of the whole transfer
+    DWORD faults;              // in a row
+    DWORD done;                // of this file
+    DWORD fileCount;           // that have come or gone whole
     ModemFile file;
-    bool fFile, fDrop, fCancel, fSkip, fCrc;
-    bool fStarted; // the host speaks the protocol
-    bool fEnding;  // receiver: the host has told of the end of the file once
-    bool fDiscard; // the rest of what has just come is stale
-    BYTE bNumber;  // of the block that is due
-    BYTE bStart;   // sender: what the host may have begun with
-    DWORD cCancels;
-    BYTE abBlock[MODEM_BLOCK + 5];
-    DWORD cbBlock, cbHave; // whole size of the block, and what is there of it
-    DWORD cbData;          // sender: bytes of the file in the block
+    bool fileOpen, drop, cancelled, skip, withCrc;
+    bool started;   // the host speaks the protocol
+    bool ending;    // receiver: the host has told of the end of the file once
+    bool discard;   // the rest of what has just come is stale
+    BYTE number;    // of the block that is due
+    BYTE startByte; // sender: what the host may have begun with
+    DWORD cancels;
+    DWORD letters; // sender: that stand in the place of the last answer
+    BYTE block[MODEM_BLOCK + 5];
+    DWORD blockSize, blockHave; // whole size of the block, and what is there of it
+    DWORD dataSize;             // sender: bytes of the file in the block
 };
 
-void receiveByModem(Modem* pModem, ModemProtocol nProtocol, const ModemWork* pWork, void* pContext,
-                    DWORD dwNow);
-void sendByModem(Modem* pModem, ModemProtocol nProtocol, const ModemWork* pWork, void* pContext,
-                 DWORD dwNow);
+void receiveByModem(Modem* modem, ModemProtocol protocol, const ModemWork* work, void* context,
+                    DWORD now);
+void sendByModem(Modem* modem, ModemProtocol protocol, const ModemWork* work, void* context,
+                 DWORD now);
 
 // Bytes from the line. Returns how many of them belong to the transfer; the others are for
 // whatever comes behind it.
-DWORD feedModem(Modem* pModem, const BYTE* pb, DWORD cb, DWORD dwNow);
+DWORD feedModem(Modem* modem, const BYTE* bytes, DWORD count, DWORD now);
 
 // The time, some ten times a second.
-void tickModem(Modem* pModem, DWORD dwNow);
+void tickModem(Modem* modem, DWORD now);
 
-// The late answer of pfnBegin.
-void answerModem(Modem* pModem, ModemAnswer nAnswer, DWORD dwNow);
+// The late answer of begin.
+void answerModem(Modem* modem, ModemAnswer answer, DWORD now);
 
 // Ends the transfer at the next place where the host listens, mostly within a second; when
 // called again, at once.
-void cancelModem(Modem* pModem, DWORD dwNow);
+void cancelModem(Modem* modem, DWORD now);
 
 // The same at once, for a connection that is closed next.
-void abortModem(Modem* pModem);
+void abortModem(Modem* modem);
 
 // Goes on with the next file: a file that is sent ends early, one that is received isn't kept.
-void skipFile(Modem* pModem);
+void skipFile(Modem* modem);
 
 // ---- what both directions share
 
@@ -110,25 +111,25 @@ constexpr BYTE ASK_CRC = 'C';
 constexpr DWORD SMALL_BLOCK = 128;
 constexpr DWORD MAX_FAULTS = 10;
 
-void enterState(Modem* pModem, const ModemState* pState);
-void putByte(Modem* pModem, BYTE b);
+void enterState(Modem* modem, const ModemState* state);
+void putByte(Modem* modem, BYTE byte);
 
 // Notes what has happened, behind the number of the block that is due.
-void say(Modem* pModem, const char* pszWhat);
+void say(Modem* modem, const char* what);
 
 // Notes an error. Returns false if it was one too many and the transfer has ended.
-bool noteError(Modem* pModem, const char* pszWhat);
+bool noteError(Modem* modem, const char* what);
 
 // Ends the transfer, with a null status on what was said last, and tells the host unless it has
 // ended by itself.
-void endModem(Modem* pModem, ModemResult nResult, const char* pszStatus, bool fTellHost);
+void endModem(Modem* modem, ModemResult result, const char* status, bool tellHost);
 
 // Whether this is the second of the bytes with which the host cancels; the transfer has ended.
-bool isHostCancel(Modem* pModem, BYTE b);
+bool isHostCancel(Modem* modem, BYTE byte);
 
 // The check of a block's data: two bytes with a CRC, else one. Returns their number.
-DWORD checkOf(const Modem* pModem, const BYTE* pb, DWORD cb, BYTE* pbCheck);
+DWORD checkOf(const Modem* modem, const BYTE* bytes, DWORD count, BYTE* check);
 
-void endFile(Modem* pModem, ModemEnd nEnd);
+void endFile(Modem* modem, ModemEnd how);
 
 #endif

@@ -11,9 +11,9 @@ constexpr char SETTINGS[] = "KRTERM.INI";
 constexpr char SECTION[] = "Host commands";
 
 struct Protocol {
-    const char* pszName;
-    const char* pszSendCommand;
-    const char* pszReceiveCommand;
+    const char* name;
+    const char* sendCommand;
+    const char* receiveCommand;
 };
 
 // The programs of a usual host.
@@ -25,121 +25,120 @@ constexpr Protocol PROTOCOLS[MODEM_PROTOCOLS] = {
 };
 
 struct LineEnd {
-    const char* pszName;
-    const char* pszBytes;
+    const char* name;
+    const char* bytes;
 };
 
 constexpr LineEnd LINE_ENDS[] = {{"CR", "\r"}, {"LF", "\n"}, {"CR and LF", "\r\n"}, {"none", ""}};
 
-TransferOrder* s_pOrder;
+TransferOrder* order;
 
 bool isBatch()
 {
-    return s_pOrder->nProtocol == YMODEM;
+    return order->protocol == YMODEM;
 }
 
 // ---- commands are kept
 
-void keyOf(char (&szKey)[64])
+void keyOf(char (&key)[64])
 {
-    wsprintfA(szKey, "%s %s", s_pOrder->fSend ? "Send" : "Receive",
-              PROTOCOLS[s_pOrder->nProtocol].pszName);
+    wsprintfA(key, "%s %s", order->sending ? "Send" : "Receive", PROTOCOLS[order->protocol].name);
 }
 
 void loadCommand(HWND hdlg)
 {
-    char szKey[64];
-    char szCommand[CCH_COMMAND];
-    const Protocol* pProtocol = &PROTOCOLS[s_pOrder->nProtocol];
-    keyOf(szKey);
-    GetPrivateProfileStringA(
-        SECTION, szKey, s_pOrder->fSend ? pProtocol->pszSendCommand : pProtocol->pszReceiveCommand,
-        szCommand, sizeof szCommand, SETTINGS);
-    SetDlgItemTextA(hdlg, IDC_COMMAND, szCommand);
+    char key[64];
+    char command[CCH_COMMAND];
+    const Protocol* defaults = &PROTOCOLS[order->protocol];
+    keyOf(key);
+    GetPrivateProfileStringA(SECTION, key,
+                             order->sending ? defaults->sendCommand : defaults->receiveCommand,
+                             command, sizeof command, SETTINGS);
+    SetDlgItemTextA(hdlg, IDC_COMMAND, command);
 }
 
 void keepOrder()
 {
-    char szKey[64];
-    char szNumber[16];
-    keyOf(szKey);
-    WritePrivateProfileStringA(SECTION, szKey, s_pOrder->szCommand, SETTINGS);
-    wsprintfA(szNumber, "%d", s_pOrder->nLineEnd);
-    WritePrivateProfileStringA(SECTION, "Line end", szNumber, SETTINGS);
+    char key[64];
+    char number[16];
+    keyOf(key);
+    WritePrivateProfileStringA(SECTION, key, order->command, SETTINGS);
+    wsprintfA(number, "%d", order->lineEnd);
+    WritePrivateProfileStringA(SECTION, "Line end", number, SETTINGS);
 }
 
 // ---- files
 
 // A path alone, or a folder with the names behind it.
-void takeFiles(const char* pszzChosen)
+void takeFiles(const char* chosen)
 {
-    const char* pszName = pszzChosen + strlen(pszzChosen) + 1;
-    char* pchOut = s_pOrder->szzFiles;
-    char* pchEnd = pchOut + CCH_FILES - MAX_PATH - 2;
-    if (*pszName == '\0') {
-        lstrcpynA(pchOut, pszzChosen, MAX_PATH);
-        pchOut += strlen(pchOut) + 1;
+    const char* name = chosen + strlen(chosen) + 1;
+    char* out = order->files;
+    char* end = out + CCH_FILES - MAX_PATH - 2;
+    if (*name == '\0') {
+        lstrcpynA(out, chosen, MAX_PATH);
+        out += strlen(out) + 1;
     }
-    for (; *pszName != '\0' && pchOut < pchEnd; pszName += strlen(pszName) + 1) {
-        if (strlen(pszzChosen) + strlen(pszName) + 2 <= MAX_PATH) {
-            pchOut += wsprintfA(pchOut, "%s\\%s", pszzChosen, pszName) + 1;
+    for (; *name != '\0' && out < end; name += strlen(name) + 1) {
+        if (strlen(chosen) + strlen(name) + 2 <= MAX_PATH) {
+            out += wsprintfA(out, "%s\\%s", chosen, name) + 1;
         }
     }
-    *pchOut = '\0';
+    *out = '\0';
 }
 
 int countFiles()
 {
-    int c = 0;
-    for (const char* psz = s_pOrder->szzFiles; *psz != '\0'; psz += strlen(psz) + 1) {
-        ++c;
+    int count = 0;
+    for (const char* text = order->files; *text != '\0'; text += strlen(text) + 1) {
+        ++count;
     }
-    return c;
+    return count;
 }
 
 // What a shell of the host could take for more than a name doesn't get into a command.
 void proposeHostName(HWND hdlg)
 {
     constexpr char PLAIN[] = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._-+";
-    char szName[MAX_PATH];
-    lstrcpynA(szName, lastPart(s_pOrder->szzFiles), MAX_PATH);
-    for (char* pch = szName; *pch != '\0'; ++pch) {
-        if (strchr(PLAIN, *pch) == nullptr || (pch == szName && *pch == '-')) {
-            *pch = '_';
+    char name[MAX_PATH];
+    lstrcpynA(name, lastPart(order->files), MAX_PATH);
+    for (char* at = name; *at != '\0'; ++at) {
+        if (strchr(PLAIN, *at) == nullptr || (at == name && *at == '-')) {
+            *at = '_';
         }
     }
-    SetDlgItemTextA(hdlg, IDC_HOSTNAME, isBatch() ? "" : szName);
+    SetDlgItemTextA(hdlg, IDC_HOSTNAME, isBatch() ? "" : name);
 }
 
 void showFiles(HWND hdlg)
 {
-    char szText[MAX_PATH];
-    int c = countFiles();
-    wsprintfA(szText, "%d files", c);
-    SetDlgItemTextA(hdlg, IDC_LOCAL, c > 1 ? szText : s_pOrder->szzFiles);
+    char text[MAX_PATH];
+    int count = countFiles();
+    wsprintfA(text, "%d files", count);
+    SetDlgItemTextA(hdlg, IDC_LOCAL, count > 1 ? text : order->files);
     proposeHostName(hdlg);
 }
 
 void browse(HWND hdlg)
 {
-    static char s_szzChosen[CCH_FILES];
+    static char chosen[CCH_FILES];
     OPENFILENAMEA open = {};
-    memset(s_szzChosen, 0, sizeof s_szzChosen);
+    memset(chosen, 0, sizeof chosen);
     open.lStructSize = sizeof open;
     open.hwndOwner = hdlg;
     open.lpstrFilter = "All files\0*.*\0";
-    open.lpstrFile = s_szzChosen;
+    open.lpstrFile = chosen;
     open.nMaxFile = CCH_FILES - MAX_PATH;
     open.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_PATHMUSTEXIST;
-    if (!s_pOrder->fSend) {
+    if (!order->sending) {
         if (GetSaveFileNameA(&open)) {
-            SetDlgItemTextA(hdlg, IDC_LOCAL, s_szzChosen);
+            SetDlgItemTextA(hdlg, IDC_LOCAL, chosen);
         }
         return;
     }
     open.Flags |= OFN_FILEMUSTEXIST | (isBatch() ? DWORD(OFN_ALLOWMULTISELECT) : 0);
     if (GetOpenFileNameA(&open)) {
-        takeFiles(s_szzChosen);
+        takeFiles(chosen);
         showFiles(hdlg);
     }
 }
@@ -148,24 +147,23 @@ void browse(HWND hdlg)
 
 void onProtocol(HWND hdlg)
 {
-    s_pOrder->nProtocol =
-        ModemProtocol(SendDlgItemMessageA(hdlg, IDC_PROTOCOL, CB_GETCURSEL, 0, 0));
-    bool fFolder = !s_pOrder->fSend && isBatch();
+    order->protocol = ModemProtocol(SendDlgItemMessageA(hdlg, IDC_PROTOCOL, CB_GETCURSEL, 0, 0));
+    bool folder = !order->sending && isBatch();
     if (isBatch() || countFiles() > 1) {
-        s_pOrder->szzFiles[0] = '\0';
+        order->files[0] = '\0';
     }
     SetDlgItemTextA(hdlg, IDC_LOCALLABEL,
-                    fFolder                        ? "&Local folder:"
-                    : s_pOrder->fSend && isBatch() ? "&Local files:"
-                                                   : "&Local file:");
-    EnableWindow(GetDlgItem(hdlg, IDC_BROWSE), !fFolder);
-    EnableWindow(GetDlgItem(hdlg, IDC_HOSTNAME), !(s_pOrder->fSend && isBatch()));
+                    folder                        ? "&Local folder:"
+                    : order->sending && isBatch() ? "&Local files:"
+                                                  : "&Local file:");
+    EnableWindow(GetDlgItem(hdlg, IDC_BROWSE), !folder);
+    EnableWindow(GetDlgItem(hdlg, IDC_HOSTNAME), !(order->sending && isBatch()));
     loadCommand(hdlg);
-    if (fFolder) {
-        char szFolder[MAX_PATH];
-        GetCurrentDirectoryA(MAX_PATH, szFolder);
-        SetDlgItemTextA(hdlg, IDC_LOCAL, szFolder);
-    } else if (s_pOrder->fSend) {
+    if (folder) {
+        char folderName[MAX_PATH];
+        GetCurrentDirectoryA(MAX_PATH, folderName);
+        SetDlgItemTextA(hdlg, IDC_LOCAL, folderName);
+    } else if (order->sending) {
         showFiles(hdlg);
     }
 }
@@ -173,35 +171,35 @@ void onProtocol(HWND hdlg)
 void onInit(HWND hdlg)
 {
     for (const Protocol& protocol : PROTOCOLS) {
-        SendDlgItemMessageA(hdlg, IDC_PROTOCOL, CB_ADDSTRING, 0, LPARAM(protocol.pszName));
+        SendDlgItemMessageA(hdlg, IDC_PROTOCOL, CB_ADDSTRING, 0, LPARAM(protocol.name));
     }
     for (const LineEnd& end : LINE_ENDS) {
-        SendDlgItemMessageA(hdlg, IDC_LINEEND, CB_ADDSTRING, 0, LPARAM(end.pszName));
+        SendDlgItemMessageA(hdlg, IDC_LINEEND, CB_ADDSTRING, 0, LPARAM(end.name));
     }
-    UINT nLineEnd = GetPrivateProfileIntA(SECTION, "Line end", 0, SETTINGS);
+    UINT lineEnd = GetPrivateProfileIntA(SECTION, "Line end", 0, SETTINGS);
     SendDlgItemMessageA(hdlg, IDC_LINEEND, CB_SETCURSEL,
-                        nLineEnd < ARRAYSIZE(LINE_ENDS) ? nLineEnd : 0, 0);
+                        lineEnd < ARRAYSIZE(LINE_ENDS) ? lineEnd : 0, 0);
     SendDlgItemMessageA(hdlg, IDC_PROTOCOL, CB_SETCURSEL, YMODEM, 0);
-    SetWindowTextA(hdlg, s_pOrder->fSend ? "Send files" : "Receive files");
+    SetWindowTextA(hdlg, order->sending ? "Send files" : "Receive files");
     onProtocol(hdlg);
 }
 
 // Shows what is wrong and goes to where it is.
-bool refuse(HWND hdlg, int idControl, const char* pszText)
+bool refuse(HWND hdlg, int idControl, const char* text)
 {
-    MessageBoxA(hdlg, pszText, "KRTERM", MB_OK | MB_ICONEXCLAMATION);
+    MessageBoxA(hdlg, text, "KRTERM", MB_OK | MB_ICONEXCLAMATION);
     SetFocus(GetDlgItem(hdlg, idControl));
     return false;
 }
 
 bool isCommandValid(HWND hdlg)
 {
-    DWORD dwPosition;
-    if (fXferValidHCS(s_pOrder->szCommand, &dwPosition)) {
+    DWORD position;
+    if (fXferValidHCS(order->command, &position)) {
         return true;
     }
     refuse(hdlg, IDC_COMMAND, "An @ in the command needs one of H, L, D and @ behind it.");
-    SendDlgItemMessageA(hdlg, IDC_COMMAND, EM_SETSEL, dwPosition - 1, LPARAM(dwPosition + 1));
+    SendDlgItemMessageA(hdlg, IDC_COMMAND, EM_SETSEL, position - 1, LPARAM(position + 1));
     return false;
 }
 
@@ -209,37 +207,36 @@ bool isCommandValid(HWND hdlg)
 void takeTypedFile()
 {
     if (countFiles() <= 1) {
-        lstrcpynA(s_pOrder->szzFiles, s_pOrder->szLocal, MAX_PATH);
-        s_pOrder->szzFiles[strlen(s_pOrder->szzFiles) + 1] = '\0';
+        lstrcpynA(order->files, order->local, MAX_PATH);
+        order->files[strlen(order->files) + 1] = '\0';
     }
 }
 
 bool isLocalValid(HWND hdlg)
 {
-    DWORD dwAttributes =
-        GetFileAttributesA(s_pOrder->fSend ? s_pOrder->szzFiles : s_pOrder->szLocal);
-    bool fThere = dwAttributes != INVALID_FILE_ATTRIBUTES;
-    bool fFolder = fThere && (dwAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    if (s_pOrder->fSend) {
-        return (fThere && !fFolder) || refuse(hdlg, IDC_LOCAL, "Choose a file to send.");
+    DWORD attributes = GetFileAttributesA(order->sending ? order->files : order->local);
+    bool there = attributes != INVALID_FILE_ATTRIBUTES;
+    bool folder = there && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    if (order->sending) {
+        return (there && !folder) || refuse(hdlg, IDC_LOCAL, "Choose a file to send.");
     }
     if (isBatch()) {
-        return fFolder || refuse(hdlg, IDC_LOCAL, "There is no such folder.");
+        return folder || refuse(hdlg, IDC_LOCAL, "There is no such folder.");
     }
-    if (s_pOrder->szLocal[0] == '\0' || fFolder) {
+    if (order->local[0] == '\0' || folder) {
         return refuse(hdlg, IDC_LOCAL, "XMODEM doesn't tell a name: type one for the local file.");
     }
-    return !fThere || MessageBoxA(hdlg, "The file is there already. Overwrite it?", "KRTERM",
-                                  MB_YESNO | MB_ICONQUESTION) == IDYES;
+    return !there || MessageBoxA(hdlg, "The file is there already. Overwrite it?", "KRTERM",
+                                 MB_YESNO | MB_ICONQUESTION) == IDYES;
 }
 
 bool takeOrder(HWND hdlg)
 {
-    GetDlgItemTextA(hdlg, IDC_HOSTNAME, s_pOrder->szHostName, MAX_PATH);
-    GetDlgItemTextA(hdlg, IDC_LOCAL, s_pOrder->szLocal, MAX_PATH);
-    GetDlgItemTextA(hdlg, IDC_COMMAND, s_pOrder->szCommand, CCH_COMMAND);
-    s_pOrder->nLineEnd = int(SendDlgItemMessageA(hdlg, IDC_LINEEND, CB_GETCURSEL, 0, 0));
-    if (s_pOrder->fSend) {
+    GetDlgItemTextA(hdlg, IDC_HOSTNAME, order->hostName, MAX_PATH);
+    GetDlgItemTextA(hdlg, IDC_LOCAL, order->local, MAX_PATH);
+    GetDlgItemTextA(hdlg, IDC_COMMAND, order->command, CCH_COMMAND);
+    order->lineEnd = int(SendDlgItemMessageA(hdlg, IDC_LINEEND, CB_GETCURSEL, 0, 0));
+    if (order->sending) {
         takeTypedFile();
     }
     return isCommandValid(hdlg) && isLocalValid(hdlg);
@@ -260,62 +257,62 @@ void onCommand(HWND hdlg, WPARAM wParam)
     }
 }
 
-INT_PTR CALLBACK orderProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM)
+INT_PTR CALLBACK orderProc(HWND hdlg, UINT message, WPARAM wParam, LPARAM)
 {
-    if (uMessage == WM_INITDIALOG) {
+    if (message == WM_INITDIALOG) {
         onInit(hdlg);
         return TRUE;
     }
-    if (uMessage == WM_COMMAND) {
+    if (message == WM_COMMAND) {
         onCommand(hdlg, wParam);
         return TRUE;
     }
     return FALSE;
 }
 
-void (*s_pfnPut)(const BYTE* pb, DWORD cb);
+void (*putProc)(const BYTE* bytes, DWORD count);
 
-int KRHAULAPI putPiece(DWORD, const char* pchText, LONG cchText, DWORD*)
+int KRHAULAPI putPiece(DWORD, const char* text, LONG count, DWORD*)
 {
-    s_pfnPut(reinterpret_cast<const BYTE*>(pchText), DWORD(cchText));
+    putProc(reinterpret_cast<const BYTE*>(text), DWORD(count));
     return 0;
 }
 
 } // namespace
 
-bool askForOrder(HWND hwndOwner, bool fSend, TransferOrder* pOrder)
+bool askForOrder(HWND owner, bool sending, TransferOrder* order)
 {
-    *pOrder = {};
-    pOrder->fSend = fSend;
-    s_pOrder = pOrder;
-    return DialogBoxParamA(GetModuleHandleA(nullptr), "TRANSFER", hwndOwner, orderProc, 0) == 1;
+    *order = {};
+    order->sending = sending;
+    order = order;
+    return DialogBoxParamA(GetModuleHandleA(nullptr), "TRANSFER", owner, orderProc, 0) == 1;
 }
 
-void tellHost(const TransferOrder* pOrder, void (*pfnPut)(const BYTE* pb, DWORD cb))
+void tellHost(const TransferOrder* order, void (*put)(const BYTE* bytes, DWORD count))
 {
-    const char* pszEnd = LINE_ENDS[pOrder->nLineEnd].pszBytes;
-    const char* pszLocal = lastPart(pOrder->fSend ? pOrder->szzFiles : pOrder->szLocal);
-    if (pOrder->szCommand[0] == '\0') {
+    const char* lineEnd = LINE_ENDS[order->lineEnd].bytes;
+    const char* local = lastPart(order->sending ? order->files : order->local);
+    if (order->command[0] == '\0') {
         return;
     }
-    s_pfnPut = pfnPut;
-    nXferTranslateHCS(pOrder->szCommand, pOrder->szHostName, pszLocal, putPiece, 0);
-    if (pszEnd[0] != '\0') {
-        putPiece(0, pszEnd, LONG(strlen(pszEnd)), nullptr);
+    putProc = put;
+    nXferTranslateHCS(order->command, order->hostName, local, putPiece, 0);
+    if (lineEnd[0] != '\0') {
+        putPiece(0, lineEnd, LONG(strlen(lineEnd)), nullptr);
     }
 }
 
-const char* protocolName(ModemProtocol nProtocol)
+const char* protocolName(ModemProtocol protocol)
 {
-    return PROTOCOLS[nProtocol].pszName;
+    return PROTOCOLS[protocol].name;
 }
 
 // By characters: in some code pages one ends in the byte of a backslash.
-const char* lastPart(const char* pszPath)
+const char* lastPart(const char* path)
 {
-    const char* pszLast = pszPath;
-    for (const char* pch = pszPath; *pch != '\0'; pch = CharNextA(pch)) {
-        pszLast = *pch == '\\' || *pch == '/' || *pch == ':' ? pch + 1 : pszLast;
+    const char* last = path;
+    for (const char* at = path; *at != '\0'; at = CharNextA(at)) {
+        last = *at == '\\' || *at == '/' || *at == ':' ? at + 1 : last;
     }
-    return pszLast;
+    return last;
 }

@@ -8,22 +8,22 @@ constexpr int CCH_COMMAND = 128;
 constexpr DWORD CCH_FILES = 16384;
 
 struct TransferOrder {
-    bool fSend;
-    ModemProtocol nProtocol;
-    char szHostName[MAX_PATH];   // as the command names it
-    char szLocal[MAX_PATH];      // receiving: the file, or the folder for YMODEM
-    char szCommand[CCH_COMMAND]; // host command string; empty tells the host nothing
-    int nLineEnd;
-    char szzFiles[CCH_FILES]; // sending: full paths, each with its NUL, and one more behind them
+    bool sending;
+    ModemProtocol protocol;
+    char hostName[MAX_PATH];   // as the command names it
+    char local[MAX_PATH];      // receiving: the file, or the folder for YMODEM
+    char command[CCH_COMMAND]; // host command string; empty tells the host nothing
+    int lineEnd;
+    char files[CCH_FILES]; // sending: full paths, each with its NUL, and one more behind them
 };
 
 // Asks the user. The last command of each direction and protocol comes back next time.
-bool askForOrder(HWND hwndOwner, bool fSend, TransferOrder* pOrder);
+bool askForOrder(HWND owner, bool sending, TransferOrder* order);
 
 // Sends the command to the host.
-void tellHost(const TransferOrder* pOrder, void (*pfnPut)(const BYTE* pb, DWORD cb));
+void tellHost(const TransferOrder* order, void (*put)(const BYTE* bytes, DWORD count));
 
-const char* protocolName(ModemProtocol nProtocol);
-const char* lastPart(const char* pszPath);
+const char* protocolName(ModemProtocol protocol);
+const char* lastPart(const char* path);
 
 #endif

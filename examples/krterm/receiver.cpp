@@ -12,20 +12,22 @@ constexpr DWORD ASK_MS = 3000;
 constexpr DWORD HEADER_MS = 7000;
 constexpr DWORD BYTE_MS = 1000;
 constexpr DWORD PURGE_MS = 300;
-constexpr DWORD CRC_ASKS = 3; // then a host that knows only checksums is asked for them
+// The host's program is given time to start, or its shell would get the first word.
+constexpr DWORD FIRST_MS = 500;
+constexpr DWORD CRC_ASKS = 4; // then a host that knows only checksums is asked for them
 constexpr DWORD MAX_ASKS = 20;
 constexpr DWORD SURE_CANCELS = 5;
 
-void onAskByte(Modem* pModem, BYTE b);
-void onAskSilence(Modem* pModem);
-void onHeaderByte(Modem* pModem, BYTE b);
-void onHeaderSilence(Modem* pModem);
-void onBlockByte(Modem* pModem, BYTE b);
-void onBlockSilence(Modem* pModem);
-void onPurgeByte(Modem* pModem, BYTE b);
-void onPurgeSilence(Modem* pModem);
-void onUserByte(Modem* pModem, BYTE b);
-void onUserSilence(Modem* pModem);
+void onAskByte(Modem* modem, BYTE byte);
+void onAskSilence(Modem* modem);
+void onHeaderByte(Modem* modem, BYTE byte);
+void onHeaderSilence(Modem* modem);
+void onBlockByte(Modem* modem, BYTE byte);
+void onBlockSilence(Modem* modem);
+void onPurgeByte(Modem* modem, BYTE byte);
+void onPurgeSilence(Modem* modem);
+void onUserByte(Modem* modem, BYTE byte);
+void onUserSilence(Modem* modem);
 
 constexpr ModemState ASK = {onAskByte, onAskSilence, ASK_MS, true};
 // The host has begun: there may be a block on its way.
@@ -36,208 +38,210 @@ constexpr ModemState PURGE = {onPurgeByte, onPurgeSilence, PURGE_MS, false};
 constexpr ModemState USER = {onUserByte, onUserSilence, INFINITE, true};
 
 // The host listens now: what it gets to hear is the answer, or that the user wants no more.
-bool reply(Modem* pModem, BYTE b)
+bool reply(Modem* modem, BYTE byte)
 {
-    if (pModem->fCancel) {
-        abortModem(pModem);
+    if (modem->cancelled) {
+        abortModem(modem);
         return false;
     }
-    putByte(pModem, b);
+    putByte(modem, byte);
     return true;
 }
 
-void ask(Modem* pModem)
+void ask(Modem* modem)
 {
-    enterState(pModem, pModem->fStarted ? &ASK_MORE : &ASK);
-    putByte(pModem, pModem->fCrc ? ASK_CRC : NAK);
+    enterState(modem, modem->started ? &ASK_MORE : &ASK);
+    putByte(modem, modem->withCrc ? ASK_CRC : NAK);
 }
 
-void waitForHeader(Modem* pModem, BYTE bAnswer)
+void waitForHeader(Modem* modem, BYTE answer)
 {
-    if (reply(pModem, bAnswer)) {
-        enterState(pModem, &HEADER);
+    if (reply(modem, answer)) {
+        enterState(modem, &HEADER);
     }
 }
 
 // XMODEM has no word of the file, so it begins with its first block.
-bool beginUnnamed(Modem* pModem)
+bool beginUnnamed(Modem* modem)
 {
-    pModem->fFile = true;
-    if (pModem->pWork->pfnBegin(pModem->pContext, &pModem->file) == ANSWER_TAKE) {
+    modem->fileOpen = true;
+    if (modem->work->begin(modem->context, &modem->file) == ANSWER_TAKE) {
         return true;
     }
-    endModem(pModem, RESULT_FAILED, "The file can't be kept", true);
+    endModem(modem, RESULT_FAILED, "The file can't be kept", true);
     return false;
 }
 
-void startBlock(Modem* pModem, BYTE bKind)
+void startBlock(Modem* modem, BYTE kind)
 {
-    DWORD cbCheck = pModem->fCrc ? 2 : 1;
-    pModem->abBlock[0] = bKind;
-    pModem->cbHave = 1;
-    pModem->cbBlock = 3 + (bKind == STX ? MODEM_BLOCK : SMALL_BLOCK) + cbCheck;
-    pModem->fStarted = true;
-    enterState(pModem, &BLOCK);
+    DWORD checkSize = modem->withCrc ? 2 : 1;
+    modem->block[0] = kind;
+    modem->blockHave = 1;
+    modem->blockSize = 3 + (kind == STX ? MODEM_BLOCK : SMALL_BLOCK) + checkSize;
+    modem->started = true;
+    enterState(modem, &BLOCK);
 }
 
-void onEndOfFile(Modem* pModem);
+void onEndOfFile(Modem* modem);
 
 // Bytes that stand where a block begins. Returns false for one that begins nothing.
-bool takeFirstByte(Modem* pModem, BYTE b)
+bool takeFirstByte(Modem* modem, BYTE byte)
 {
-    if (isHostCancel(pModem, b) || b == CAN) {
+    if (isHostCancel(modem, byte) || byte == CAN) {
         return true;
     }
-    if (b == SOH || b == STX) {
-        startBlock(pModem, b);
+    if (byte == SOH || byte == STX) {
+        startBlock(modem, byte);
         return true;
     }
-    if (b == EOT && pModem->fStarted) {
-        onEndOfFile(pModem);
+    if (byte == EOT && modem->started) {
+        onEndOfFile(modem);
         return true;
     }
     return false;
 }
 
-void onAskByte(Modem* pModem, BYTE b)
+void onAskByte(Modem* modem, BYTE byte)
 {
     // An empty XMODEM file is nothing but its end.
-    if (b == EOT && !pModem->fStarted && pModem->nProtocol != YMODEM) {
-        pModem->fStarted = true;
+    if (byte == EOT && !modem->started && modem->protocol != YMODEM) {
+        modem->started = true;
     }
-    if (!takeFirstByte(pModem, b) && !pModem->fStarted) {
-        pModem->pWork->pfnStray(pModem->pContext, b);
+    if (!takeFirstByte(modem, byte) && !modem->started) {
+        modem->work->stray(modem->context, byte);
+        modem->since = modem->now;
     }
 }
 
-void onAskSilence(Modem* pModem)
+void onAskSilence(Modem* modem)
 {
-    if (pModem->fCancel) {
-        abortModem(pModem);
+    if (modem->cancelled) {
+        abortModem(modem);
         return;
     }
-    if (++pModem->cFaults >= MAX_ASKS) {
-        endModem(pModem, RESULT_FAILED, "Given up: the host doesn't begin", true);
+    if (++modem->faults >= MAX_ASKS) {
+        endModem(modem, RESULT_FAILED, "Given up: the host doesn't begin", true);
         return;
     }
-    if (pModem->nProtocol != YMODEM && pModem->cFaults == CRC_ASKS) {
-        pModem->fCrc = false;
+    if (modem->protocol != YMODEM && modem->faults == CRC_ASKS) {
+        modem->withCrc = false;
     }
-    ask(pModem);
+    ask(modem);
 }
 
-void onHeaderByte(Modem* pModem, BYTE b)
+void onHeaderByte(Modem* modem, BYTE byte)
 {
     // Noise: the block behind it is asked for again when nothing more comes.
-    if (!takeFirstByte(pModem, b)) {
-        enterState(pModem, &PURGE);
-        ++pModem->cErrors;
-        say(pModem, "noise before it");
+    if (!takeFirstByte(modem, byte)) {
+        enterState(modem, &PURGE);
+        ++modem->errors;
+        say(modem, "noise before it");
     }
 }
 
-void onHeaderSilence(Modem* pModem)
+void onHeaderSilence(Modem* modem)
 {
-    if (pModem->fCancel || noteError(pModem, "the host is silent")) {
-        ++pModem->cRetries;
-        waitForHeader(pModem, NAK);
+    if (modem->cancelled || noteError(modem, "the host is silent")) {
+        ++modem->retries;
+        waitForHeader(modem, NAK);
     }
 }
 
-void refuseBlock(Modem* pModem, const char* pszWhat)
+void refuseBlock(Modem* modem, const char* what)
 {
-    if (noteError(pModem, pszWhat)) {
-        pModem->cbBlock = pModem->cbHave = 0;
-        enterState(pModem, &PURGE);
+    if (noteError(modem, what)) {
+        modem->blockSize = modem->blockHave = 0;
+        enterState(modem, &PURGE);
     }
 }
 
 // A host that is interrupted cancels in the middle of a block.
-bool endsInCancels(const Modem* pModem)
+bool endsInCancels(const Modem* modem)
 {
-    DWORD cb = pModem->cbHave;
-    DWORD c = 0;
-    while (cb > 0 && pModem->abBlock[cb - 1] == '\b') {
-        --cb;
+    DWORD end = modem->blockHave;
+    DWORD cancels = 0;
+    while (end > 0 && modem->block[end - 1] == '\b') {
+        --end;
     }
-    for (; cb > c && pModem->abBlock[cb - c - 1] == CAN; ++c) {
+    while (end > cancels && modem->block[end - cancels - 1] == CAN) {
+        ++cancels;
     }
-    return c >= SURE_CANCELS;
+    return cancels >= SURE_CANCELS;
 }
 
-void onBlockSilence(Modem* pModem)
+void onBlockSilence(Modem* modem)
 {
-    if (endsInCancels(pModem)) {
-        endModem(pModem, RESULT_CANCELLED, "Cancelled by the host", false);
+    if (endsInCancels(modem)) {
+        endModem(modem, RESULT_CANCELLED, "Cancelled by the host", false);
         return;
     }
-    refuseBlock(pModem, "bytes are missing");
+    refuseBlock(modem, "bytes are missing");
 }
 
 // Two bytes among so many could be noise.
-void onPurgeByte(Modem* pModem, BYTE b)
+void onPurgeByte(Modem* modem, BYTE byte)
 {
-    pModem->dwSince = pModem->dwNow;
-    pModem->cCancels = b == CAN ? pModem->cCancels + 1 : 0;
-    if (pModem->cCancels == SURE_CANCELS) {
-        endModem(pModem, RESULT_CANCELLED, "Cancelled by the host", false);
+    modem->since = modem->now;
+    modem->cancels = byte == CAN ? modem->cancels + 1 : 0;
+    if (modem->cancels == SURE_CANCELS) {
+        endModem(modem, RESULT_CANCELLED, "Cancelled by the host", false);
     }
 }
 
-void onPurgeSilence(Modem* pModem)
+void onPurgeSilence(Modem* modem)
 {
-    ++pModem->cRetries;
-    waitForHeader(pModem, NAK);
+    ++modem->retries;
+    waitForHeader(modem, NAK);
 }
 
 // ---- the file that YMODEM tells of in block 0
 
-void readFileInfo(ModemFile* pFile, const char* pszBlock)
+void readFileInfo(ModemFile* file, const char* block)
 {
-    char* pchEnd;
-    *pFile = {};
-    lstrcpynA(pFile->szName, pszBlock, sizeof pFile->szName);
-    const char* pszRest = pszBlock + strlen(pszBlock) + 1;
-    pFile->cbSize = strtoul(pszRest, &pchEnd, 10);
-    pFile->fSized = pchEnd != pszRest;
-    pFile->dwTime = pFile->fSized ? strtoul(pchEnd, nullptr, 8) : 0;
+    char* end;
+    *file = {};
+    lstrcpynA(file->name, block, sizeof file->name);
+    const char* rest = block + strlen(block) + 1;
+    file->size = strtoul(rest, &end, 10);
+    file->sized = end != rest;
+    file->time = file->sized ? strtoul(end, nullptr, 8) : 0;
 }
 
-void beginData(Modem* pModem, ModemAnswer nAnswer)
+void beginData(Modem* modem, ModemAnswer answer)
 {
-    if (nAnswer == ANSWER_STOP) {
-        endModem(pModem, RESULT_FAILED, "The file can't be kept", true);
+    if (answer == ANSWER_STOP) {
+        endModem(modem, RESULT_FAILED, "The file can't be kept", true);
         return;
     }
-    pModem->fDrop = nAnswer != ANSWER_TAKE;
-    pModem->bNumber = 1;
-    pModem->cbDone = 0;
-    if (reply(pModem, ACK)) {
-        ask(pModem);
+    modem->drop = answer != ANSWER_TAKE;
+    modem->number = 1;
+    modem->done = 0;
+    if (reply(modem, ACK)) {
+        ask(modem);
     }
 }
 
-void takeFileInfo(Modem* pModem)
+void takeFileInfo(Modem* modem)
 {
-    char szBlock[MODEM_BLOCK + 2] = {}; // a name and what follows it end in any case
-    memcpy(szBlock, pModem->abBlock + 3, pModem->cbBlock - 5);
-    readFileInfo(&pModem->file, szBlock);
-    if (pModem->file.szName[0] == '\0') {
-        putByte(pModem, ACK);
-        endModem(pModem, RESULT_DONE, nullptr, false);
+    char block[MODEM_BLOCK + 2] = {}; // a name and what follows it end in any case
+    memcpy(block, modem->block + 3, modem->blockSize - 5);
+    readFileInfo(&modem->file, block);
+    if (modem->file.name[0] == '\0') {
+        putByte(modem, ACK);
+        endModem(modem, RESULT_DONE, nullptr, false);
         return;
     }
-    if (pModem->fCancel) {
-        abortModem(pModem);
+    if (modem->cancelled) {
+        abortModem(modem);
         return;
     }
-    pModem->fFile = true;
-    pModem->fSkip = false;
-    ModemAnswer nAnswer = pModem->pWork->pfnBegin(pModem->pContext, &pModem->file);
-    if (nAnswer == ANSWER_LATER) {
-        enterState(pModem, &USER);
+    modem->fileOpen = true;
+    modem->skip = false;
+    ModemAnswer answer = modem->work->begin(modem->context, &modem->file);
+    if (answer == ANSWER_LATER) {
+        enterState(modem, &USER);
     } else {
-        beginData(pModem, nAnswer);
+        beginData(modem, answer);
     }
 }
 
@@ -251,154 +255,155 @@ void onUserSilence(Modem*)
 
 // ---- blocks
 
-bool isIntact(const Modem* pModem)
+bool isIntact(const Modem* modem)
 {
-    BYTE abCheck[2];
-    DWORD cbData = pModem->cbBlock - 3 - (pModem->fCrc ? 2 : 1);
-    DWORD cbCheck = checkOf(pModem, pModem->abBlock + 3, cbData, abCheck);
-    return BYTE(~pModem->abBlock[2]) == pModem->abBlock[1] &&
-           memcmp(pModem->abBlock + 3 + cbData, abCheck, cbCheck) == 0;
+    BYTE check[2];
+    DWORD dataSize = modem->blockSize - 3 - (modem->withCrc ? 2 : 1);
+    DWORD checkSize = checkOf(modem, modem->block + 3, dataSize, check);
+    return BYTE(~modem->block[2]) == modem->block[1] &&
+           memcmp(modem->block + 3 + dataSize, check, checkSize) == 0;
 }
 
-const char* writeBlock(Modem* pModem)
+const char* writeBlock(Modem* modem)
 {
-    DWORD cb = pModem->cbBlock - 3 - (pModem->fCrc ? 2 : 1);
-    if (pModem->file.fSized && cb > pModem->file.cbSize - pModem->cbDone) {
-        cb = pModem->file.cbSize - pModem->cbDone;
+    DWORD count = modem->blockSize - 3 - (modem->withCrc ? 2 : 1);
+    if (modem->file.sized && count > modem->file.size - modem->done) {
+        count = modem->file.size - modem->done;
     }
-    pModem->cbDone += cb;
-    if (cb == 0 || pModem->fDrop || pModem->fSkip) {
+    modem->done += count;
+    if (count == 0 || modem->drop || modem->skip) {
         return nullptr;
     }
-    return pModem->pWork->pfnWrite(pModem->pContext, pModem->abBlock + 3, cb);
+    return modem->work->write(modem->context, modem->block + 3, count);
 }
 
-void takeData(Modem* pModem)
+void takeData(Modem* modem)
 {
-    if (!pModem->fFile && !beginUnnamed(pModem)) {
+    if (!modem->fileOpen && !beginUnnamed(modem)) {
         return;
     }
-    const char* pszProblem = writeBlock(pModem);
-    if (pszProblem != nullptr) {
-        endModem(pModem, RESULT_FAILED, pszProblem, true);
+    const char* problem = writeBlock(modem);
+    if (problem != nullptr) {
+        endModem(modem, RESULT_FAILED, problem, true);
         return;
     }
-    say(pModem, pModem->fSkip || pModem->fDrop ? "not kept" : "received");
-    pModem->fEnding = false;
-    ++pModem->bNumber;
-    waitForHeader(pModem, ACK);
+    say(modem, modem->skip || modem->drop ? "not kept" : "received");
+    modem->ending = false;
+    ++modem->number;
+    waitForHeader(modem, ACK);
 }
 
-void repeatAnswer(Modem* pModem, bool fFileInfo)
+void repeatAnswer(Modem* modem, bool isInfo)
 {
-    ++pModem->cErrors;
-    say(pModem, "the one before it came twice");
-    waitForHeader(pModem, ACK);
-    if (fFileInfo && pModem->nResult == RESULT_RUNNING) {
-        ask(pModem);
+    ++modem->errors;
+    say(modem, "the one before it came twice");
+    waitForHeader(modem, ACK);
+    if (isInfo && modem->result == RESULT_RUNNING) {
+        ask(modem);
     }
 }
 
-void onBlock(Modem* pModem)
+void onBlock(Modem* modem)
 {
-    BYTE bNumber = pModem->abBlock[1];
-    bool fFileInfo = pModem->nProtocol == YMODEM && !pModem->fFile;
-    bool fAgain = bNumber == BYTE(pModem->bNumber - 1) && pModem->fFile;
-    if (!isIntact(pModem)) {
-        refuseBlock(pModem, "damaged on the line");
+    BYTE number = modem->block[1];
+    bool isInfo = modem->protocol == YMODEM && !modem->fileOpen;
+    bool again = number == BYTE(modem->number - 1) && modem->fileOpen;
+    if (!isIntact(modem)) {
+        refuseBlock(modem, "damaged on the line");
         return;
     }
-    pModem->cFaults = 0;
-    if (fFileInfo && bNumber == 0) {
-        takeFileInfo(pModem);
-    } else if (!fFileInfo && bNumber == pModem->bNumber) {
-        takeData(pModem);
-    } else if (fAgain) {
-        repeatAnswer(pModem, pModem->cbDone == 0 && pModem->bNumber == 1);
+    modem->faults = 0;
+    if (isInfo && number == 0) {
+        takeFileInfo(modem);
+    } else if (!isInfo && number == modem->number) {
+        takeData(modem);
+    } else if (again) {
+        repeatAnswer(modem, modem->done == 0 && modem->number == 1);
     } else {
-        endModem(pModem, RESULT_FAILED, "Given up: a block out of order", true);
+        endModem(modem, RESULT_FAILED, "Given up: a block out of order", true);
     }
 }
 
-void onBlockByte(Modem* pModem, BYTE b)
+void onBlockByte(Modem* modem, BYTE byte)
 {
-    pModem->abBlock[pModem->cbHave++] = b;
-    if (pModem->cbHave < pModem->cbBlock) {
+    modem->block[modem->blockHave++] = byte;
+    if (modem->blockHave < modem->blockSize) {
         return;
     }
-    onBlock(pModem);
-    if (pModem->pState != &BLOCK) {
-        pModem->cbBlock = pModem->cbHave = 0;
+    onBlock(modem);
+    if (modem->state != &BLOCK) {
+        modem->blockSize = modem->blockHave = 0;
     }
 }
 
 // ---- the end of a file
 
-void finishFile(Modem* pModem)
+void finishFile(Modem* modem)
 {
-    if (!pModem->fFile && !beginUnnamed(pModem)) {
+    if (!modem->fileOpen && !beginUnnamed(modem)) {
         return; // an empty one, without a name
     }
-    if (pModem->file.fSized && pModem->cbDone < pModem->file.cbSize) {
-        ++pModem->cErrors;
-        say(pModem, "the file ended before its size");
-        endFile(pModem, END_BROKEN);
+    if (modem->file.sized && modem->done < modem->file.size) {
+        ++modem->errors;
+        say(modem, "the file ended before its size");
+        endFile(modem, END_BROKEN);
     } else {
-        endFile(pModem, pModem->fDrop || pModem->fSkip ? END_DROPPED : END_WHOLE);
+        endFile(modem, modem->drop || modem->skip ? END_DROPPED : END_WHOLE);
     }
 }
 
-void onSecondEnd(Modem* pModem)
+void onSecondEnd(Modem* modem)
 {
-    finishFile(pModem);
-    if (pModem->nResult != RESULT_RUNNING || !reply(pModem, ACK)) {
+    finishFile(modem);
+    if (modem->result != RESULT_RUNNING || !reply(modem, ACK)) {
         return;
     }
-    if (pModem->nProtocol != YMODEM) {
-        endModem(pModem, RESULT_DONE, nullptr, false);
+    if (modem->protocol != YMODEM) {
+        endModem(modem, RESULT_DONE, nullptr, false);
         return;
     }
-    pModem->bNumber = 0;
-    pModem->fEnding = false;
-    pModem->cFaults = 0;
-    ask(pModem);
+    modem->number = 0;
+    modem->ending = false;
+    modem->faults = 0;
+    ask(modem);
 }
 
 // The first one could be noise and is asked for again.
-void onEndOfFile(Modem* pModem)
+void onEndOfFile(Modem* modem)
 {
-    bool fEnded = pModem->nProtocol == YMODEM && !pModem->fFile;
-    if (fEnded) { // our answer was lost
-        putByte(pModem, ACK);
-        ask(pModem);
-    } else if (pModem->fEnding) {
-        onSecondEnd(pModem);
+    bool ended = modem->protocol == YMODEM && !modem->fileOpen;
+    if (ended) { // our answer was lost
+        putByte(modem, ACK);
+        ask(modem);
+    } else if (modem->ending) {
+        onSecondEnd(modem);
     } else {
-        pModem->fEnding = true;
-        waitForHeader(pModem, NAK);
+        modem->ending = true;
+        waitForHeader(modem, NAK);
     }
 }
 
 } // namespace
 
-void receiveByModem(Modem* pModem, ModemProtocol nProtocol, const ModemWork* pWork, void* pContext,
-                    DWORD dwNow)
+void receiveByModem(Modem* modem, ModemProtocol protocol, const ModemWork* work, void* context,
+                    DWORD now)
 {
-    *pModem = {};
-    pModem->pWork = pWork;
-    pModem->pContext = pContext;
-    pModem->nProtocol = nProtocol;
-    pModem->dwNow = pModem->dwBegun = dwNow;
-    pModem->fCrc = nProtocol != XMODEM_CHECKSUM;
-    pModem->bNumber = nProtocol == YMODEM ? 0 : 1;
-    lstrcpynA(pModem->szStatus, "Waiting for the host", MODEM_STATUS);
-    ask(pModem);
+    *modem = {};
+    modem->work = work;
+    modem->context = context;
+    modem->protocol = protocol;
+    modem->now = modem->begun = now;
+    modem->withCrc = protocol != XMODEM_CHECKSUM;
+    modem->number = protocol == YMODEM ? 0 : 1;
+    lstrcpynA(modem->status, "Waiting for the host", MODEM_STATUS);
+    enterState(modem, &ASK);
+    modem->patience = FIRST_MS;
 }
 
-void answerModem(Modem* pModem, ModemAnswer nAnswer, DWORD dwNow)
+void answerModem(Modem* modem, ModemAnswer answer, DWORD now)
 {
-    pModem->dwNow = dwNow;
-    if (pModem->pState == &USER) {
-        beginData(pModem, nAnswer);
+    modem->now = now;
+    if (modem->state == &USER) {
+        beginData(modem, answer);
     }
 }

@@ -7,56 +7,56 @@ namespace {
 constexpr int KEPT_LINES = 2000;
 
 struct KeptLine {
-    int cColumns;
-    VTermScreenCell* pCells;
+    int columns;
+    VTermScreenCell* cells;
 };
 
-VTerm* s_pTerm;
-VTermScreen* s_pScreen;
-const ScreenEvents* s_pEvents;
-KeptLine s_aKept[KEPT_LINES]; // a ring
-int s_nFirst;                 // number of the oldest line
-int s_cKept;
-VTermPos s_cursor;
-bool s_fCursorShown;
+VTerm* term;
+VTermScreen* screen;
+const ScreenEvents* events;
+KeptLine ring[KEPT_LINES]; // a ring
+int oldest;                // number of the oldest line
+int keptCount;
+VTermPos cursor;
+bool cursorShown;
 
-KeptLine* keptLine(int nLine)
+KeptLine* keptLine(int line)
 {
-    return &s_aKept[nLine % KEPT_LINES];
+    return &ring[line % KEPT_LINES];
 }
 
-void forgetLine(KeptLine* pLine)
+void forgetLine(KeptLine* kept)
 {
-    free(pLine->pCells);
-    *pLine = {};
+    free(kept->cells);
+    *kept = {};
 }
 
 // ---- what libvterm calls
 
-void onOutput(const char* pch, size_t cb, void*)
+void onOutput(const char* at, size_t count, void*)
 {
-    s_pEvents->pfnPut(reinterpret_cast<const BYTE*>(pch), DWORD(cb));
+    events->put(reinterpret_cast<const BYTE*>(at), DWORD(count));
 }
 
 int onDamage(VTermRect rect, void*)
 {
-    s_pEvents->pfnChanged(rect.start_row, rect.end_row);
+    events->changed(rect.start_row, rect.end_row);
     return 1;
 }
 
 int onMoveCursor(VTermPos pos, VTermPos old, int, void*)
 {
-    s_cursor = pos;
-    s_pEvents->pfnChanged(old.row, old.row + 1);
-    s_pEvents->pfnChanged(pos.row, pos.row + 1);
+    cursor = pos;
+    events->changed(old.row, old.row + 1);
+    events->changed(pos.row, pos.row + 1);
     return 1;
 }
 
-int onProperty(VTermProp nProperty, VTermValue* pValue, void*)
+int onProperty(VTermProp property, VTermValue* value, void*)
 {
-    if (nProperty == VTERM_PROP_CURSORVISIBLE) {
-        s_fCursorShown = pValue->boolean != 0;
-        s_pEvents->pfnChanged(s_cursor.row, s_cursor.row + 1);
+    if (property == VTERM_PROP_CURSORVISIBLE) {
+        cursorShown = value->boolean != 0;
+        events->changed(cursor.row, cursor.row + 1);
     }
     return 1;
 }
@@ -67,44 +67,43 @@ int onBell(void*)
     return 1;
 }
 
-int onPushLine(int cColumns, const VTermScreenCell* pCells, void*)
+int onPushLine(int columns, const VTermScreenCell* cells, void*)
 {
-    if (s_cKept == KEPT_LINES) {
-        forgetLine(keptLine(s_nFirst));
-        ++s_nFirst;
-        --s_cKept;
+    if (keptCount == KEPT_LINES) {
+        forgetLine(keptLine(oldest));
+        ++oldest;
+        --keptCount;
     }
-    KeptLine* pLine = keptLine(s_nFirst + s_cKept);
-    size_t cb = size_t(cColumns) * sizeof *pCells;
-    pLine->pCells = static_cast<VTermScreenCell*>(malloc(cb));
-    pLine->cColumns = pLine->pCells != nullptr ? cColumns : 0;
-    if (pLine->pCells != nullptr) {
-        memcpy(pLine->pCells, pCells, cb);
+    KeptLine* kept = keptLine(oldest + keptCount);
+    size_t count = size_t(columns) * sizeof *cells;
+    kept->cells = static_cast<VTermScreenCell*>(malloc(count));
+    kept->columns = kept->cells != nullptr ? columns : 0;
+    if (kept->cells != nullptr) {
+        memcpy(kept->cells, cells, count);
     }
-    ++s_cKept;
-    s_pEvents->pfnMoved();
+    ++keptCount;
+    events->moved();
     return 1;
 }
 
-int onPopLine(int cColumns, VTermScreenCell* pCells, void*)
+int onPopLine(int columns, VTermScreenCell* cells, void*)
 {
-    if (s_cKept == 0) {
+    if (keptCount == 0) {
         return 0;
     }
-    KeptLine* pLine = keptLine(s_nFirst + s_cKept - 1);
-    for (int n = 0; n < cColumns; ++n) {
-        if (n < pLine->cColumns) {
-            pCells[n] = pLine->pCells[n];
+    KeptLine* kept = keptLine(oldest + keptCount - 1);
+    for (int n = 0; n < columns; ++n) {
+        if (n < kept->columns) {
+            cells[n] = kept->cells[n];
         } else {
-            pCells[n] = {};
-            pCells[n].width = 1;
-            vterm_state_get_default_colors(vterm_obtain_state(s_pTerm), &pCells[n].fg,
-                                           &pCells[n].bg);
+            cells[n] = {};
+            cells[n].width = 1;
+            vterm_state_get_default_colors(vterm_obtain_state(term), &cells[n].fg, &cells[n].bg);
         }
     }
-    forgetLine(pLine);
-    --s_cKept;
-    s_pEvents->pfnMoved();
+    forgetLine(kept);
+    --keptCount;
+    events->moved();
     return 1;
 }
 
@@ -121,21 +120,21 @@ constexpr VTermScreenCallbacks CALLBACKS = {onDamage, nullptr,    onMoveCursor, 
 
 COLORREF colorOf(VTermColor color)
 {
-    vterm_screen_convert_color_to_rgb(s_pScreen, &color);
+    vterm_screen_convert_color_to_rgb(screen, &color);
     return RGB(color.rgb.red, color.rgb.green, color.rgb.blue);
 }
 
-ScreenCell convertCell(const VTermScreenCell* pFrom)
+ScreenCell convertCell(const VTermScreenCell* from)
 {
     constexpr DWORD BEHIND_WIDE = ~DWORD(0);
     ScreenCell cell = {};
-    cell.ch = pFrom->chars[0] == BEHIND_WIDE ? 0 : pFrom->chars[0] == 0 ? ' ' : pFrom->chars[0];
-    cell.colText = colorOf(pFrom->attrs.reverse ? pFrom->bg : pFrom->fg);
-    cell.colBack = colorOf(pFrom->attrs.reverse ? pFrom->fg : pFrom->bg);
-    cell.colText = pFrom->attrs.conceal ? cell.colBack : cell.colText;
-    cell.fBold = pFrom->attrs.bold;
-    cell.fUnderline = pFrom->attrs.underline != 0;
-    cell.fWide = pFrom->width == 2;
+    cell.ch = from->chars[0] == BEHIND_WIDE ? 0 : from->chars[0] == 0 ? ' ' : from->chars[0];
+    cell.textColor = colorOf(from->attrs.reverse ? from->bg : from->fg);
+    cell.backColor = colorOf(from->attrs.reverse ? from->fg : from->bg);
+    cell.textColor = from->attrs.conceal ? cell.backColor : cell.textColor;
+    cell.bold = from->attrs.bold;
+    cell.underline = from->attrs.underline != 0;
+    cell.wide = from->width == 2;
     return cell;
 }
 
@@ -145,193 +144,192 @@ bool isBlank(DWORD ch)
 }
 
 // Where the text of a line ends.
-int endOfLine(int nLine)
+int endOfLine(int line)
 {
-    int nEnd = screenColumns();
-    while (nEnd > 0 && cellAt({nLine, nEnd - 1}).ch == ' ') {
-        --nEnd;
+    int how = screenColumns();
+    while (how > 0 && cellAt({line, how - 1}).ch == ' ') {
+        --how;
     }
-    return nEnd;
+    return how;
 }
 
 // Returns how many places it took: two for what lies outside of the basic plane.
-size_t putChar(WCHAR* pch, DWORD ch)
+size_t putChar(WCHAR* at, DWORD ch)
 {
     if (ch < 0x10000) {
-        pch[0] = WCHAR(ch);
+        at[0] = WCHAR(ch);
         return 1;
     }
-    pch[0] = WCHAR(0xD800 + ((ch - 0x10000) >> 10));
-    pch[1] = WCHAR(0xDC00 + (ch & 0x3FF));
+    at[0] = WCHAR(0xD800 + ((ch - 0x10000) >> 10));
+    at[1] = WCHAR(0xDC00 + (ch & 0x3FF));
     return 2;
 }
 
 } // namespace
 
-bool openScreen(int cRows, int cColumns, const ScreenEvents* pEvents)
+bool openScreen(int rows, int columns, const ScreenEvents* events)
 {
     VTermColor text, back;
-    s_pEvents = pEvents;
-    s_pTerm = vterm_new(cRows, cColumns);
-    if (s_pTerm == nullptr) {
+    events = events;
+    term = vterm_new(rows, columns);
+    if (term == nullptr) {
         return false;
     }
-    vterm_set_utf8(s_pTerm, 1);
-    vterm_output_set_callback(s_pTerm, onOutput, nullptr);
-    s_pScreen = vterm_obtain_screen(s_pTerm);
-    vterm_screen_set_callbacks(s_pScreen, &CALLBACKS, nullptr);
-    vterm_screen_set_damage_merge(s_pScreen, VTERM_DAMAGE_SCREEN);
-    vterm_screen_enable_altscreen(s_pScreen, 1);
-    vterm_state_set_bold_highbright(vterm_obtain_state(s_pTerm), 1);
+    vterm_set_utf8(term, 1);
+    vterm_output_set_callback(term, onOutput, nullptr);
+    screen = vterm_obtain_screen(term);
+    vterm_screen_set_callbacks(screen, &CALLBACKS, nullptr);
+    vterm_screen_set_damage_merge(screen, VTERM_DAMAGE_SCREEN);
+    vterm_screen_enable_altscreen(screen, 1);
+    vterm_state_set_bold_highbright(vterm_obtain_state(term), 1);
     vterm_color_rgb(&text, 0xD0, 0xD0, 0xD0);
     vterm_color_rgb(&back, 0, 0, 0);
-    vterm_screen_set_default_colors(s_pScreen, &text, &back);
-    vterm_screen_reset(s_pScreen, 1);
+    vterm_screen_set_default_colors(screen, &text, &back);
+    vterm_screen_reset(screen, 1);
     return true;
 }
 
 void closeScreen()
 {
     clearKeptLines();
-    vterm_free(s_pTerm);
-    s_pTerm = nullptr;
+    vterm_free(term);
+    term = nullptr;
 }
 
-void writeScreen(const BYTE* pb, DWORD cb)
+void writeScreen(const BYTE* bytes, DWORD count)
 {
-    vterm_input_write(s_pTerm, reinterpret_cast<const char*>(pb), cb);
-    vterm_screen_flush_damage(s_pScreen);
+    vterm_input_write(term, reinterpret_cast<const char*>(bytes), count);
+    vterm_screen_flush_damage(screen);
 }
 
-void sizeScreen(int cRows, int cColumns)
+void sizeScreen(int rows, int columns)
 {
-    vterm_set_size(s_pTerm, cRows, cColumns);
-    vterm_screen_flush_damage(s_pScreen);
+    vterm_set_size(term, rows, columns);
+    vterm_screen_flush_damage(screen);
 }
 
 void clearKeptLines()
 {
-    for (; s_cKept > 0; --s_cKept, ++s_nFirst) {
-        forgetLine(keptLine(s_nFirst));
+    for (; keptCount > 0; --keptCount, ++oldest) {
+        forgetLine(keptLine(oldest));
     }
-    s_pEvents->pfnMoved();
+    events->moved();
 }
 
 int screenRows()
 {
-    int cRows, cColumns;
-    vterm_get_size(s_pTerm, &cRows, &cColumns);
-    return cRows;
+    int rows, columns;
+    vterm_get_size(term, &rows, &columns);
+    return rows;
 }
 
 int screenColumns()
 {
-    int cRows, cColumns;
-    vterm_get_size(s_pTerm, &cRows, &cColumns);
-    return cColumns;
+    int rows, columns;
+    vterm_get_size(term, &rows, &columns);
+    return columns;
 }
 
 int firstLine()
 {
-    return s_nFirst;
+    return oldest;
 }
 
 int topLine()
 {
-    return s_nFirst + s_cKept;
+    return oldest + keptCount;
 }
 
 ScreenCell cellAt(ScreenPlace place)
 {
     VTermScreenCell cell = {};
-    vterm_state_get_default_colors(vterm_obtain_state(s_pTerm), &cell.fg, &cell.bg);
-    if (place.nLine >= topLine()) {
-        vterm_screen_get_cell(s_pScreen, {place.nLine - topLine(), place.nColumn}, &cell);
-    } else if (place.nLine >= s_nFirst && place.nColumn < keptLine(place.nLine)->cColumns) {
-        cell = keptLine(place.nLine)->pCells[place.nColumn];
+    vterm_state_get_default_colors(vterm_obtain_state(term), &cell.fg, &cell.bg);
+    if (place.line >= topLine()) {
+        vterm_screen_get_cell(screen, {place.line - topLine(), place.column}, &cell);
+    } else if (place.line >= oldest && place.column < keptLine(place.line)->columns) {
+        cell = keptLine(place.line)->cells[place.column];
     }
     return convertCell(&cell);
 }
 
 ScreenPlace cursorPlace()
 {
-    return {topLine() + s_cursor.row, s_cursor.col};
+    return {topLine() + cursor.row, cursor.col};
 }
 
 bool isCursorShown()
 {
-    return s_fCursorShown;
+    return cursorShown;
 }
 
 bool isBefore(ScreenPlace first, ScreenPlace second)
 {
-    return first.nLine < second.nLine ||
-           (first.nLine == second.nLine && first.nColumn < second.nColumn);
+    return first.line < second.line || (first.line == second.line && first.column < second.column);
 }
 
 WCHAR* screenText(ScreenPlace from, ScreenPlace to)
 {
-    if (from.nLine < s_nFirst) {
-        from = {s_nFirst, 0};
+    if (from.line < oldest) {
+        from = {oldest, 0};
     }
-    size_t cLines = isBefore(from, to) ? size_t(to.nLine - from.nLine + 1) : 0;
-    size_t cch = cLines * (size_t(screenColumns()) * 2 + 2) + 1;
-    auto pszText = static_cast<WCHAR*>(malloc(cch * sizeof(WCHAR)));
-    WCHAR* pch = pszText;
-    for (int nLine = from.nLine; pch != nullptr && cLines > 0 && nLine <= to.nLine; ++nLine) {
-        int nEnd = endOfLine(nLine);
-        bool fLast = nLine == to.nLine;
-        for (int n = nLine == from.nLine ? from.nColumn : 0; n < nEnd; ++n) {
-            DWORD ch = cellAt({nLine, n}).ch;
-            if (fLast && n >= to.nColumn) {
+    size_t lines = isBefore(from, to) ? size_t(to.line - from.line + 1) : 0;
+    size_t count = lines * (size_t(screenColumns()) * 2 + 2) + 1;
+    auto text = static_cast<WCHAR*>(malloc(count * sizeof(WCHAR)));
+    WCHAR* at = text;
+    for (int line = from.line; at != nullptr && lines > 0 && line <= to.line; ++line) {
+        int how = endOfLine(line);
+        bool last = line == to.line;
+        for (int n = line == from.line ? from.column : 0; n < how; ++n) {
+            DWORD ch = cellAt({line, n}).ch;
+            if (last && n >= to.column) {
                 break;
             }
-            pch += ch != 0 ? putChar(pch, ch) : 0;
+            at += ch != 0 ? putChar(at, ch) : 0;
         }
-        if (!fLast) {
-            *pch++ = L'\r';
-            *pch++ = L'\n';
+        if (!last) {
+            *at++ = L'\r';
+            *at++ = L'\n';
         }
     }
-    if (pch != nullptr) {
-        *pch = L'\0';
+    if (at != nullptr) {
+        *at = L'\0';
     }
-    return pszText;
+    return text;
 }
 
-ScreenPlace wordEdge(ScreenPlace place, bool fEnd)
+ScreenPlace wordEdge(ScreenPlace place, bool toEnd)
 {
-    bool fBlank = isBlank(cellAt(place).ch);
-    int nEdge = place.nColumn;
-    int nStep = fEnd ? 1 : -1;
-    while (nEdge + nStep >= 0 && nEdge + nStep < screenColumns() &&
-           isBlank(cellAt({place.nLine, nEdge + nStep}).ch) == fBlank) {
-        nEdge += nStep;
+    bool blank = isBlank(cellAt(place).ch);
+    int edge = place.column;
+    int step = toEnd ? 1 : -1;
+    while (edge + step >= 0 && edge + step < screenColumns() &&
+           isBlank(cellAt({place.line, edge + step}).ch) == blank) {
+        edge += step;
     }
-    return {place.nLine, fEnd ? nEdge + 1 : nEdge};
+    return {place.line, toEnd ? edge + 1 : edge};
 }
 
-void typeKey(VTermKey nKey, VTermModifier nModifier)
+void typeKey(VTermKey key, VTermModifier modifier)
 {
-    vterm_keyboard_key(s_pTerm, nKey, nModifier);
+    vterm_keyboard_key(term, key, modifier);
 }
 
 void typeChar(DWORD ch)
 {
-    vterm_keyboard_unichar(s_pTerm, ch, VTERM_MOD_NONE);
+    vterm_keyboard_unichar(term, ch, VTERM_MOD_NONE);
 }
 
-void pasteText(const WCHAR* pszText)
+void pasteText(const WCHAR* text)
 {
-    vterm_keyboard_start_paste(s_pTerm);
-    for (; *pszText != L'\0'; ++pszText) {
-        if (*pszText == L'\n') {
+    vterm_keyboard_start_paste(term);
+    for (; *text != L'\0'; ++text) {
+        if (*text == L'\n') {
             continue; // its CR has gone out
         }
         // An escape would end the paste for the program on the host.
-        if (*pszText >= L' ' || *pszText == L'\r' || *pszText == L'\t') {
-            typeChar(*pszText);
+        if (*text >= L' ' || *text == L'\r' || *text == L'\t') {
+            typeChar(*text);
         }
     }
-    vterm_keyboard_end_paste(s_pTerm);
+    vterm_keyboard_end_paste(term);
 }

@@ -8,26 +8,26 @@
 
 struct ScreenCell {
     DWORD ch; // Unicode; 0 behind a wide character
-    COLORREF colText, colBack;
-    bool fBold, fUnderline, fWide;
+    COLORREF textColor, backColor;
+    bool bold, underline, wide;
 };
 
 // A place in all that was shown. A line keeps its number while it is kept.
 struct ScreenPlace {
-    int nLine, nColumn;
+    int line, column;
 };
 
 struct ScreenEvents {
-    void (*pfnPut)(const BYTE* pb, DWORD cb); // to the host: answers, and what keys mean
-    void (*pfnChanged)(int nFirstRow, int nEndRow);
-    void (*pfnMoved)(); // lines have been kept or given back, or the cursor has moved
+    void (*put)(const BYTE* bytes, DWORD count); // to the host: answers, and what keys mean
+    void (*changed)(int firstRow, int endRow);
+    void (*moved)(); // lines have been kept or given back, or the cursor has moved
 };
 
-bool openScreen(int cRows, int cColumns, const ScreenEvents* pEvents);
+bool openScreen(int rows, int columns, const ScreenEvents* events);
 void closeScreen();
 
-void writeScreen(const BYTE* pb, DWORD cb);
-void sizeScreen(int cRows, int cColumns);
+void writeScreen(const BYTE* bytes, DWORD count);
+void sizeScreen(int rows, int columns);
 void clearKeptLines();
 
 int screenRows();
@@ -50,11 +50,11 @@ bool isBefore(ScreenPlace first, ScreenPlace second);
 WCHAR* screenText(ScreenPlace from, ScreenPlace to);
 
 // The word around a place: its beginning, or its end.
-ScreenPlace wordEdge(ScreenPlace place, bool fEnd);
+ScreenPlace wordEdge(ScreenPlace place, bool toEnd);
 
 // What the user types goes to the host as the host's program wants it.
-void typeKey(VTermKey nKey, VTermModifier nModifier);
+void typeKey(VTermKey key, VTermModifier modifier);
 void typeChar(DWORD ch);
-void pasteText(const WCHAR* pszText);
+void pasteText(const WCHAR* text);
 
 #endif

@@ -10,261 +10,289 @@ constexpr DWORD START_MS = 200;
 constexpr DWORD MAX_START_MS = 60000;
 constexpr DWORD ANSWER_MS = 15000; // later than a receiver asks again
 constexpr DWORD ASK_MS = 3000;
+// Some hosts ask, and only then throw away what has come before.
+constexpr DWORD SETTLE_MS = 50;
 // An early "C" behind block 0 was on its way before it.
 constexpr DWORD STALE_MS = 1000;
+// Letters in the place of the last answer are those of a shell.
+constexpr DWORD SHELL_LETTERS = 2;
+constexpr DWORD SHELL_MS = 500;
 
-void onStartByte(Modem* pModem, BYTE b);
-void onStartSilence(Modem* pModem);
-void onInfoAnswer(Modem* pModem, BYTE b);
-void onDataAnswer(Modem* pModem, BYTE b);
-void onEndAnswer(Modem* pModem, BYTE b);
-void onLastAnswer(Modem* pModem, BYTE b);
-void onNoAnswer(Modem* pModem);
-void onNoLastAnswer(Modem* pModem);
-void onGoByte(Modem* pModem, BYTE b);
-void sendData(Modem* pModem);
-void onNextByte(Modem* pModem, BYTE b);
-void sendInfo(Modem* pModem);
+void onStartByte(Modem* modem, BYTE byte);
+void onStartSilence(Modem* modem);
+void onInfoAnswer(Modem* modem, BYTE byte);
+void onDataAnswer(Modem* modem, BYTE byte);
+void onEndAnswer(Modem* modem, BYTE byte);
+void onLastAnswer(Modem* modem, BYTE byte);
+void onNoAnswer(Modem* modem);
+void onAsking(Modem* modem, BYTE byte);
+void sendData(Modem* modem);
+void sendInfo(Modem* modem);
+void onShellByte(Modem* modem, BYTE byte);
+void onShellSilence(Modem* modem);
 
 constexpr ModemState START = {onStartByte, onStartSilence, START_MS, true};
-// Block 0 is out; the host says "C" behind its answer; data is out; the end of a file is out;
-// the host asks for the next file; the end of the batch is out.
-constexpr ModemState INFO = {onInfoAnswer, onNoAnswer, ANSWER_MS, true};
-constexpr ModemState GO = {onGoByte, sendData, ASK_MS, true};
-constexpr ModemState DATA = {onDataAnswer, onNoAnswer, ANSWER_MS, true};
-constexpr ModemState END = {onEndAnswer, onNoAnswer, ANSWER_MS, true};
-constexpr ModemState NEXT = {onNextByte, sendInfo, ASK_MS, true};
-constexpr ModemState LAST = {onLastAnswer, onNoLastAnswer, ANSWER_MS, true};
+constexpr ModemState INFO = {onInfoAnswer, onNoAnswer, ANSWER_MS, true}; // block 0 is out
+constexpr ModemState GO = {onAsking, sendData, ASK_MS, true};            // and was taken
+constexpr ModemState DATA = {onDataAnswer, onNoAnswer, ANSWER_MS, true}; // a block is out
+constexpr ModemState END = {onEndAnswer, onNoAnswer, ANSWER_MS, true};   // the end of a file is
+constexpr ModemState NEXT = {onAsking, sendInfo, ASK_MS, true};          // and was taken
+constexpr ModemState LAST = {onLastAnswer, onNoAnswer, ANSWER_MS, true}; // the end of all is out
+constexpr ModemState SHELL = {onShellByte, onShellSilence, SHELL_MS, true};
 
-void putBlock(Modem* pModem)
+void putBlock(Modem* modem)
 {
-    pModem->pWork->pfnPut(pModem->pContext, pModem->abBlock, pModem->cbBlock);
+    modem->work->put(modem->context, modem->block, modem->blockSize);
 }
 
 // Makes the block that is due of the data that lies in it.
-void makeBlock(Modem* pModem, DWORD cbData, BYTE bFill)
+void makeBlock(Modem* modem, DWORD dataSize, BYTE fill)
 {
-    DWORD cb = cbData > SMALL_BLOCK ? MODEM_BLOCK : SMALL_BLOCK;
-    memset(pModem->abBlock + 3 + cbData, bFill, cb - cbData);
-    pModem->abBlock[0] = cb == MODEM_BLOCK ? STX : SOH;
-    pModem->abBlock[1] = pModem->bNumber;
-    pModem->abBlock[2] = BYTE(~pModem->bNumber);
-    pModem->cbBlock = 3 + cb + checkOf(pModem, pModem->abBlock + 3, cb, pModem->abBlock + 3 + cb);
-    pModem->cbHave = pModem->cbBlock; // nothing is awaited of it
-    pModem->cbData = cbData;
+    DWORD count = dataSize > SMALL_BLOCK ? MODEM_BLOCK : SMALL_BLOCK;
+    memset(modem->block + 3 + dataSize, fill, count - dataSize);
+    modem->block[0] = count == MODEM_BLOCK ? STX : SOH;
+    modem->block[1] = modem->number;
+    modem->block[2] = BYTE(~modem->number);
+    modem->blockSize =
+        3 + count + checkOf(modem, modem->block + 3, count, modem->block + 3 + count);
+    modem->blockHave = modem->blockSize; // nothing is awaited of it
+    modem->dataSize = dataSize;
 }
 
-void sendEnd(Modem* pModem)
+void sendEnd(Modem* modem)
 {
-    pModem->abBlock[0] = EOT;
-    pModem->cbBlock = pModem->cbHave = 1;
-    putBlock(pModem);
-    enterState(pModem, &END);
+    modem->block[0] = EOT;
+    modem->blockSize = modem->blockHave = 1;
+    modem->letters = 0;
+    putBlock(modem);
+    enterState(modem, &END);
 }
 
 // In front of the next block what has come before it is stale.
-void sendData(Modem* pModem)
+void sendData(Modem* modem)
 {
-    DWORD cbRead = 0;
-    DWORD cbMost = pModem->nProtocol >= XMODEM_1K ? MODEM_BLOCK : SMALL_BLOCK;
-    const char* pszProblem =
-        pModem->fSkip
-            ? nullptr
-            : pModem->pWork->pfnRead(pModem->pContext, pModem->abBlock + 3, cbMost, &cbRead);
-    pModem->fDiscard = true;
-    if (pszProblem != nullptr) {
-        endModem(pModem, RESULT_FAILED, pszProblem, true);
-    } else if (cbRead == 0) {
-        sendEnd(pModem);
+    DWORD read = 0;
+    DWORD most = modem->protocol >= XMODEM_1K ? MODEM_BLOCK : SMALL_BLOCK;
+    const char* problem =
+        modem->skip ? nullptr : modem->work->read(modem->context, modem->block + 3, most, &read);
+    modem->discard = true;
+    if (problem != nullptr) {
+        endModem(modem, RESULT_FAILED, problem, true);
+    } else if (read == 0) {
+        sendEnd(modem);
     } else {
-        makeBlock(pModem, cbRead, SUB);
-        putBlock(pModem);
-        enterState(pModem, &DATA);
+        makeBlock(modem, read, SUB);
+        putBlock(modem);
+        enterState(modem, &DATA);
     }
 }
 
 // ---- block 0
 
-DWORD writeFileInfo(const ModemFile* pFile, BYTE* pb)
+DWORD writeFileInfo(const ModemFile* file, BYTE* bytes)
 {
     constexpr DWORD CCH_NUMBERS = 40;
-    char szOctal[16] = {};
-    char* pchOctal = szOctal + sizeof szOctal - 1;
-    DWORD dwTime = pFile->dwTime;
+    char octal[16] = {};
+    char* digits = octal + sizeof octal - 1;
+    DWORD time = file->time;
     do {
-        *--pchOctal = char('0' + (dwTime & 7));
-        dwTime >>= 3;
-    } while (dwTime != 0);
-    auto pszBlock = reinterpret_cast<char*>(pb);
-    lstrcpynA(pszBlock, pFile->szName, MODEM_BLOCK - CCH_NUMBERS);
-    size_t cchName = strlen(pszBlock) + 1;
-    wsprintfA(pszBlock + cchName, "%lu %s 100644", pFile->cbSize, pchOctal);
-    return DWORD(cchName + strlen(pszBlock + cchName) + 1);
+        *--digits = char('0' + (time & 7));
+        time >>= 3;
+    } while (time != 0);
+    auto block = reinterpret_cast<char*>(bytes);
+    lstrcpynA(block, file->name, MODEM_BLOCK - CCH_NUMBERS);
+    size_t nameLength = strlen(block) + 1;
+    wsprintfA(block + nameLength, "%lu %s 100644", file->size, digits);
+    return DWORD(nameLength + strlen(block + nameLength) + 1);
 }
 
-bool nextFile(Modem* pModem)
+bool nextFile(Modem* modem)
 {
-    pModem->file = {};
-    pModem->cbDone = 0;
-    pModem->fSkip = false;
-    pModem->fFile = pModem->pWork->pfnNext(pModem->pContext, &pModem->file);
-    return pModem->fFile;
+    modem->file = {};
+    modem->done = 0;
+    modem->skip = false;
+    modem->fileOpen = modem->work->next(modem->context, &modem->file);
+    return modem->fileOpen;
 }
 
-void sendInfo(Modem* pModem)
+void sendInfo(Modem* modem)
 {
-    bool fMore = nextFile(pModem);
-    pModem->bNumber = 0;
-    makeBlock(pModem, fMore ? writeFileInfo(&pModem->file, pModem->abBlock + 3) : 0, 0);
-    pModem->cbData = 0;
-    putBlock(pModem);
-    enterState(pModem, fMore ? &INFO : &LAST);
+    bool more = nextFile(modem);
+    modem->number = 0;
+    makeBlock(modem, more ? writeFileInfo(&modem->file, modem->block + 3) : 0, 0);
+    modem->dataSize = 0;
+    modem->letters = 0;
+    putBlock(modem);
+    enterState(modem, more ? &INFO : &LAST);
 }
 
-void beginFile(Modem* pModem)
+void beginFile(Modem* modem)
 {
-    pModem->fStarted = true;
-    pModem->fCrc = pModem->bStart == ASK_CRC;
-    if (pModem->nProtocol == YMODEM) {
-        sendInfo(pModem);
-    } else if (nextFile(pModem)) {
-        pModem->bNumber = 1;
-        sendData(pModem);
+    modem->started = true;
+    modem->withCrc = modem->startByte == ASK_CRC;
+    if (modem->protocol == YMODEM) {
+        sendInfo(modem);
+    } else if (nextFile(modem)) {
+        modem->number = 1;
+        sendData(modem);
     } else {
-        endModem(pModem, RESULT_FAILED, "The file can't be read", true);
+        endModem(modem, RESULT_FAILED, "The file can't be read", true);
     }
 }
 
 // ---- what the host says
 
-void onStartByte(Modem* pModem, BYTE b)
+void onStartByte(Modem* modem, BYTE byte)
 {
-    if (isHostCancel(pModem, b)) {
+    if (isHostCancel(modem, byte)) {
         return;
     }
-    if (pModem->bStart != 0 && pModem->bStart != b) {
-        pModem->pWork->pfnStray(pModem->pContext, pModem->bStart);
+    if (modem->startByte != 0 && modem->startByte != byte) {
+        modem->work->stray(modem->context, modem->startByte);
     }
-    bool fStart = b == ASK_CRC || b == NAK;
-    pModem->bStart = fStart ? b : BYTE(0);
-    pModem->dwSince = pModem->dwNow;
-    if (!fStart && b != CAN) {
-        pModem->pWork->pfnStray(pModem->pContext, b);
-    }
-}
-
-void onStartSilence(Modem* pModem)
-{
-    if (pModem->bStart != 0) {
-        beginFile(pModem);
-    } else if (pModem->dwNow - pModem->dwBegun >= MAX_START_MS) {
-        endModem(pModem, RESULT_FAILED, "Given up: the host doesn't ask for the file", true);
+    bool starts = byte == ASK_CRC || byte == NAK;
+    modem->startByte = starts ? byte : BYTE(0);
+    modem->since = modem->now;
+    if (!starts && byte != CAN) {
+        modem->work->stray(modem->context, byte);
     }
 }
 
-void sendAgain(Modem* pModem, const char* pszWhy)
+void onStartSilence(Modem* modem)
 {
-    if (noteError(pModem, pszWhy)) {
-        ++pModem->cRetries;
-        putBlock(pModem);
-        enterState(pModem, pModem->pState);
-        pModem->fDiscard = true;
+    if (modem->startByte != 0) {
+        beginFile(modem);
+    } else if (modem->now - modem->begun >= MAX_START_MS) {
+        endModem(modem, RESULT_FAILED, "Given up: the host doesn't ask for the file", true);
+    }
+}
+
+void sendAgain(Modem* modem, const char* why)
+{
+    if (noteError(modem, why)) {
+        ++modem->retries;
+        putBlock(modem);
+        enterState(modem, modem->state);
+        modem->discard = true;
     }
 }
 
 // Whether the host has taken what is out. If it wants it again, it gets it.
-bool isTaken(Modem* pModem, BYTE b)
+bool isTaken(Modem* modem, BYTE byte)
 {
-    if (isHostCancel(pModem, b) || b == CAN) {
+    if (isHostCancel(modem, byte) || byte == CAN) {
         return false;
     }
-    if (b == NAK) {
-        sendAgain(pModem, "the host wants it again");
-    } else if (b == ACK) {
-        pModem->cFaults = 0;
-    } else if (b != ASK_CRC) {
-        ++pModem->cErrors;
-        say(pModem, "noise instead of an answer");
+    if (byte == NAK) {
+        sendAgain(modem, "the host wants it again");
+    } else if (byte == ACK) {
+        modem->faults = 0;
+    } else if (byte != ASK_CRC) {
+        ++modem->errors;
+        say(modem, "noise instead of an answer");
     }
-    return b == ACK;
+    return byte == ACK;
 }
 
-void onInfoAnswer(Modem* pModem, BYTE b)
+bool isLate(const Modem* modem, BYTE byte)
 {
-    if (b == ASK_CRC && pModem->dwNow - pModem->dwSince >= STALE_MS) {
-        sendAgain(pModem, "the host wants it again");
-    } else if (isTaken(pModem, b)) {
-        pModem->bNumber = 1;
-        enterState(pModem, &GO);
-    }
+    return byte == ASK_CRC && modem->now - modem->since >= STALE_MS;
 }
 
-void onGoByte(Modem* pModem, BYTE b)
+void onInfoAnswer(Modem* modem, BYTE byte)
 {
-    if (!isHostCancel(pModem, b) && (b == ASK_CRC || b == NAK)) {
-        sendData(pModem);
+    if (isLate(modem, byte)) {
+        sendAgain(modem, "the host wants it again");
+    } else if (isTaken(modem, byte)) {
+        modem->number = 1;
+        enterState(modem, &GO);
     }
 }
 
-void onDataAnswer(Modem* pModem, BYTE b)
+// What is due is sent in a moment.
+void onAsking(Modem* modem, BYTE byte)
 {
-    if (isTaken(pModem, b)) {
-        pModem->cbDone += pModem->cbData;
-        say(pModem, "sent");
-        ++pModem->bNumber;
-        sendData(pModem);
+    if (!isHostCancel(modem, byte) && (byte == ASK_CRC || byte == NAK)) {
+        modem->since = modem->now;
+        modem->patience = SETTLE_MS;
     }
 }
 
-void onEndAnswer(Modem* pModem, BYTE b)
+// A host can end without its answer getting through, but its shell is heard then. To say the end
+// of a file once more to that would end the shell.
+bool isShell(Modem* modem, BYTE byte)
 {
-    if (!isTaken(pModem, b)) {
+    bool isText = byte != ACK && byte != NAK && byte != CAN && byte != ASK_CRC;
+    if (isText) {
+        modem->work->stray(modem->context, byte);
+    }
+    if (!isText || ++modem->letters < SHELL_LETTERS) {
+        return false;
+    }
+    enterState(modem, &SHELL);
+    return true;
+}
+
+void onShellByte(Modem* modem, BYTE byte)
+{
+    modem->since = modem->now;
+    modem->work->stray(modem->context, byte);
+}
+
+void onShellSilence(Modem* modem)
+{
+    endFile(modem, modem->skip ? END_DROPPED : END_WHOLE);
+    endModem(modem, RESULT_DONE, "The host didn't confirm the end", false);
+}
+
+void onDataAnswer(Modem* modem, BYTE byte)
+{
+    if (isTaken(modem, byte)) {
+        modem->done += modem->dataSize;
+        say(modem, "sent");
+        ++modem->number;
+        sendData(modem);
+    }
+}
+
+void onEndAnswer(Modem* modem, BYTE byte)
+{
+    bool last = modem->protocol != YMODEM;
+    if ((last && isShell(modem, byte)) || !isTaken(modem, byte)) {
         return;
     }
-    endFile(pModem, pModem->fSkip ? END_DROPPED : END_WHOLE);
-    if (pModem->nProtocol == YMODEM) {
-        enterState(pModem, &NEXT);
+    endFile(modem, modem->skip ? END_DROPPED : END_WHOLE);
+    if (last) {
+        endModem(modem, RESULT_DONE, nullptr, false);
     } else {
-        endModem(pModem, RESULT_DONE, nullptr, false);
+        enterState(modem, &NEXT);
     }
 }
 
-void onNextByte(Modem* pModem, BYTE b)
+void onLastAnswer(Modem* modem, BYTE byte)
 {
-    if (!isHostCancel(pModem, b) && (b == ASK_CRC || b == NAK)) {
-        sendInfo(pModem);
-        pModem->fDiscard = true;
+    if (isLate(modem, byte)) {
+        sendAgain(modem, "the host wants it again");
+    } else if (!isShell(modem, byte) && isTaken(modem, byte)) {
+        endModem(modem, RESULT_DONE, nullptr, false);
     }
 }
 
-void onLastAnswer(Modem* pModem, BYTE b)
+void onNoAnswer(Modem* modem)
 {
-    if (isTaken(pModem, b)) {
-        endModem(pModem, RESULT_DONE, nullptr, false);
-    }
-}
-
-void onNoAnswer(Modem* pModem)
-{
-    sendAgain(pModem, "no answer");
-}
-
-// All files have been taken, and a host that says nothing more has ended.
-void onNoLastAnswer(Modem* pModem)
-{
-    endModem(pModem, RESULT_DONE, nullptr, false);
+    sendAgain(modem, "no answer");
 }
 
 } // namespace
 
-void sendByModem(Modem* pModem, ModemProtocol nProtocol, const ModemWork* pWork, void* pContext,
-                 DWORD dwNow)
+void sendByModem(Modem* modem, ModemProtocol protocol, const ModemWork* work, void* context,
+                 DWORD now)
 {
-    *pModem = {};
-    pModem->pWork = pWork;
-    pModem->pContext = pContext;
-    pModem->nProtocol = nProtocol;
-    pModem->dwNow = pModem->dwBegun = dwNow;
-    lstrcpynA(pModem->szStatus, "Waiting for the host", MODEM_STATUS);
-    enterState(pModem, &START);
+    *modem = {};
+    modem->work = work;
+    modem->context = context;
+    modem->protocol = protocol;
+    modem->now = modem->begun = now;
+    lstrcpynA(modem->status, "Waiting for the host", MODEM_STATUS);
+    enterState(modem, &START);
 }

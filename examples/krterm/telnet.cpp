@@ -17,169 +17,169 @@ constexpr bool ASKED[OPTIONS] = {true, false, false, false, false};
 
 enum { STATE_DATA, STATE_COMMAND, STATE_OPTION, STATE_SUB, STATE_SUB_COMMAND };
 
-int indexOf(BYTE bCode)
+int indexOf(BYTE code)
 {
     for (int n = 0; n < OPTIONS; ++n) {
-        if (CODES[n] == bCode) {
+        if (CODES[n] == code) {
             return n;
         }
     }
     return OPTIONS;
 }
 
-void putCommand(Telnet* pTelnet, BYTE bCommand, BYTE bCode)
+void putCommand(Telnet* telnet, BYTE command, BYTE code)
 {
-    BYTE ab[] = {IAC, bCommand, bCode};
-    pTelnet->pfnPut(ab, sizeof ab);
+    BYTE bytes[] = {IAC, command, code};
+    telnet->put(bytes, sizeof bytes);
 }
 
 // An IAC inside is doubled.
-void putSub(Telnet* pTelnet, BYTE bCode, const BYTE* pb, DWORD cb)
+void putSub(Telnet* telnet, BYTE code, const BYTE* bytes, DWORD count)
 {
-    BYTE ab[64] = {IAC, SB, bCode};
-    DWORD cbOut = 3;
-    for (DWORD n = 0; n < cb && cbOut < sizeof ab - 4; ++n) {
-        ab[cbOut++] = pb[n];
-        if (pb[n] == IAC) {
-            ab[cbOut++] = IAC;
+    BYTE quoted[64] = {IAC, SB, code};
+    DWORD length = 3;
+    for (DWORD n = 0; n < count && length < sizeof quoted - 4; ++n) {
+        quoted[length++] = bytes[n];
+        if (bytes[n] == IAC) {
+            quoted[length++] = IAC;
         }
     }
-    ab[cbOut++] = IAC;
-    ab[cbOut++] = SE;
-    pTelnet->pfnPut(ab, cbOut);
+    quoted[length++] = IAC;
+    quoted[length++] = SE;
+    telnet->put(quoted, length);
 }
 
-void putSize(Telnet* pTelnet)
+void putSize(Telnet* telnet)
 {
-    BYTE ab[] = {HIBYTE(pTelnet->cColumns), LOBYTE(pTelnet->cColumns), HIBYTE(pTelnet->cRows),
-                 LOBYTE(pTelnet->cRows)};
-    putSub(pTelnet, CODES[OPTION_SIZE], ab, sizeof ab);
+    BYTE bytes[] = {HIBYTE(telnet->columns), LOBYTE(telnet->columns), HIBYTE(telnet->rows),
+                    LOBYTE(telnet->rows)};
+    putSub(telnet, CODES[OPTION_SIZE], bytes, sizeof bytes);
 }
 
-void putType(Telnet* pTelnet)
+void putType(Telnet* telnet)
 {
-    BYTE ab[sizeof TERMINAL] = {TYPE_IS};
-    memcpy(ab + 1, TERMINAL, sizeof TERMINAL - 1);
-    putSub(pTelnet, CODES[OPTION_TYPE], ab, sizeof ab);
+    BYTE bytes[sizeof TERMINAL] = {TYPE_IS};
+    memcpy(bytes + 1, TERMINAL, sizeof TERMINAL - 1);
+    putSub(telnet, CODES[OPTION_TYPE], bytes, sizeof bytes);
 }
 
-void greet(Telnet* pTelnet)
+void greet(Telnet* telnet)
 {
-    pTelnet->fSpoken = true;
+    telnet->spoken = true;
     for (int n = 0; n < OPTIONS; ++n) {
         if (ASKED[n]) {
-            pTelnet->afHostAsked[n] = pTelnet->afOursAsked[n] = true;
-            putCommand(pTelnet, DO, CODES[n]);
-            putCommand(pTelnet, WILL, CODES[n]);
+            telnet->hostAsked[n] = telnet->oursAsked[n] = true;
+            putCommand(telnet, DO, CODES[n]);
+            putCommand(telnet, WILL, CODES[n]);
         }
     }
 }
 
 // Only a change is answered, and what we have asked for isn't answered at all: two sides that
 // confirm each other would never end.
-void setOption(bool* pfInUse, bool* pfAsked, bool fWanted, bool* pfAnswer)
+void setOption(bool* inUse, bool* asked, bool wanted, bool* answer)
 {
-    *pfAnswer = *pfInUse != fWanted && !*pfAsked;
-    *pfInUse = fWanted;
-    *pfAsked = false;
+    *answer = *inUse != wanted && !*asked;
+    *inUse = wanted;
+    *asked = false;
 }
 
-void onOption(Telnet* pTelnet, BYTE bCode)
+void onOption(Telnet* telnet, BYTE code)
 {
-    int n = indexOf(bCode);
-    bool fHost = pTelnet->bCommand == WILL || pTelnet->bCommand == WONT;
-    bool fOn = pTelnet->bCommand == WILL || pTelnet->bCommand == DO;
-    bool fAnswer = fOn;
-    bool fAllowed = n < OPTIONS && (fHost ? LET[n] : CAN_DO[n]);
-    if (fAllowed && fHost) {
-        setOption(&pTelnet->afHost[n], &pTelnet->afHostAsked[n], fOn, &fAnswer);
-    } else if (fAllowed) {
-        setOption(&pTelnet->afOurs[n], &pTelnet->afOursAsked[n], fOn, &fAnswer);
+    int n = indexOf(code);
+    bool byHost = telnet->command == WILL || telnet->command == WONT;
+    bool on = telnet->command == WILL || telnet->command == DO;
+    bool answer = on;
+    bool allowed = n < OPTIONS && (byHost ? LET[n] : CAN_DO[n]);
+    if (allowed && byHost) {
+        setOption(&telnet->host[n], &telnet->hostAsked[n], on, &answer);
+    } else if (allowed) {
+        setOption(&telnet->ours[n], &telnet->oursAsked[n], on, &answer);
     }
-    if (fAnswer) {
-        fOn = fOn && fAllowed;
-        putCommand(pTelnet, fHost ? (fOn ? DO : DONT) : (fOn ? WILL : WONT), bCode);
+    if (answer) {
+        on = on && allowed;
+        putCommand(telnet, byHost ? (on ? DO : DONT) : (on ? WILL : WONT), code);
     }
-    if (n == OPTION_SIZE && fOn && fAnswer) {
-        putSize(pTelnet);
-    }
-}
-
-void onSub(Telnet* pTelnet)
-{
-    if (pTelnet->cbSub >= 2 && pTelnet->abSub[0] == CODES[OPTION_TYPE] &&
-        pTelnet->abSub[1] == TYPE_SEND && pTelnet->afOurs[OPTION_TYPE]) {
-        putType(pTelnet);
+    if (n == OPTION_SIZE && on && answer) {
+        putSize(telnet);
     }
 }
 
-void takeSubByte(Telnet* pTelnet, BYTE b)
+void onSub(Telnet* telnet)
 {
-    if (pTelnet->cbSub < sizeof pTelnet->abSub) {
-        pTelnet->abSub[pTelnet->cbSub++] = b;
+    if (telnet->subLength >= 2 && telnet->sub[0] == CODES[OPTION_TYPE] &&
+        telnet->sub[1] == TYPE_SEND && telnet->ours[OPTION_TYPE]) {
+        putType(telnet);
     }
 }
 
-void onCommand(Telnet* pTelnet, BYTE b)
+void takeSubByte(Telnet* telnet, BYTE byte)
 {
-    pTelnet->nState = b >= WILL ? STATE_OPTION : b == SB ? STATE_SUB : STATE_DATA;
-    pTelnet->bCommand = b;
-    pTelnet->cbSub = 0;
-    if (!pTelnet->fSpoken) {
-        greet(pTelnet);
+    if (telnet->subLength < sizeof telnet->sub) {
+        telnet->sub[telnet->subLength++] = byte;
+    }
+}
+
+void onCommand(Telnet* telnet, BYTE byte)
+{
+    telnet->position = byte >= WILL ? STATE_OPTION : byte == SB ? STATE_SUB : STATE_DATA;
+    telnet->command = byte;
+    telnet->subLength = 0;
+    if (!telnet->spoken) {
+        greet(telnet);
     }
 }
 
 // Whether the byte belongs to the data.
-bool takeData(Telnet* pTelnet, BYTE b)
+bool takeData(Telnet* telnet, BYTE byte)
 {
     // Without binary a CR comes with an LF or a NUL behind it.
-    bool fFiller = pTelnet->fReturn && b == 0;
-    pTelnet->fReturn = pTelnet->fSpoken && !pTelnet->afHost[OPTION_BINARY] && b == '\r';
-    return !fFiller;
+    bool filler = telnet->afterReturn && byte == 0;
+    telnet->afterReturn = telnet->spoken && !telnet->host[OPTION_BINARY] && byte == '\r';
+    return !filler;
 }
 
 // Whether the byte belongs to the data.
-bool takeByte(Telnet* pTelnet, BYTE b)
+bool takeByte(Telnet* telnet, BYTE byte)
 {
-    switch (pTelnet->nState) {
+    switch (telnet->position) {
     case STATE_COMMAND:
-        if (b == IAC) {
-            pTelnet->nState = STATE_DATA;
-            return takeData(pTelnet, b);
+        if (byte == IAC) {
+            telnet->position = STATE_DATA;
+            return takeData(telnet, byte);
         }
-        onCommand(pTelnet, b);
+        onCommand(telnet, byte);
         return false;
     case STATE_OPTION:
-        pTelnet->nState = STATE_DATA;
-        onOption(pTelnet, b);
+        telnet->position = STATE_DATA;
+        onOption(telnet, byte);
         return false;
     case STATE_SUB:
-        if (b == IAC) {
-            pTelnet->nState = STATE_SUB_COMMAND;
+        if (byte == IAC) {
+            telnet->position = STATE_SUB_COMMAND;
         } else {
-            takeSubByte(pTelnet, b);
+            takeSubByte(telnet, byte);
         }
         return false;
     case STATE_SUB_COMMAND:
-        pTelnet->nState = b == IAC ? STATE_SUB : STATE_DATA;
-        if (b == IAC) {
-            takeSubByte(pTelnet, b);
-        } else if (b == SE) {
-            onSub(pTelnet);
+        telnet->position = byte == IAC ? STATE_SUB : STATE_DATA;
+        if (byte == IAC) {
+            takeSubByte(telnet, byte);
+        } else if (byte == SE) {
+            onSub(telnet);
         }
         return false;
     default:
-        pTelnet->nState = b == IAC ? STATE_COMMAND : STATE_DATA;
-        return b != IAC && takeData(pTelnet, b);
+        telnet->position = byte == IAC ? STATE_COMMAND : STATE_DATA;
+        return byte != IAC && takeData(telnet, byte);
     }
 }
 
 // How many bytes there are that need nothing done to them.
-DWORD plainBytes(const Telnet* pTelnet, const BYTE* pb, DWORD cb)
+DWORD plainBytes(const Telnet* telnet, const BYTE* bytes, DWORD count)
 {
     DWORD n = 0;
-    while (n < cb && pb[n] != IAC && (pb[n] != '\r' || pTelnet->afOurs[OPTION_BINARY])) {
+    while (n < count && bytes[n] != IAC && (bytes[n] != '\r' || telnet->ours[OPTION_BINARY])) {
         ++n;
     }
     return n;
@@ -187,53 +187,53 @@ DWORD plainBytes(const Telnet* pTelnet, const BYTE* pb, DWORD cb)
 
 } // namespace
 
-void openTelnet(Telnet* pTelnet, void (*pfnPut)(const BYTE* pb, DWORD cb), int cColumns, int cRows)
+void openTelnet(Telnet* telnet, void (*put)(const BYTE* bytes, DWORD count), int columns, int rows)
 {
-    *pTelnet = {};
-    pTelnet->pfnPut = pfnPut;
-    pTelnet->cColumns = cColumns;
-    pTelnet->cRows = cRows;
+    *telnet = {};
+    telnet->put = put;
+    telnet->columns = columns;
+    telnet->rows = rows;
 }
 
-DWORD receiveTelnet(Telnet* pTelnet, BYTE* pb, DWORD cb)
+DWORD receiveTelnet(Telnet* telnet, BYTE* bytes, DWORD count)
 {
-    DWORD cbData = 0;
-    for (DWORD n = 0; n < cb; ++n) {
-        if (takeByte(pTelnet, pb[n])) {
-            pb[cbData++] = pb[n];
+    DWORD dataSize = 0;
+    for (DWORD n = 0; n < count; ++n) {
+        if (takeByte(telnet, bytes[n])) {
+            bytes[dataSize++] = bytes[n];
         }
     }
-    return cbData;
+    return dataSize;
 }
 
-void sendTelnet(Telnet* pTelnet, const BYTE* pb, DWORD cb)
+void sendTelnet(Telnet* telnet, const BYTE* bytes, DWORD count)
 {
     constexpr BYTE QUOTED_IAC[] = {IAC, IAC};
     constexpr BYTE QUOTED_RETURN[] = {'\r', 0};
-    if (!pTelnet->fSpoken) {
-        pTelnet->pfnPut(pb, cb);
+    if (!telnet->spoken) {
+        telnet->put(bytes, count);
         return;
     }
-    while (cb > 0) {
-        DWORD cbPlain = plainBytes(pTelnet, pb, cb);
-        if (cbPlain > 0) {
-            pTelnet->pfnPut(pb, cbPlain);
+    while (count > 0) {
+        DWORD plain = plainBytes(telnet, bytes, count);
+        if (plain > 0) {
+            telnet->put(bytes, plain);
         }
-        if (cbPlain < cb) {
-            pTelnet->pfnPut(pb[cbPlain] == IAC ? QUOTED_IAC : QUOTED_RETURN, 2);
-            ++cbPlain;
+        if (plain < count) {
+            telnet->put(bytes[plain] == IAC ? QUOTED_IAC : QUOTED_RETURN, 2);
+            ++plain;
         }
-        pb += cbPlain;
-        cb -= cbPlain;
+        bytes += plain;
+        count -= plain;
     }
 }
 
-void resizeTelnet(Telnet* pTelnet, int cColumns, int cRows)
+void resizeTelnet(Telnet* telnet, int columns, int rows)
 {
-    bool fChanged = cColumns != pTelnet->cColumns || cRows != pTelnet->cRows;
-    pTelnet->cColumns = cColumns;
-    pTelnet->cRows = cRows;
-    if (fChanged && pTelnet->afOurs[OPTION_SIZE]) {
-        putSize(pTelnet);
+    bool changed = columns != telnet->columns || rows != telnet->rows;
+    telnet->columns = columns;
+    telnet->rows = rows;
+    if (changed && telnet->ours[OPTION_SIZE]) {
+        putSize(telnet);
     }
 }

@@ -7,26 +7,26 @@
 enum TelnetOption { OPTION_BINARY, OPTION_ECHO, OPTION_GOAHEAD, OPTION_TYPE, OPTION_SIZE, OPTIONS };
 
 struct Telnet {
-    void (*pfnPut)(const BYTE* pb, DWORD cb); // to the host
-    int cColumns, cRows;
-    int nState;                                      // where in a command the next byte stands
-    BYTE bCommand;                                   // WILL, WONT, DO or DONT
-    bool fSpoken;                                    // the host has shown that it speaks TELNET
-    bool fReturn;                                    // a CR has come, which may bring a NUL along
-    bool afHost[OPTIONS], afOurs[OPTIONS];           // in use, in each direction
-    bool afHostAsked[OPTIONS], afOursAsked[OPTIONS]; // asked for by us, and not answered
-    BYTE abSub[8];                                   // beginning of a subnegotiation
-    DWORD cbSub;
+    void (*put)(const BYTE* bytes, DWORD count); // to the host
+    int columns, rows;
+    int position;                                // where in a command the next byte stands
+    BYTE command;                                // WILL, WONT, DO or DONT
+    bool spoken;                                 // the host has shown that it speaks TELNET
+    bool afterReturn;                            // a CR has come, which may bring a NUL along
+    bool host[OPTIONS], ours[OPTIONS];           // in use, in each direction
+    bool hostAsked[OPTIONS], oursAsked[OPTIONS]; // asked for by us, and not answered
+    BYTE sub[8];                                 // beginning of a subnegotiation
+    DWORD subLength;
 };
 
-void openTelnet(Telnet* pTelnet, void (*pfnPut)(const BYTE* pb, DWORD cb), int cColumns, int cRows);
+void openTelnet(Telnet* telnet, void (*put)(const BYTE* bytes, DWORD count), int columns, int rows);
 
 // Takes the commands out of what the host has sent, in place. Returns how many bytes remain.
-DWORD receiveTelnet(Telnet* pTelnet, BYTE* pb, DWORD cb);
+DWORD receiveTelnet(Telnet* telnet, BYTE* bytes, DWORD count);
 
 // Sends bytes to the program on the host.
-void sendTelnet(Telnet* pTelnet, const BYTE* pb, DWORD cb);
+void sendTelnet(Telnet* telnet, const BYTE* bytes, DWORD count);
 
-void resizeTelnet(Telnet* pTelnet, int cColumns, int cRows);
+void resizeTelnet(Telnet* telnet, int columns, int rows);
 
 #endif

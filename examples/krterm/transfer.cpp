@@ -9,208 +9,205 @@ namespace {
 
 struct Transfer {
     TransferOrder order;
-    const TransferEvents* pEvents;
-    HWND hwndOwner;
-    UINT uQuestion;
+    const TransferEvents* events;
+    HWND owner;
+    UINT question;
     Modem modem;
-    HWND hdlgStat;       // 0 if there is none
-    WNDPROC pfnStatProc; // its procedure before ours
-    const char* pszNext; // sending: the next file
-    char szPath[MAX_PATH];
-    char szProblem[MODEM_STATUS]; // the last one with a file of a batch
-    DWORD nFile, cErrorsShown, cRetriesShown;
-    bool fReplace, fFeeding, fEndShown;
-    bool fCancel, fSkip; // the user has pressed a button
+    HWND statusWindow; // 0 if there is none
+    WNDPROC oldProc;   // its procedure before ours
+    const char* next;  // sending: the next file
+    char path[MAX_PATH];
+    char problem[MODEM_STATUS]; // the last one with a file of a batch
+    DWORD fileNumber, errorsShown, retriesShown;
+    bool replace, feeding, endShown;
+    bool cancelled, skip; // the user has pressed a button
 };
 
-Transfer s_transfer;
+Transfer transfer;
 
 // ---- the status window
 
 // The window tells nobody of its buttons, so we look at its commands first. What they want is
 // done later, since a window is better not destroyed while one of its buttons calls.
-LRESULT CALLBACK statProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
+LRESULT CALLBACK statProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    if (uMessage == WM_COMMAND && LOWORD(wParam) == XFERSTAT_CANCEL) {
-        s_transfer.fCancel = true;
-    } else if (uMessage == WM_COMMAND && LOWORD(wParam) == XFERSTAT_BUTTON) {
-        s_transfer.fSkip = true;
+    if (message == WM_COMMAND && LOWORD(wParam) == XFERSTAT_CANCEL) {
+        transfer.cancelled = true;
+    } else if (message == WM_COMMAND && LOWORD(wParam) == XFERSTAT_BUTTON) {
+        transfer.skip = true;
     }
-    return CallWindowProcA(s_transfer.pfnStatProc, hwnd, uMessage, wParam, lParam);
+    return CallWindowProcA(transfer.oldProc, hwnd, message, wParam, lParam);
 }
 
 bool openStatusWindow()
 {
-    char szTitle[64];
-    const TransferOrder* pOrder = &s_transfer.order;
-    wsprintfA(szTitle, pOrder->fSend ? "Sending by %s" : "Receiving by %s",
-              protocolName(pOrder->nProtocol));
-    s_transfer.hdlgStat =
-        hdlgXferStatCreate(szTitle, pOrder->fSend, s_transfer.hwndOwner, TRUE, FALSE);
-    if (s_transfer.hdlgStat == nullptr) {
+    char title[64];
+    const TransferOrder* order = &transfer.order;
+    wsprintfA(title, order->sending ? "Sending by %s" : "Receiving by %s",
+              protocolName(order->protocol));
+    transfer.statusWindow = hdlgXferStatCreate(title, order->sending, transfer.owner, FALSE, FALSE);
+    if (transfer.statusWindow == nullptr) {
         return false;
     }
-    s_transfer.pfnStatProc = reinterpret_cast<WNDPROC>(
-        SetWindowLongA(s_transfer.hdlgStat, GWL_WNDPROC, reinterpret_cast<LONG>(statProc)));
-    vXferStatButtonText(s_transfer.hdlgStat, pOrder->nProtocol == YMODEM ? XFERSTAT_CAPTION_SKIP
-                                                                         : XFERSTAT_CAPTION_STOP);
-    nXferStatErrorInfo(s_transfer.hdlgStat, 0, 0);
-    nXferStatStartTransfer(s_transfer.hdlgStat);
+    transfer.oldProc = reinterpret_cast<WNDPROC>(
+        SetWindowLongA(transfer.statusWindow, GWL_WNDPROC, reinterpret_cast<LONG>(statProc)));
+    vXferStatButtonText(transfer.statusWindow,
+                        order->protocol == YMODEM ? XFERSTAT_CAPTION_SKIP : XFERSTAT_CAPTION_STOP);
+    nXferStatErrorInfo(transfer.statusWindow, 0, 0);
+    nXferStatStartTransfer(transfer.statusWindow);
     return true;
 }
 
 // The keyboard goes back to the terminal.
 void closeStatusWindow()
 {
-    if (s_transfer.hdlgStat != nullptr) {
-        SendMessageA(s_transfer.hdlgStat, WM_XFERSTAT_FOCUSPARENT, 0, 0);
-        nXferStatDestroy(s_transfer.hdlgStat);
-        s_transfer.hdlgStat = nullptr;
+    if (transfer.statusWindow != nullptr) {
+        SendMessageA(transfer.statusWindow, WM_XFERSTAT_FOCUSPARENT, 0, 0);
+        nXferStatDestroy(transfer.statusWindow);
+        transfer.statusWindow = nullptr;
     }
 }
 
 // Stores numbers and texts; the window shows them once a second.
 void showProgress()
 {
-    char szStatus[MODEM_STATUS + 32];
-    const Modem* pModem = &s_transfer.modem;
-    if (s_transfer.order.nProtocol == YMODEM && s_transfer.nFile > 0) {
-        wsprintfA(szStatus, "File %lu. %s", s_transfer.nFile, pModem->szStatus);
+    char status[MODEM_STATUS + 32];
+    const Modem* modem = &transfer.modem;
+    if (transfer.order.protocol == YMODEM && transfer.fileNumber > 0) {
+        wsprintfA(status, "File %lu. %s", transfer.fileNumber, modem->status);
     } else {
-        lstrcpynA(szStatus, pModem->szStatus, sizeof szStatus);
+        lstrcpynA(status, modem->status, sizeof status);
     }
-    nXferStatStatusInfo(s_transfer.hdlgStat, szStatus);
-    nXferStatCountInfo(s_transfer.hdlgStat, pModem->cbDone);
-    if (pModem->cErrors != s_transfer.cErrorsShown ||
-        pModem->cRetries != s_transfer.cRetriesShown) {
-        s_transfer.cErrorsShown = pModem->cErrors;
-        s_transfer.cRetriesShown = pModem->cRetries;
-        nXferStatErrorInfo(s_transfer.hdlgStat, pModem->cErrors, pModem->cRetries);
+    nXferStatStatusInfo(transfer.statusWindow, status);
+    nXferStatCountInfo(transfer.statusWindow, modem->done);
+    if (modem->errors != transfer.errorsShown || modem->retries != transfer.retriesShown) {
+        transfer.errorsShown = modem->errors;
+        transfer.retriesShown = modem->retries;
+        nXferStatErrorInfo(transfer.statusWindow, modem->errors, modem->retries);
     }
 }
 
-void showFile(const ModemFile* pFile, const char* pszFirst, const char* pszSecond)
+void showFile(const ModemFile* file, const char* first, const char* second)
 {
-    ++s_transfer.nFile;
-    nXferStatFileInfo(s_transfer.hdlgStat, pszFirst, pszSecond, pFile->cbSize);
-    nXferStatCountInfo(s_transfer.hdlgStat, 0);
-    nXferStatStartTransfer(s_transfer.hdlgStat);
+    ++transfer.fileNumber;
+    nXferStatFileInfo(transfer.statusWindow, first, second, file->size);
+    nXferStatCountInfo(transfer.statusWindow, 0);
+    nXferStatStartTransfer(transfer.statusWindow);
 }
 
 // The window stays, so that the end can be read.
 void showEnd()
 {
-    char szStatus[2 * MODEM_STATUS];
-    const Modem* pModem = &s_transfer.modem;
+    char status[2 * MODEM_STATUS];
+    const Modem* modem = &transfer.modem;
     showProgress();
-    wsprintfA(szStatus, "%lu %s %s. ", pModem->cFiles, pModem->cFiles == 1 ? "file" : "files",
-              s_transfer.order.fSend ? "sent" : "received");
-    lstrcatA(szStatus, pModem->nResult != RESULT_DONE ? pModem->szStatus : s_transfer.szProblem);
-    nXferStatStatusInfo(s_transfer.hdlgStat, szStatus);
-    nXferStatEndTransfer(s_transfer.hdlgStat);
-    vXferStatButtonText(s_transfer.hdlgStat, XFERSTAT_CAPTION_CLOSE);
-    s_transfer.fCancel = s_transfer.fSkip = false;
-    s_transfer.fEndShown = true;
+    wsprintfA(status, "%lu %s %s. ", modem->fileCount, modem->fileCount == 1 ? "file" : "files",
+              transfer.order.sending ? "sent" : "received");
+    lstrcatA(status, modem->result != RESULT_DONE ? modem->status : transfer.problem);
+    nXferStatStatusInfo(transfer.statusWindow, status);
+    nXferStatEndTransfer(transfer.statusWindow);
+    vXferStatButtonText(transfer.statusWindow, XFERSTAT_CAPTION_CLOSE);
+    transfer.cancelled = transfer.skip = false;
+    transfer.endShown = true;
 }
 
-const char* noteProblem(const char* pszName, const char* pszProblem)
+const char* noteProblem(const char* name, const char* problem)
 {
-    snprintf(s_transfer.szProblem, sizeof s_transfer.szProblem, "%.40s: %s", pszName, pszProblem);
-    ++s_transfer.modem.cErrors;
-    return pszProblem;
+    snprintf(transfer.problem, sizeof transfer.problem, "%.40s: %s", name, problem);
+    ++transfer.modem.errors;
+    return problem;
 }
 
 // ---- what the modem asks for
 
-void putToLine(void*, const BYTE* pb, DWORD cb)
+void putToLine(void*, const BYTE* bytes, DWORD count)
 {
-    s_transfer.pEvents->pfnPut(pb, cb);
+    transfer.events->put(bytes, count);
 }
 
-void showStray(void*, BYTE b)
+void showStray(void*, BYTE byte)
 {
-    s_transfer.pEvents->pfnStray(&b, 1);
+    transfer.events->stray(&byte, 1);
 }
 
 // A file that can't be read is left out.
-bool nextFile(void*, ModemFile* pFile)
+bool nextFile(void*, ModemFile* file)
 {
-    while (*s_transfer.pszNext != '\0') {
-        const char* pszPath = s_transfer.pszNext;
-        s_transfer.pszNext += strlen(pszPath) + 1;
-        const char* pszProblem = openForSending(pszPath, pFile);
-        if (pszProblem == nullptr) {
-            bool fNamed = s_transfer.order.nProtocol != YMODEM && s_transfer.order.szHostName[0];
-            showFile(pFile, pszPath, fNamed ? s_transfer.order.szHostName : pFile->szName);
+    while (*transfer.next != '\0') {
+        const char* path = transfer.next;
+        transfer.next += strlen(path) + 1;
+        const char* problem = openForSending(path, file);
+        if (problem == nullptr) {
+            bool named = transfer.order.protocol != YMODEM && transfer.order.hostName[0];
+            showFile(file, path, named ? transfer.order.hostName : file->name);
             return true;
         }
-        noteProblem(lastPart(pszPath), pszProblem);
+        noteProblem(lastPart(path), problem);
     }
     return false;
 }
 
-const char* readFile(void*, BYTE* pb, DWORD cb, DWORD* pcbRead)
+const char* readFile(void*, BYTE* bytes, DWORD count, DWORD* read)
 {
-    return readSending(pb, cb, pcbRead);
+    return readSending(bytes, count, read);
 }
 
 // The path for the file, or false if it has none here.
-bool choosePath(const ModemFile* pFile)
+bool choosePath(const ModemFile* file)
 {
-    if (s_transfer.order.nProtocol != YMODEM) {
-        lstrcpynA(s_transfer.szPath, s_transfer.order.szLocal, MAX_PATH);
+    if (transfer.order.protocol != YMODEM) {
+        lstrcpynA(transfer.path, transfer.order.local, MAX_PATH);
         return true;
     }
-    const char* pszProblem = pathFor(s_transfer.order.szLocal, pFile->szName, s_transfer.szPath);
-    if (pszProblem != nullptr) {
-        noteProblem(pFile->szName, pszProblem);
+    const char* problem = pathFor(transfer.order.local, file->name, transfer.path);
+    if (problem != nullptr) {
+        noteProblem(file->name, problem);
     }
-    return pszProblem == nullptr;
+    return problem == nullptr;
 }
 
-ModemAnswer beginFile(void*, const ModemFile* pFile)
+ModemAnswer beginFile(void*, const ModemFile* file)
 {
-    bool fBatch = s_transfer.order.nProtocol == YMODEM;
-    s_transfer.fReplace = !fBatch;
-    bool fPath = choosePath(pFile);
-    showFile(pFile, fBatch ? pFile->szName : s_transfer.order.szHostName,
-             fPath ? s_transfer.szPath : "");
-    if (!fPath) {
+    bool batch = transfer.order.protocol == YMODEM;
+    transfer.replace = !batch;
+    bool hasPath = choosePath(file);
+    showFile(file, batch ? file->name : transfer.order.hostName, hasPath ? transfer.path : "");
+    if (!hasPath) {
         return ANSWER_DROP;
     }
-    const char* pszProblem = beginReceiving(s_transfer.szPath);
-    if (pszProblem != nullptr) {
-        noteProblem(lastPart(s_transfer.szPath), pszProblem);
+    const char* problem = beginReceiving(transfer.path);
+    if (problem != nullptr) {
+        noteProblem(lastPart(transfer.path), problem);
         return ANSWER_STOP;
     }
-    if (fBatch && isThere(s_transfer.szPath)) {
-        PostMessageA(s_transfer.hwndOwner, s_transfer.uQuestion, 0, 0);
+    if (batch && isThere(transfer.path)) {
+        PostMessageA(transfer.owner, transfer.question, 0, 0);
         return ANSWER_LATER;
     }
     return ANSWER_TAKE;
 }
 
-const char* writeFile(void*, const BYTE* pb, DWORD cb)
+const char* writeFile(void*, const BYTE* bytes, DWORD count)
 {
-    return writeReceiving(pb, cb);
+    return writeReceiving(bytes, count);
 }
 
-const char* endFile(void*, const ModemFile* pFile, ModemEnd nEnd)
+const char* endFile(void*, const ModemFile* file, ModemEnd how)
 {
-    const char* pszProblem = nullptr;
+    const char* problem = nullptr;
     showProgress();
-    nXferStatEndTransfer(s_transfer.hdlgStat);
-    if (s_transfer.order.fSend) {
+    nXferStatEndTransfer(transfer.statusWindow);
+    if (transfer.order.sending) {
         closeSending();
-    } else if (nEnd == END_WHOLE) {
-        pszProblem = keepReceived(s_transfer.szPath, pFile->dwTime, s_transfer.fReplace);
+    } else if (how == END_WHOLE) {
+        problem = keepReceived(transfer.path, file->time, transfer.replace);
     } else {
         dropReceived();
     }
-    if (nEnd == END_BROKEN && s_transfer.modem.nResult == RESULT_RUNNING) {
-        noteProblem(lastPart(s_transfer.szPath), "it ended before its size");
+    if (how == END_BROKEN && transfer.modem.result == RESULT_RUNNING) {
+        noteProblem(lastPart(transfer.path), "it ended before its size");
     }
-    return pszProblem != nullptr ? noteProblem(lastPart(s_transfer.szPath), pszProblem) : nullptr;
+    return problem != nullptr ? noteProblem(lastPart(transfer.path), problem) : nullptr;
 }
 
 constexpr ModemWork WORK = {putToLine, showStray, nextFile, readFile,
@@ -220,84 +217,84 @@ constexpr ModemWork WORK = {putToLine, showStray, nextFile, readFile,
 
 void onButtons()
 {
-    bool fClosed = s_transfer.hdlgStat != nullptr && !IsWindow(s_transfer.hdlgStat);
-    bool fBatch = s_transfer.order.nProtocol == YMODEM;
-    bool fCancel = s_transfer.fCancel || fClosed || (s_transfer.fSkip && !fBatch);
-    bool fSkip = s_transfer.fSkip && fBatch;
-    s_transfer.fCancel = s_transfer.fSkip = false;
-    if (s_transfer.fEndShown) {
-        if (fCancel || fSkip) {
+    bool closed = transfer.statusWindow != nullptr && !IsWindow(transfer.statusWindow);
+    bool batch = transfer.order.protocol == YMODEM;
+    bool cancelled = transfer.cancelled || closed || (transfer.skip && !batch);
+    bool skip = transfer.skip && batch;
+    transfer.cancelled = transfer.skip = false;
+    if (transfer.endShown) {
+        if (cancelled || skip) {
             closeStatusWindow();
         }
-    } else if (fCancel && !s_transfer.modem.fCancel) {
-        cancelModem(&s_transfer.modem, GetTickCount());
-    } else if (fCancel && !fClosed) {
-        abortModem(&s_transfer.modem);
-    } else if (fSkip) {
-        skipFile(&s_transfer.modem);
+    } else if (cancelled && !transfer.modem.cancelled) {
+        cancelModem(&transfer.modem, GetTickCount());
+    } else if (cancelled && !closed) {
+        abortModem(&transfer.modem);
+    } else if (skip) {
+        skipFile(&transfer.modem);
     }
 }
 
 void showChanges()
 {
-    if (s_transfer.modem.nResult == RESULT_RUNNING) {
+    if (transfer.modem.result == RESULT_RUNNING) {
         showProgress();
-    } else if (!s_transfer.fEndShown) {
+    } else if (!transfer.endShown) {
         showEnd();
     }
 }
 
 } // namespace
 
-bool startTransfer(const TransferOrder* pOrder, HWND hwndOwner, UINT uQuestion,
-                   const TransferEvents* pEvents)
+bool startTransfer(const TransferOrder* order, HWND owner, UINT question,
+                   const TransferEvents* events)
 {
     if (isTransferring()) {
         return false;
     }
     closeStatusWindow();
-    s_transfer = {};
-    s_transfer.order = *pOrder;
-    s_transfer.pEvents = pEvents;
-    s_transfer.hwndOwner = hwndOwner;
-    s_transfer.uQuestion = uQuestion;
-    s_transfer.pszNext = s_transfer.order.szzFiles;
+    transfer = {};
+    transfer.order = *order;
+    transfer.events = events;
+    transfer.owner = owner;
+    transfer.question = question;
+    transfer.next = transfer.order.files;
     if (!openStatusWindow()) {
         return false;
     }
-    tellHost(pOrder, pEvents->pfnPut);
-    auto pfnStart = pOrder->fSend ? sendByModem : receiveByModem;
-    pfnStart(&s_transfer.modem, pOrder->nProtocol, &WORK, nullptr, GetTickCount());
+    tellHost(order, events->put);
+    auto start = order->sending ? sendByModem : receiveByModem;
+    start(&transfer.modem, order->protocol, &WORK, nullptr, GetTickCount());
     showProgress();
     return true;
 }
 
 bool isTransferring()
 {
-    return s_transfer.pEvents != nullptr && s_transfer.modem.nResult == RESULT_RUNNING;
+    return transfer.events != nullptr && transfer.modem.result == RESULT_RUNNING;
 }
 
 HWND transferWindow()
 {
-    return s_transfer.hdlgStat;
+    return transfer.statusWindow;
 }
 
-DWORD feedTransfer(const BYTE* pb, DWORD cb)
+DWORD feedTransfer(const BYTE* bytes, DWORD count)
 {
     if (!isTransferring()) {
         return 0;
     }
-    DWORD cbUsed = feedModem(&s_transfer.modem, pb, cb, GetTickCount());
+    DWORD used = feedModem(&transfer.modem, bytes, count, GetTickCount());
     showChanges();
-    return cbUsed;
+    return used;
 }
 
 void tickTransfer()
 {
     if (isTransferring()) {
-        tickModem(&s_transfer.modem, GetTickCount());
+        tickModem(&transfer.modem, GetTickCount());
     }
-    if (s_transfer.hdlgStat != nullptr) {
+    if (transfer.statusWindow != nullptr) {
         onButtons();
         showChanges();
     }
@@ -305,22 +302,21 @@ void tickTransfer()
 
 void askUser()
 {
-    char szText[MAX_PATH + 64];
-    HWND hwnd = IsWindow(s_transfer.hdlgStat) ? s_transfer.hdlgStat : s_transfer.hwndOwner;
+    char text[MAX_PATH + 64];
+    HWND hwnd = IsWindow(transfer.statusWindow) ? transfer.statusWindow : transfer.owner;
     if (!isTransferring()) {
         return;
     }
-    wsprintfA(szText, "%s is there already. Overwrite it?", lastPart(s_transfer.szPath));
-    int nButton = MessageBoxA(hwnd, szText, "KRTERM", MB_YESNOCANCEL | MB_ICONQUESTION);
+    wsprintfA(text, "%s is there already. Overwrite it?", lastPart(transfer.path));
+    int button = MessageBoxA(hwnd, text, "KRTERM", MB_YESNOCANCEL | MB_ICONQUESTION);
     if (!isTransferring()) {
         return;
     }
-    if (nButton == IDCANCEL) {
-        cancelModem(&s_transfer.modem, GetTickCount());
+    if (button == IDCANCEL) {
+        cancelModem(&transfer.modem, GetTickCount());
     } else {
-        s_transfer.fReplace = nButton == IDYES;
-        answerModem(&s_transfer.modem, nButton == IDYES ? ANSWER_TAKE : ANSWER_DROP,
-                    GetTickCount());
+        transfer.replace = button == IDYES;
+        answerModem(&transfer.modem, button == IDYES ? ANSWER_TAKE : ANSWER_DROP, GetTickCount());
     }
     showChanges();
 }
@@ -328,12 +324,12 @@ void askUser()
 void closeTransfer()
 {
     if (isTransferring()) {
-        abortModem(&s_transfer.modem);
+        abortModem(&transfer.modem);
     }
     closeStatusWindow();
 }
 
 const Modem* lastTransfer()
 {
-    return &s_transfer.modem;
+    return &transfer.modem;
 }

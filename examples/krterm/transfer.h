@@ -6,21 +6,21 @@
 #include "order.h"
 
 struct TransferEvents {
-    void (*pfnPut)(const BYTE* pb, DWORD cb);   // to the host
-    void (*pfnStray)(const BYTE* pb, DWORD cb); // text of the host, for the screen
+    void (*put)(const BYTE* bytes, DWORD count);   // to the host
+    void (*stray)(const BYTE* bytes, DWORD count); // text of the host, for the screen
 };
 
-// The owner gets the messages of the status window, and uQuestion, a free message of its own,
+// The owner gets the messages of the status window, and question, a free message of its own,
 // for which it calls askUser(). Returns false if one is running or there is no status window.
-bool startTransfer(const TransferOrder* pOrder, HWND hwndOwner, UINT uQuestion,
-                   const TransferEvents* pEvents);
+bool startTransfer(const TransferOrder* order, HWND owner, UINT question,
+                   const TransferEvents* events);
 bool isTransferring();
 
 // The status window, which stays after the end until the user closes it; 0 if there is none.
 HWND transferWindow();
 
 // Bytes of the host: returns how many were the transfer's. The others are for the screen.
-DWORD feedTransfer(const BYTE* pb, DWORD cb);
+DWORD feedTransfer(const BYTE* bytes, DWORD count);
 
 // Some ten times a second.
 void tickTransfer();

@@ -9,14 +9,14 @@ namespace {
 constexpr char CLASS[] = "KRTERMVIEW";
 constexpr int MOST_COLUMNS = 500;
 
-HWND s_hwnd;
-const ViewEvents* s_pEvents;
-int s_cxChar, s_cyChar;
-int s_nTop;          // the line that the view begins with
-bool s_fFollow;      // which is that of the screen
-ScreenPlace s_begin; // of the selection, where the mouse went down
-ScreenPlace s_end;
-bool s_fDragging;
+HWND window;
+const ViewEvents* events;
+int charWidth, charHeight;
+int viewTop;                // the line that the view begins with
+bool following;             // which is that of the screen
+ScreenPlace selectionBegin; // of the selection, where the mouse went down
+ScreenPlace selectionEnd;
+bool dragging;
 
 HFONT fixedFont()
 {
@@ -27,12 +27,12 @@ void measureFont()
 {
     TEXTMETRICA metric = {};
     HDC hdc = GetDC(nullptr);
-    HGDIOBJ hfontOld = SelectObject(hdc, fixedFont());
+    HGDIOBJ oldFont = SelectObject(hdc, fixedFont());
     GetTextMetricsA(hdc, &metric);
-    SelectObject(hdc, hfontOld);
+    SelectObject(hdc, oldFont);
     ReleaseDC(nullptr, hdc);
-    s_cxChar = metric.tmAveCharWidth;
-    s_cyChar = metric.tmHeight;
+    charWidth = metric.tmAveCharWidth;
+    charHeight = metric.tmHeight;
 }
 
 // ---- scrolling
@@ -44,40 +44,40 @@ void showScrollBar()
     info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS | SIF_DISABLENOSCROLL;
     info.nMax = topLine() - firstLine() + screenRows() - 1;
     info.nPage = UINT(screenRows());
-    info.nPos = s_nTop - firstLine();
-    SetScrollInfo(s_hwnd, SB_VERT, &info, TRUE);
+    info.nPos = viewTop - firstLine();
+    SetScrollInfo(window, SB_VERT, &info, TRUE);
 }
 
-void scrollTo(int nLine)
+void scrollTo(int line)
 {
-    int nOld = s_nTop;
-    s_nTop = nLine < firstLine() ? firstLine() : nLine > topLine() ? topLine() : nLine;
-    s_fFollow = s_nTop == topLine();
-    if (s_nTop != nOld) {
-        InvalidateRect(s_hwnd, nullptr, FALSE);
+    int old = viewTop;
+    viewTop = line < firstLine() ? firstLine() : line > topLine() ? topLine() : line;
+    following = viewTop == topLine();
+    if (viewTop != old) {
+        InvalidateRect(window, nullptr, FALSE);
     }
     showScrollBar();
 }
 
-void onScroll(WORD nCode)
+void onScroll(WORD code)
 {
     SCROLLINFO info = {};
     info.cbSize = sizeof info;
     info.fMask = SIF_TRACKPOS;
-    GetScrollInfo(s_hwnd, SB_VERT, &info);
-    int cPage = screenRows();
-    switch (nCode) {
+    GetScrollInfo(window, SB_VERT, &info);
+    int page = screenRows();
+    switch (code) {
     case SB_LINEUP:
-        scrollTo(s_nTop - 1);
+        scrollTo(viewTop - 1);
         break;
     case SB_LINEDOWN:
-        scrollTo(s_nTop + 1);
+        scrollTo(viewTop + 1);
         break;
     case SB_PAGEUP:
-        scrollTo(s_nTop - cPage);
+        scrollTo(viewTop - page);
         break;
     case SB_PAGEDOWN:
-        scrollTo(s_nTop + cPage);
+        scrollTo(viewTop + page);
         break;
     case SB_THUMBTRACK:
         scrollTo(firstLine() + info.nTrackPos);
@@ -89,24 +89,24 @@ void onScroll(WORD nCode)
 
 // ---- what the screen tells
 
-void putFromScreen(const BYTE* pb, DWORD cb)
+void putFromScreen(const BYTE* bytes, DWORD count)
 {
-    s_pEvents->pfnPut(pb, cb);
+    events->put(bytes, count);
 }
 
-void onScreenChanged(int nFirstRow, int nEndRow)
+void onScreenChanged(int firstRow, int endRow)
 {
-    RECT rc;
-    GetClientRect(s_hwnd, &rc);
-    rc.top = (topLine() + nFirstRow - s_nTop) * s_cyChar;
-    rc.bottom = (topLine() + nEndRow - s_nTop) * s_cyChar;
-    InvalidateRect(s_hwnd, &rc, FALSE);
+    RECT rect;
+    GetClientRect(window, &rect);
+    rect.top = (topLine() + firstRow - viewTop) * charHeight;
+    rect.bottom = (topLine() + endRow - viewTop) * charHeight;
+    InvalidateRect(window, &rect, FALSE);
 }
 
 void onScreenMoved()
 {
-    if (s_hwnd != nullptr) {
-        scrollTo(s_fFollow ? topLine() : s_nTop);
+    if (window != nullptr) {
+        scrollTo(following ? topLine() : viewTop);
     }
 }
 
@@ -116,9 +116,9 @@ constexpr ScreenEvents SCREEN_EVENTS = {putFromScreen, onScreenChanged, onScreen
 
 bool isSelected(ScreenPlace place)
 {
-    bool fForward = isBefore(s_begin, s_end);
-    ScreenPlace from = fForward ? s_begin : s_end;
-    ScreenPlace to = fForward ? s_end : s_begin;
+    bool forward = isBefore(selectionBegin, selectionEnd);
+    ScreenPlace from = forward ? selectionBegin : selectionEnd;
+    ScreenPlace to = forward ? selectionEnd : selectionBegin;
     return !isBefore(place, from) && isBefore(place, to);
 }
 
@@ -127,97 +127,97 @@ ScreenCell shownCell(ScreenPlace place)
 {
     ScreenCell cell = cellAt(place);
     ScreenPlace cursor = cursorPlace();
-    bool fCursor = isCursorShown() && place.nLine == cursor.nLine &&
-                   place.nColumn == cursor.nColumn && GetFocus() == s_hwnd;
-    if (isSelected(place) != fCursor) {
-        COLORREF col = cell.colText;
-        cell.colText = cell.colBack;
-        cell.colBack = col;
+    bool isCursor = isCursorShown() && place.line == cursor.line && place.column == cursor.column &&
+                    GetFocus() == window;
+    if (isSelected(place) != isCursor) {
+        COLORREF col = cell.textColor;
+        cell.textColor = cell.backColor;
+        cell.backColor = col;
     }
     return cell;
 }
 
-bool looksAlike(const ScreenCell* p1, const ScreenCell* p2)
+bool looksAlike(const ScreenCell* one, const ScreenCell* other)
 {
-    return p1->colText == p2->colText && p1->colBack == p2->colBack && p1->fBold == p2->fBold &&
-           p1->fUnderline == p2->fUnderline;
+    return one->textColor == other->textColor && one->backColor == other->backColor &&
+           one->bold == other->bold && one->underline == other->underline;
 }
 
 // Characters of one look, in one row from one column on.
 struct Run {
-    WCHAR szText[MOST_COLUMNS];
-    INT aWidths[MOST_COLUMNS];
-    UINT cch;
-    int nColumn, cColumns;
+    WCHAR text[MOST_COLUMNS];
+    INT widths[MOST_COLUMNS];
+    UINT count;
+    int column, columns;
     ScreenCell look;
 };
 
-void drawRun(HDC hdc, const Run* pRun, int y)
+void drawRun(HDC hdc, const Run* run, int y)
 {
-    int x = pRun->nColumn * s_cxChar;
-    RECT rc = {x, y, x + pRun->cColumns * s_cxChar, y + s_cyChar};
-    SetTextColor(hdc, pRun->look.colText);
-    SetBkColor(hdc, pRun->look.colBack);
-    ExtTextOutW(hdc, x, y, ETO_OPAQUE | ETO_CLIPPED, &rc, pRun->szText, pRun->cch, pRun->aWidths);
-    if (pRun->look.fBold) {
+    int x = run->column * charWidth;
+    RECT rect = {x, y, x + run->columns * charWidth, y + charHeight};
+    SetTextColor(hdc, run->look.textColor);
+    SetBkColor(hdc, run->look.backColor);
+    ExtTextOutW(hdc, x, y, ETO_OPAQUE | ETO_CLIPPED, &rect, run->text, run->count, run->widths);
+    if (run->look.bold) {
         SetBkMode(hdc, TRANSPARENT);
-        ExtTextOutW(hdc, x + 1, y, ETO_CLIPPED, &rc, pRun->szText, pRun->cch, pRun->aWidths);
+        ExtTextOutW(hdc, x + 1, y, ETO_CLIPPED, &rect, run->text, run->count, run->widths);
         SetBkMode(hdc, OPAQUE);
     }
-    if (pRun->look.fUnderline) {
-        SetBkColor(hdc, pRun->look.colText);
-        rc.top = rc.bottom - 1;
-        ExtTextOutW(hdc, 0, 0, ETO_OPAQUE, &rc, nullptr, 0, nullptr);
+    if (run->look.underline) {
+        SetBkColor(hdc, run->look.textColor);
+        rect.top = rect.bottom - 1;
+        ExtTextOutW(hdc, 0, 0, ETO_OPAQUE, &rect, nullptr, 0, nullptr);
     }
 }
 
-void addToRun(Run* pRun, const ScreenCell* pCell)
+void addToRun(Run* run, const ScreenCell* cell)
 {
-    ++pRun->cColumns;
-    if (pCell->ch != 0) {
-        pRun->szText[pRun->cch] = pCell->ch < 0x10000 ? WCHAR(pCell->ch) : WCHAR(0xFFFD);
-        pRun->aWidths[pRun->cch++] = pCell->fWide ? 2 * s_cxChar : s_cxChar;
+    ++run->columns;
+    if (cell->ch != 0) {
+        run->text[run->count] = cell->ch < 0x10000 ? WCHAR(cell->ch) : WCHAR(0xFFFD);
+        run->widths[run->count++] = cell->wide ? 2 * charWidth : charWidth;
     }
 }
 
-void drawRow(HDC hdc, int nLine, int y)
+void drawRow(HDC hdc, int line, int y)
 {
-    static Run s_run;
-    int cColumns = screenColumns();
-    s_run.cch = 0;
-    s_run.nColumn = s_run.cColumns = 0;
-    for (int n = 0; n < cColumns && n < MOST_COLUMNS; ++n) {
-        ScreenCell cell = shownCell({nLine, n});
-        if (s_run.cColumns > 0 && !looksAlike(&cell, &s_run.look)) {
-            drawRun(hdc, &s_run, y);
-            s_run.cch = 0;
-            s_run.nColumn = n;
-            s_run.cColumns = 0;
+    static Run run;
+    int columns = screenColumns();
+    run.count = 0;
+    run.column = run.columns = 0;
+    for (int n = 0; n < columns && n < MOST_COLUMNS; ++n) {
+        ScreenCell cell = shownCell({line, n});
+        if (run.columns > 0 && !looksAlike(&cell, &run.look)) {
+            drawRun(hdc, &run, y);
+            run.count = 0;
+            run.column = n;
+            run.columns = 0;
         }
-        s_run.look = cell;
-        addToRun(&s_run, &cell);
+        run.look = cell;
+        addToRun(&run, &cell);
     }
-    drawRun(hdc, &s_run, y);
+    drawRun(hdc, &run, y);
 }
 
 void onPaint(HWND hwnd)
 {
     PAINTSTRUCT paint;
-    RECT rcClient;
+    RECT client;
     HDC hdc = BeginPaint(hwnd, &paint);
-    HGDIOBJ hfontOld = SelectObject(hdc, fixedFont());
-    int cRows = screenRows();
-    for (int n = 0; n < cRows; ++n) {
-        int y = n * s_cyChar;
-        if (y < paint.rcPaint.bottom && y + s_cyChar > paint.rcPaint.top) {
-            drawRow(hdc, s_nTop + n, y);
+    HGDIOBJ oldFont = SelectObject(hdc, fixedFont());
+    int rows = screenRows();
+    for (int n = 0; n < rows; ++n) {
+        int y = n * charHeight;
+        if (y < paint.rcPaint.bottom && y + charHeight > paint.rcPaint.top) {
+            drawRow(hdc, viewTop + n, y);
         }
     }
     // What is left over at the edges.
-    GetClientRect(hwnd, &rcClient);
-    ExcludeClipRect(hdc, 0, 0, screenColumns() * s_cxChar, cRows * s_cyChar);
-    FillRect(hdc, &rcClient, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
-    SelectObject(hdc, hfontOld);
+    GetClientRect(hwnd, &client);
+    ExcludeClipRect(hdc, 0, 0, screenColumns() * charWidth, rows * charHeight);
+    FillRect(hdc, &client, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
+    SelectObject(hdc, oldFont);
     EndPaint(hwnd, &paint);
 }
 
@@ -225,90 +225,90 @@ void onPaint(HWND hwnd)
 
 ScreenPlace placeAt(LPARAM lParam)
 {
-    int nColumn = (int(short(LOWORD(lParam))) + s_cxChar / 2) / s_cxChar;
-    int nRow = int(short(HIWORD(lParam))) / s_cyChar;
-    nColumn = nColumn < 0 ? 0 : nColumn > screenColumns() ? screenColumns() : nColumn;
-    nRow = nRow < 0 ? 0 : nRow >= screenRows() ? screenRows() - 1 : nRow;
-    return {s_nTop + nRow, nColumn};
+    int column = (int(short(LOWORD(lParam))) + charWidth / 2) / charWidth;
+    int row = int(short(HIWORD(lParam))) / charHeight;
+    column = column < 0 ? 0 : column > screenColumns() ? screenColumns() : column;
+    row = row < 0 ? 0 : row >= screenRows() ? screenRows() - 1 : row;
+    return {viewTop + row, column};
 }
 
 void select(ScreenPlace begin, ScreenPlace end)
 {
-    s_begin = begin;
-    s_end = end;
-    InvalidateRect(s_hwnd, nullptr, FALSE);
+    selectionBegin = begin;
+    selectionEnd = end;
+    InvalidateRect(window, nullptr, FALSE);
 }
 
 void onButtonDown(HWND hwnd, LPARAM lParam)
 {
     SetFocus(hwnd);
     SetCapture(hwnd);
-    s_fDragging = true;
+    dragging = true;
     select(placeAt(lParam), placeAt(lParam));
 }
 
 void onMouseMove(LPARAM lParam)
 {
     int y = int(short(HIWORD(lParam)));
-    if (!s_fDragging) {
+    if (!dragging) {
         return;
     }
-    if (y < 0 || y >= screenRows() * s_cyChar) {
-        scrollTo(s_nTop + (y < 0 ? -1 : 1));
+    if (y < 0 || y >= screenRows() * charHeight) {
+        scrollTo(viewTop + (y < 0 ? -1 : 1));
     }
-    select(s_begin, placeAt(lParam));
+    select(selectionBegin, placeAt(lParam));
 }
 
 void onDoubleClick(LPARAM lParam)
 {
-    ScreenPlace place = {s_nTop + int(short(HIWORD(lParam))) / s_cyChar,
-                         int(short(LOWORD(lParam))) / s_cxChar};
+    ScreenPlace place = {viewTop + int(short(HIWORD(lParam))) / charHeight,
+                         int(short(LOWORD(lParam))) / charWidth};
     select(wordEdge(place, false), wordEdge(place, true));
 }
 
-void putOnClipboard(UINT uFormat, const void* pText, size_t cb)
+void putOnClipboard(UINT format, const void* text, size_t count)
 {
-    HGLOBAL hglobal = GlobalAlloc(GMEM_MOVEABLE, cb);
-    if (hglobal != nullptr) {
-        memcpy(GlobalLock(hglobal), pText, cb);
-        GlobalUnlock(hglobal);
-        SetClipboardData(uFormat, hglobal);
+    HGLOBAL handle = GlobalAlloc(GMEM_MOVEABLE, count);
+    if (handle != nullptr) {
+        memcpy(GlobalLock(handle), text, count);
+        GlobalUnlock(handle);
+        SetClipboardData(format, handle);
     }
 }
 
 // Not every version of the system makes one kind of text of the other.
-void putTextOnClipboard(const WCHAR* pszText)
+void putTextOnClipboard(const WCHAR* text)
 {
-    size_t cch = wcslen(pszText) + 1;
-    int cb = WideCharToMultiByte(CP_ACP, 0, pszText, int(cch), nullptr, 0, nullptr, nullptr);
-    auto pszAnsi = static_cast<char*>(malloc(size_t(cb)));
-    if (pszAnsi == nullptr || !OpenClipboard(s_hwnd)) {
-        free(pszAnsi);
+    size_t length = wcslen(text) + 1;
+    int size = WideCharToMultiByte(CP_ACP, 0, text, int(length), nullptr, 0, nullptr, nullptr);
+    auto ansi = static_cast<char*>(malloc(size_t(size)));
+    if (ansi == nullptr || !OpenClipboard(window)) {
+        free(ansi);
         return;
     }
-    WideCharToMultiByte(CP_ACP, 0, pszText, int(cch), pszAnsi, cb, nullptr, nullptr);
+    WideCharToMultiByte(CP_ACP, 0, text, int(length), ansi, size, nullptr, nullptr);
     EmptyClipboard();
-    putOnClipboard(CF_UNICODETEXT, pszText, cch * sizeof(WCHAR));
-    putOnClipboard(CF_TEXT, pszAnsi, size_t(cb));
+    putOnClipboard(CF_UNICODETEXT, text, length * sizeof(WCHAR));
+    putOnClipboard(CF_TEXT, ansi, size_t(size));
     CloseClipboard();
-    free(pszAnsi);
+    free(ansi);
 }
 
-void pasteAnsi(const char* pszText)
+void pasteAnsi(const char* text)
 {
-    int cch = MultiByteToWideChar(CP_ACP, 0, pszText, -1, nullptr, 0);
-    auto pszWide = static_cast<WCHAR*>(malloc(size_t(cch) * sizeof(WCHAR)));
-    if (pszWide != nullptr && MultiByteToWideChar(CP_ACP, 0, pszText, -1, pszWide, cch) > 0) {
-        pasteText(pszWide);
+    int count = MultiByteToWideChar(CP_ACP, 0, text, -1, nullptr, 0);
+    auto wide = static_cast<WCHAR*>(malloc(size_t(count) * sizeof(WCHAR)));
+    if (wide != nullptr && MultiByteToWideChar(CP_ACP, 0, text, -1, wide, count) > 0) {
+        pasteText(wide);
     }
-    free(pszWide);
+    free(wide);
 }
 
 // ---- keys
 
 struct Key {
     WPARAM vk;
-    VTermKey nKey;
+    VTermKey key;
 };
 
 constexpr Key KEYS[] = {
@@ -327,15 +327,15 @@ VTermModifier modifiers()
 }
 
 // Shift keeps these keys in the terminal. Returns false for any other.
-bool takeOwnKey(WPARAM vk, VTermModifier nModifier)
+bool takeOwnKey(WPARAM vk, VTermModifier modifier)
 {
-    if (vk == VK_INSERT && nModifier == VTERM_MOD_CTRL) {
+    if (vk == VK_INSERT && modifier == VTERM_MOD_CTRL) {
         copySelection();
-    } else if (vk == VK_INSERT && nModifier == VTERM_MOD_SHIFT) {
+    } else if (vk == VK_INSERT && modifier == VTERM_MOD_SHIFT) {
         paste();
-    } else if (vk == VK_PRIOR && nModifier == VTERM_MOD_SHIFT) {
+    } else if (vk == VK_PRIOR && modifier == VTERM_MOD_SHIFT) {
         onScroll(SB_PAGEUP);
-    } else if (vk == VK_NEXT && nModifier == VTERM_MOD_SHIFT) {
+    } else if (vk == VK_NEXT && modifier == VTERM_MOD_SHIFT) {
         onScroll(SB_PAGEDOWN);
     } else {
         return false;
@@ -351,18 +351,18 @@ void beforeTyping()
 
 void onKeyDown(WPARAM vk)
 {
-    VTermModifier nModifier = modifiers();
-    if (takeOwnKey(vk, nModifier) || s_pEvents->pfnLocked()) {
+    VTermModifier modifier = modifiers();
+    if (takeOwnKey(vk, modifier) || events->locked()) {
         return;
     }
     if (vk >= VK_F1 && vk <= VK_F12) {
         beforeTyping();
-        typeKey(VTermKey(VTERM_KEY_FUNCTION(vk - VK_F1 + 1)), nModifier);
+        typeKey(VTermKey(VTERM_KEY_FUNCTION(vk - VK_F1 + 1)), modifier);
     }
     for (const Key& key : KEYS) {
         if (key.vk == vk) {
             beforeTyping();
-            typeKey(key.nKey, nModifier);
+            typeKey(key.key, modifier);
         }
     }
 }
@@ -371,17 +371,17 @@ void onKeyDown(WPARAM vk)
 void onChar(WPARAM wParam)
 {
     WCHAR ch = 0;
-    char chAnsi = char(wParam);
-    bool fKey = (wParam == '\r' || wParam == '\t' || wParam == '\b' || wParam == 0x1B) &&
-                GetKeyState(VK_CONTROL) >= 0;
-    if (fKey || s_pEvents->pfnLocked()) {
+    char ansi = char(wParam);
+    bool isKey = (wParam == '\r' || wParam == '\t' || wParam == '\b' || wParam == 0x1B) &&
+                 GetKeyState(VK_CONTROL) >= 0;
+    if (isKey || events->locked()) {
         return;
     }
     beforeTyping();
     if (wParam < ' ') {
-        BYTE b = BYTE(wParam);
-        s_pEvents->pfnPut(&b, 1);
-    } else if (MultiByteToWideChar(CP_ACP, 0, &chAnsi, 1, &ch, 1) == 1) {
+        BYTE byte = BYTE(wParam);
+        events->put(&byte, 1);
+    } else if (MultiByteToWideChar(CP_ACP, 0, &ansi, 1, &ch, 1) == 1) {
         typeChar(ch);
     }
 }
@@ -390,60 +390,60 @@ void onChar(WPARAM wParam)
 
 void onSize(LPARAM lParam)
 {
-    int cColumns = LOWORD(lParam) / s_cxChar;
-    int cRows = HIWORD(lParam) / s_cyChar;
-    if (cColumns < 1 || cRows < 1) {
+    int columns = LOWORD(lParam) / charWidth;
+    int rows = HIWORD(lParam) / charHeight;
+    if (columns < 1 || rows < 1) {
         return; // minimised
     }
-    cColumns = cColumns > MOST_COLUMNS ? MOST_COLUMNS : cColumns;
-    if (cColumns != screenColumns() || cRows != screenRows()) {
-        sizeScreen(cRows, cColumns);
+    columns = columns > MOST_COLUMNS ? MOST_COLUMNS : columns;
+    if (columns != screenColumns() || rows != screenRows()) {
+        sizeScreen(rows, columns);
         scrollTo(topLine());
-        InvalidateRect(s_hwnd, nullptr, FALSE);
-        s_pEvents->pfnSized(cRows, cColumns);
+        InvalidateRect(window, nullptr, FALSE);
+        events->sized(rows, columns);
     }
 }
 
-LRESULT onGetText(WPARAM cchBuffer, LPARAM lParam)
+LRESULT onGetText(WPARAM size, LPARAM lParam)
 {
-    WCHAR* pszText = screenText({s_nTop, 0}, {s_nTop + screenRows(), 0});
-    auto pszBuffer = reinterpret_cast<char*>(lParam);
-    int cch = 0;
-    if (pszText != nullptr && cchBuffer > 0) {
-        cch = WideCharToMultiByte(CP_ACP, 0, pszText, -1, nullptr, 0, nullptr, nullptr);
-        auto pszAnsi = static_cast<char*>(malloc(size_t(cch)));
-        if (pszAnsi != nullptr) {
-            WideCharToMultiByte(CP_ACP, 0, pszText, -1, pszAnsi, cch, nullptr, nullptr);
-            lstrcpynA(pszBuffer, pszAnsi, int(cchBuffer));
-            cch = lstrlenA(pszBuffer);
+    WCHAR* text = screenText({viewTop, 0}, {viewTop + screenRows(), 0});
+    auto buffer = reinterpret_cast<char*>(lParam);
+    int count = 0;
+    if (text != nullptr && size > 0) {
+        count = WideCharToMultiByte(CP_ACP, 0, text, -1, nullptr, 0, nullptr, nullptr);
+        auto ansi = static_cast<char*>(malloc(size_t(count)));
+        if (ansi != nullptr) {
+            WideCharToMultiByte(CP_ACP, 0, text, -1, ansi, count, nullptr, nullptr);
+            lstrcpynA(buffer, ansi, int(size));
+            count = lstrlenA(buffer);
         }
-        free(pszAnsi);
+        free(ansi);
     }
-    free(pszText);
-    return cch;
+    free(text);
+    return count;
 }
 
 LRESULT onCreate(HWND hwnd)
 {
-    s_hwnd = hwnd;
-    s_fFollow = true;
+    window = hwnd;
+    following = true;
     return 0;
 }
 
 void onWheel(WPARAM wParam)
 {
-    scrollTo(s_nTop - 3 * short(HIWORD(wParam)) / WHEEL_DELTA);
+    scrollTo(viewTop - 3 * short(HIWORD(wParam)) / WHEEL_DELTA);
 }
 
 void showCursor()
 {
-    int nRow = cursorPlace().nLine - topLine();
-    onScreenChanged(nRow, nRow + 1);
+    int row = cursorPlace().line - topLine();
+    onScreenChanged(row, row + 1);
 }
 
 void onButtonUp()
 {
-    s_fDragging = false;
+    dragging = false;
     ReleaseCapture();
 }
 
@@ -452,9 +452,9 @@ LRESULT onTextLength()
     return screenRows() * (screenColumns() * 2 + 2);
 }
 
-LRESULT CALLBACK viewProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
+LRESULT CALLBACK viewProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    switch (uMessage) {
+    switch (message) {
     case WM_CREATE:
         return onCreate(hwnd);
     case WM_PAINT:
@@ -496,7 +496,7 @@ LRESULT CALLBACK viewProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam
     case WM_GETTEXTLENGTH:
         return onTextLength();
     default:
-        return DefWindowProcA(hwnd, uMessage, wParam, lParam);
+        return DefWindowProcA(hwnd, message, wParam, lParam);
     }
 }
 
@@ -514,39 +514,40 @@ bool registerView(HINSTANCE hInstance)
     return RegisterClassA(&wndclass) != 0;
 }
 
-HWND openView(HWND hwndParent, const ViewEvents* pEvents)
+HWND openView(HWND parent, const ViewEvents* events)
 {
     constexpr int ROWS = 24;
     constexpr int COLUMNS = 80;
-    s_pEvents = pEvents;
-    s_nTop = 0;
+    events = events;
+    viewTop = 0;
     if (!openScreen(ROWS, COLUMNS, &SCREEN_EVENTS)) {
         return nullptr;
     }
     return CreateWindowExA(WS_EX_CLIENTEDGE, CLASS, "", WS_CHILD | WS_VISIBLE | WS_VSCROLL, 0, 0, 0,
-                           0, hwndParent, nullptr, nullptr, nullptr);
+                           0, parent, nullptr, nullptr, nullptr);
 }
 
-SIZE sizeOfView(int cRows, int cColumns)
+SIZE sizeOfView(int rows, int columns)
 {
-    RECT rc = {0, 0, cColumns * s_cxChar, cRows * s_cyChar};
-    AdjustWindowRectEx(&rc, WS_CHILD, FALSE, WS_EX_CLIENTEDGE);
-    return {rc.right - rc.left + GetSystemMetrics(SM_CXVSCROLL), rc.bottom - rc.top};
+    RECT rect = {0, 0, columns * charWidth, rows * charHeight};
+    AdjustWindowRectEx(&rect, WS_CHILD, FALSE, WS_EX_CLIENTEDGE);
+    return {rect.right - rect.left + GetSystemMetrics(SM_CXVSCROLL), rect.bottom - rect.top};
 }
 
 bool hasSelection()
 {
-    return isBefore(s_begin, s_end) || isBefore(s_end, s_begin);
+    return isBefore(selectionBegin, selectionEnd) || isBefore(selectionEnd, selectionBegin);
 }
 
 void copySelection()
 {
-    bool fForward = isBefore(s_begin, s_end);
-    WCHAR* pszText = screenText(fForward ? s_begin : s_end, fForward ? s_end : s_begin);
-    if (pszText != nullptr && hasSelection()) {
-        putTextOnClipboard(pszText);
+    bool forward = isBefore(selectionBegin, selectionEnd);
+    WCHAR* text = screenText(forward ? selectionBegin : selectionEnd,
+                             forward ? selectionEnd : selectionBegin);
+    if (text != nullptr && hasSelection()) {
+        putTextOnClipboard(text);
     }
-    free(pszText);
+    free(text);
 }
 
 void selectAll()
@@ -556,18 +557,18 @@ void selectAll()
 
 void paste()
 {
-    if (s_pEvents->pfnLocked() || !OpenClipboard(s_hwnd)) {
+    if (events->locked() || !OpenClipboard(window)) {
         return;
     }
-    HANDLE hText = GetClipboardData(CF_UNICODETEXT);
-    HANDLE hAnsi = hText == nullptr ? GetClipboardData(CF_TEXT) : nullptr;
+    HANDLE text = GetClipboardData(CF_UNICODETEXT);
+    HANDLE ansi = text == nullptr ? GetClipboardData(CF_TEXT) : nullptr;
     beforeTyping();
-    if (hText != nullptr) {
-        pasteText(static_cast<const WCHAR*>(GlobalLock(hText)));
-        GlobalUnlock(hText);
-    } else if (hAnsi != nullptr) {
-        pasteAnsi(static_cast<const char*>(GlobalLock(hAnsi)));
-        GlobalUnlock(hAnsi);
+    if (text != nullptr) {
+        pasteText(static_cast<const WCHAR*>(GlobalLock(text)));
+        GlobalUnlock(text);
+    } else if (ansi != nullptr) {
+        pasteAnsi(static_cast<const char*>(GlobalLock(ansi)));
+        GlobalUnlock(ansi);
     }
     CloseClipboard();
 }

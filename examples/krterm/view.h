@@ -7,17 +7,17 @@
 
 bool registerView(HINSTANCE hInstance);
 
-// pfnSized is told how many characters fit; pfnPut takes what goes to the host.
+// sized is told how many characters fit; put takes what goes to the host.
 struct ViewEvents {
-    void (*pfnPut)(const BYTE* pb, DWORD cb);
-    void (*pfnSized)(int cRows, int cColumns);
-    bool (*pfnLocked)(); // what is typed now isn't for the host
+    void (*put)(const BYTE* bytes, DWORD count);
+    void (*sized)(int rows, int columns);
+    bool (*locked)(); // what is typed now isn't for the host
 };
 
-HWND openView(HWND hwndParent, const ViewEvents* pEvents);
+HWND openView(HWND parent, const ViewEvents* events);
 
 // The size of the view for so many characters.
-SIZE sizeOfView(int cRows, int cColumns);
+SIZE sizeOfView(int rows, int columns);
 
 bool hasSelection();
 void copySelection();

@@ -27,6 +27,7 @@ struct Script {
 constexpr Script SCRIPTS[] = {
     {"copy", "KRDEMO.EXE", "/copy", 0, {robot::copySteps}},
     {"server", "KRDEMO.EXE", SESSION_ARGUMENTS, IDC_DANDD_TOOLBAR, {robot::serverSteps}},
+    {"terminal", "KRTERM.EXE", "", 0, {robot::terminalSteps}},
     {"demo",
      "KRDEMO.EXE",
      SESSION_ARGUMENTS,
@@ -68,7 +69,7 @@ int main(int argc, char** argv)
         found = argc == 5 && strcmp(script.name, argv[1]) == 0 ? &script : found;
     }
     if (found == nullptr) {
-        printf("usage: robot copy|server|demo PICTURES LOCAL HOST\n");
+        printf("usage: robot copy|server|terminal|demo PICTURES LOCAL HOST\n");
         return 2;
     }
     robot::setFolders(argv[2], argv[3], argv[4]);

@@ -18,6 +18,7 @@ struct StepTable {
 // folders of the run.
 StepTable copySteps();   // with a status window alone
 StepTable serverSteps(); // with a server, of whose files nothing is known
+StepTable terminalSteps(); // for the sample terminal
 StepTable transferSteps();
 StepTable paneSteps();
 StepTable dialogSteps();

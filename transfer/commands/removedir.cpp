@@ -37,8 +37,9 @@ void removeLocalDir(const commands::Command* pCommand, const panes::Row* pRow)
                                   commands::CCH_QUESTION);
         return;
     }
-    KrRecordAction(pCommand->pRecord->hwndParent, KRACTION_LOCALDIR_REMOVED, pRow->szText);
-    fXferDandDRemoveSubDir(pCommand->hdlgDandD, IDC_DANDD_LOCALDIRS, pRow->szText);
+    if (window::recordAction(pCommand->pRecord, KRACTION_LOCALDIR_REMOVED, pRow->szText)) {
+        fXferDandDRemoveSubDir(pCommand->hdlgDandD, IDC_DANDD_LOCALDIRS, pRow->szText);
+    }
 }
 
 } // namespace

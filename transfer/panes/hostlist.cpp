@@ -1,6 +1,7 @@
 // The host panes, which show only what the caller puts there.
 #include "resources/ids.h"
 #include "transfer/panes/changes.h"
+#include "transfer/panes/drawing.h"
 #include "transfer/panes/rows.h"
 
 namespace {
@@ -23,17 +24,14 @@ HGLOBAL workingDirRecord(HWND hwndDirs)
     return panes::readRecord(hRecord, &item) && item.nIndent == WORKDIR_INDENT ? hRecord : nullptr;
 }
 
-void seedParentRow(HWND hdlgDandD)
-{
-    fXferDandDAddListItem(hdlgDandD, IDC_DANDD_HOSTDIRS, PARENT_DIR, panes::ICON_OPENFOLDER, 0,
-                          XFERITEM_ANCESTOR, 0);
-}
-
 // Puts the working directory row back into the list that was cleared. Without the ".." row above
 // it there is no place for it. Returns whether the row has its record again.
-bool putBack(HWND hwndDirs, const char* pszText, HGLOBAL hRecord)
+bool putBack(const window::Ref& ref, HWND hwndDirs, const char* pszText, HGLOBAL hRecord)
 {
     LRESULT nRow = panes::tellList(hwndDirs, LB_ADDSTRING, 0, pszText);
+    if (!window::isAlive(ref)) {
+        return false;
+    }
     if (nRow > 0) {
         panes::tellList(hwndDirs, LB_SETITEMDATA, LONG(nRow), hRecord);
     } else {
@@ -42,38 +40,54 @@ bool putBack(HWND hwndDirs, const char* pszText, HGLOBAL hRecord)
     return nRow > 0;
 }
 
+// Empties the list, which isn't drawn with each row that goes, and puts the ".." row into it.
+// Returns false if the window ended meanwhile.
+bool reseedDirs(XferWindowRecord* pRecord, HWND hwndDirs)
+{
+    window::Ref ref = window::refOf(pRecord);
+    bool fHeld = panes::suspendDrawing(pRecord, IDC_DANDD_HOSTDIRS);
+    if (!fHeld) {
+        panes::tellList(hwndDirs, WM_SETREDRAW, FALSE);
+    }
+    panes::clearRows(ref, hwndDirs);
+    if (!window::isAlive(ref)) {
+        return false;
+    }
+    panes::tellList(hwndDirs, LB_RESETCONTENT);
+    if (!fHeld) {
+        panes::tellList(hwndDirs, WM_SETREDRAW, TRUE);
+        InvalidateRect(hwndDirs, nullptr, TRUE);
+    }
+    fXferDandDAddListItem(ref.hdlgDandD, IDC_DANDD_HOSTDIRS, PARENT_DIR, panes::ICON_OPENFOLDER, 0,
+                          XFERITEM_ANCESTOR, 0);
+    return window::isAlive(ref);
+}
+
 // Clears the list around the working directory row, which keeps its record. The record is held
 // meanwhile: clearing the list tells others of its rows, and the window can end in that.
-void clearAroundWorkingDir(const window::Ref& ref, HWND hwndDirs)
+void clearAroundWorkingDir(XferWindowRecord* pRecord, HWND hwndDirs)
 {
     char szText[XFER_NAME_SIZE];
-    panes::HeldRecords held;
+    panes::HeldRecord held;
+    window::Ref ref = window::refOf(pRecord);
     HGLOBAL hRecord = workingDirRecord(hwndDirs);
-    panes::holdRecords(&held, &hRecord, hRecord == nullptr ? 0 : 1);
     panes::readRowText(hwndDirs, WORKDIR_ROW, szText);
-    panes::resetRows(hwndDirs);
-    bool fKept = false;
-    if (window::isAlive(ref)) {
-        seedParentRow(ref.hdlgDandD);
-        fKept = hRecord != nullptr && window::isAlive(ref) && putBack(hwndDirs, szText, hRecord) &&
-                window::isAlive(ref);
-    }
-    panes::releaseRecords(&held);
+    panes::holdRecord(&held, hRecord);
+    bool fKept = reseedDirs(pRecord, hwndDirs) && hRecord != nullptr &&
+                 putBack(ref, hwndDirs, szText, hRecord);
+    panes::releaseRecord(&held);
     if (hRecord != nullptr && !fKept) {
         GlobalFree(hRecord);
     }
 }
 
-void clearDirs(const window::Ref& ref, bool fSubDirs, bool fWorkingDir)
+void clearDirs(XferWindowRecord* pRecord, bool fSubDirs, bool fWorkingDir)
 {
-    HWND hwndDirs = GetDlgItem(ref.hdlgDandD, IDC_DANDD_HOSTDIRS);
+    HWND hwndDirs = GetDlgItem(pRecord->hwndDialog, IDC_DANDD_HOSTDIRS);
     if (fSubDirs && !fWorkingDir) {
-        clearAroundWorkingDir(ref, hwndDirs);
+        clearAroundWorkingDir(pRecord, hwndDirs);
     } else if (fSubDirs) {
-        panes::resetRows(hwndDirs);
-        if (window::isAlive(ref)) {
-            seedParentRow(ref.hdlgDandD);
-        }
+        reseedDirs(pRecord, hwndDirs);
     } else if (fWorkingDir && workingDirRecord(hwndDirs) != nullptr) {
         panes::deleteRow(hwndDirs, WORKDIR_ROW);
     }
@@ -122,7 +136,7 @@ int KRHAULAPI nXferDandDClearHostFileList(HWND hdlgDandD)
 // The lists and the lines tell others of each change, and the window can end in that.
 int KRHAULAPI nXferDandDClearHostFileInfo(HWND hdlgDandD, DWORD dwFlags)
 {
-    const XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
+    XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
     if (pRecord == nullptr) {
         return 0;
     }
@@ -137,7 +151,7 @@ int KRHAULAPI nXferDandDClearHostFileInfo(HWND hdlgDandD, DWORD dwFlags)
         SetDlgItemTextA(hdlgDandD, IDC_DANDD_HOSTFILTER, "");
     }
     if (window::isAlive(ref)) {
-        clearDirs(ref, (dwFlags & XFERCLEAR_SUBDIRS) != 0, (dwFlags & XFERCLEAR_WORKDIR) != 0);
+        clearDirs(pRecord, (dwFlags & XFERCLEAR_SUBDIRS) != 0, (dwFlags & XFERCLEAR_WORKDIR) != 0);
     }
     return 0;
 }

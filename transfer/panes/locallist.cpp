@@ -241,7 +241,7 @@ void KRHAULAPI vXferDandDRefreshLocalFiles(HWND hdlgDandD)
     setRedraw(hwndDirs, FALSE);
     setRedraw(hwndFiles, FALSE);
     SendMessageA(hwndFiles, LB_RESETCONTENT, 0, 0);
-    panes::clearRows(hwndDirs);
+    panes::clearRows(ref, hwndDirs);
     // The list reports each row that goes to the window, and so to the caller's procedure.
     if (window::isAlive(ref) && followDirectory(pRecord)) {
         fillPanes(pRecord, hwndFiles);

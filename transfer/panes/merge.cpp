@@ -228,7 +228,7 @@ bool insertDirPlanned(Plan* pPlan, LONG nRow, const char* pszName)
 {
     HGLOBAL hRecord = panes::makeRecord(panes::ICON_CLOSEDFOLDER, SUBDIR_INDENT, XFERITEM_CHILD, 0);
     pPlan->cRowMessages += hRecord != nullptr;
-    return panes::insertSubDir(pPlan->hwndList, nRow, pszName, hRecord);
+    return panes::insertSubDir(pPlan->ref, pPlan->hwndList, nRow, pszName, hRecord);
 }
 
 bool insertFilePlanned(Plan* pPlan, LONG nRow, const char* pszName)
@@ -284,11 +284,10 @@ void startAgain(Plan* pPlan)
 LONG runPlan(Plan* pPlan)
 {
     for (LONG n = 0; n < pPlan->pNames->cNames; ++n) {
-        bool fDone = runStep(pPlan, n);
-        if (!isValid(pPlan)) {
-            return n + fDone;
+        if (!isValid(pPlan) || !runStep(pPlan, n)) {
+            return n;
         }
-        if (pPlan->fByName && pPlan->fRefused) {
+        if (pPlan->fByName && pPlan->fRefused && isValid(pPlan)) {
             startAgain(pPlan);
             return runPlan(pPlan);
         }

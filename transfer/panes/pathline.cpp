@@ -7,6 +7,7 @@
 #include "transfer/panes/drives.h"
 #include "transfer/panes/locallist.h"
 #include "transfer/panes/splitpath.h"
+#include "transfer/window/request.h"
 
 #include <direct.h>
 #include <stdlib.h>
@@ -18,8 +19,6 @@ constexpr int CCH_MASK = 10;
 constexpr int CCH_FAILED_FORMAT = 20;
 constexpr int MAX_FAILED_FORMAT = 80;
 constexpr char ROOT[] = "\\";
-constexpr DWORD TYPED = 0;
-constexpr DWORD FROM_LIST = 1;
 
 void readLine(const XferWindowRecord* pRecord, int idControl, char (&szText)[XFER_NAME_SIZE])
 {
@@ -32,21 +31,6 @@ bool readSelectedRow(HWND hwndList, panes::Row* pRow)
 {
     LRESULT nRow = SendMessageA(hwndList, LB_GETCURSEL, 0, 0);
     return nRow != LB_ERR && panes::readRow(hwndList, LONG(nRow), pRow);
-}
-
-// The callback can end the window, and the calls that it makes can overwrite the scratch buffer
-// that it was given. So what is recorded afterwards comes from a copy.
-void changeHostDir(const XferWindowRecord* pRecord, const char* pszDir, DWORD fFromList)
-{
-    char szDir[XFER_NAME_SIZE];
-    HWND hwndParent = pRecord->hwndParent;
-    if (pRecord->callbacks.pfnChangeHostDir == nullptr) {
-        return;
-    }
-    shared::copyText(szDir, pszDir, sizeof szDir);
-    shared::copyText(g_szScratch, pszDir, sizeof g_szScratch);
-    pRecord->callbacks.pfnChangeHostDir(pRecord->dwCallerData, 0, 0, g_szScratch, fFromList);
-    KrRecordAction(hwndParent, KRACTION_HOSTDIR_CHANGED, szDir);
 }
 
 // The pattern of the selected file type takes effect here, not when it is selected.
@@ -118,7 +102,7 @@ void activateHostPath(HWND, XferWindowRecord* pRecord)
 {
     char szDir[XFER_NAME_SIZE];
     readLine(pRecord, IDC_DANDD_HOSTPATH, szDir);
-    changeHostDir(pRecord, szDir, TYPED);
+    window::requestRecordedChangeDir(pRecord, szDir, window::NAME_TYPED);
 }
 
 void activateHostDirs(HWND hdlgDandD, XferWindowRecord* pRecord)
@@ -126,7 +110,7 @@ void activateHostDirs(HWND hdlgDandD, XferWindowRecord* pRecord)
     panes::Row row;
     if (readSelectedRow(GetDlgItem(hdlgDandD, IDC_DANDD_HOSTDIRS), &row) &&
         (row.nKind == XFERITEM_ANCESTOR || row.nKind == XFERITEM_CHILD)) {
-        changeHostDir(pRecord, row.szText, FROM_LIST);
+        window::requestRecordedChangeDir(pRecord, row.szText, window::NAME_FROM_LIST);
     }
 }
 
@@ -136,23 +120,15 @@ void activateHostFilter(HWND, XferWindowRecord* pRecord)
 {
     char szFilter[XFER_NAME_SIZE];
     readLine(pRecord, IDC_DANDD_HOSTFILTER, szFilter);
-    if (pRecord->callbacks.pfnHostFilter != nullptr) {
-        pRecord->callbacks.pfnHostFilter(pRecord->dwCallerData, 0, 0, szFilter);
-    }
+    window::requestFilter(pRecord, szFilter);
 }
 
-// Recording can end the window, or run calls that use the scratch buffers.
 void activateCommandLine(HWND, XferWindowRecord* pRecord)
 {
     char szCommand[XFER_NAME_SIZE];
     readLine(pRecord, IDC_DANDD_COMMANDLINE, szCommand);
-    if (pRecord->callbacks.pfnHostCommand == nullptr || szCommand[0] == '\0') {
-        return;
-    }
-    window::Ref ref = window::refOf(pRecord);
-    KrRecordCommand(pRecord->hwndParent, szCommand);
-    if (window::isAlive(ref)) {
-        pRecord->callbacks.pfnHostCommand(pRecord->dwCallerData, 0, 0, szCommand);
+    if (szCommand[0] != '\0') {
+        window::requestCommand(pRecord, szCommand);
     }
 }
 

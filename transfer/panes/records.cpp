@@ -1,19 +1,19 @@
 #include "transfer/panes/records.h"
 #include "transfer/panes/rows.h"
 
-#include <stdlib.h>
-
 HICON panes::g_listIcons[panes::ICON_COUNT];
 
 namespace {
 
-panes::HeldRecords* s_pHeld;
+panes::HeldRecord* s_pHeld;
 
-int compareHandles(const void* p1, const void* p2)
+bool isHeld(HGLOBAL hRecord)
 {
-    HGLOBAL h1 = *static_cast<const HGLOBAL*>(p1);
-    HGLOBAL h2 = *static_cast<const HGLOBAL*>(p2);
-    return h1 < h2 ? -1 : h1 > h2;
+    const panes::HeldRecord* p = s_pHeld;
+    while (p != nullptr && p->hRecord != hRecord) {
+        p = p->pOuter;
+    }
+    return p != nullptr;
 }
 
 } // namespace
@@ -51,72 +51,33 @@ HGLOBAL panes::recordOfRow(HWND hwndList, LONG nRow)
     return reinterpret_cast<HGLOBAL>(nData == LB_ERR ? 0 : nData);
 }
 
-// Sorted, so that many rows can be looked up.
-void panes::holdRecords(HeldRecords* pHeld, HGLOBAL* phRecords, LONG cRecords)
+void panes::holdRecord(HeldRecord* pHeld, HGLOBAL hRecord)
 {
-    qsort(phRecords, size_t(cRecords), sizeof *phRecords, compareHandles);
-    *pHeld = {phRecords, cRecords, s_pHeld};
+    *pHeld = {hRecord, s_pHeld};
     s_pHeld = pHeld;
 }
 
-void panes::releaseRecords(HeldRecords* pHeld)
+void panes::releaseRecord(HeldRecord* pHeld)
 {
     s_pHeld = pHeld->pOuter;
 }
 
-bool panes::isHeld(HGLOBAL hRecord)
-{
-    for (const HeldRecords* p = s_pHeld; p != nullptr; p = p->pOuter) {
-        if (bsearch(&hRecord, p->phRecords, size_t(p->cRecords), sizeof hRecord, compareHandles) !=
-            nullptr) {
-            return true;
-        }
-    }
-    return false;
-}
-
 void panes::deleteRow(HWND hwndList, LONG nRow)
 {
-    HeldRecords held;
+    HeldRecord held;
     HGLOBAL hRecord = recordOfRow(hwndList, nRow);
     bool fOwned = hRecord != nullptr && !isHeld(hRecord);
-    holdRecords(&held, &hRecord, fOwned ? 1 : 0);
+    holdRecord(&held, hRecord);
     tellList(hwndList, LB_DELETESTRING, nRow);
-    releaseRecords(&held);
+    releaseRecord(&held);
     if (fOwned) {
         GlobalFree(hRecord);
     }
 }
 
-void panes::clearRows(HWND hwndList)
+void panes::clearRows(const window::Ref& ref, HWND hwndList)
 {
-    for (auto n = LONG(tellList(hwndList, LB_GETCOUNT)) - 1; n >= 0; --n) {
+    for (auto n = LONG(tellList(hwndList, LB_GETCOUNT)) - 1; n >= 0 && window::isAlive(ref); --n) {
         deleteRow(hwndList, n);
     }
-}
-
-void panes::resetRows(HWND hwndList)
-{
-    HeldRecords held;
-    auto cRows = LONG(tellList(hwndList, LB_GETCOUNT));
-    auto phRecords =
-        static_cast<HGLOBAL*>(cRows <= 0 ? nullptr : malloc(size_t(cRows) * sizeof(HGLOBAL)));
-    if (phRecords == nullptr) {
-        clearRows(hwndList);
-        return;
-    }
-    LONG cRecords = 0;
-    for (LONG n = 0; n < cRows; ++n) {
-        HGLOBAL hRecord = recordOfRow(hwndList, n);
-        if (hRecord != nullptr && !isHeld(hRecord)) {
-            phRecords[cRecords++] = hRecord;
-        }
-    }
-    holdRecords(&held, phRecords, cRecords);
-    tellList(hwndList, LB_RESETCONTENT);
-    releaseRecords(&held);
-    for (LONG n = 0; n < cRecords; ++n) {
-        GlobalFree(phRecords[n]);
-    }
-    free(phRecords);
 }

@@ -2,7 +2,7 @@
 #ifndef TRANSFER_PANES_RECORDS_H
 #define TRANSFER_PANES_RECORDS_H
 
-#include <windows.h>
+#include "transfer/window/record.h"
 
 enum ItemKind : LONG {
     XFERITEM_ROOT = 0,
@@ -45,29 +45,25 @@ bool readRecord(HGLOBAL hRecord, XferListItem* pItem);
 // The record of a row of a list box, or null.
 HGLOBAL recordOfRow(HWND hwndList, LONG nRow);
 
-// Records in the hand of code that deletes their rows. A list reports each row that goes to its
-// owner, who can still read the record then, and who can also end the window: whatever deletes
-// the same rows meanwhile must leave these records alone.
-struct HeldRecords {
-    HGLOBAL* phRecords;
-    LONG cRecords;
-    HeldRecords* pOuter;
+// A record in the hand of code that deletes its row. A list reports each row that goes to its
+// owner, who can still read the record then, and who can also end the window: whatever deletes the
+// same row meanwhile must leave the record alone.
+struct HeldRecord {
+    HGLOBAL hRecord;
+    HeldRecord* pOuter;
 };
-void holdRecords(HeldRecords* pHeld, HGLOBAL* phRecords, LONG cRecords);
+void holdRecord(HeldRecord* pHeld, HGLOBAL hRecord);
 
-// Ends the hold that began last. The records are still there.
-void releaseRecords(HeldRecords* pHeld);
-
-bool isHeld(HGLOBAL hRecord);
+// Ends the hold that began last. The record is still there.
+void releaseRecord(HeldRecord* pHeld);
 
 // Deletes a row of a list box, then frees its record, if it has one.
 void deleteRow(HWND hwndList, LONG nRow);
 
-// Deletes all rows of a list box with their records.
-void clearRows(HWND hwndList);
-
-// The same by one message. Without the memory for that it is clearRows.
-void resetRows(HWND hwndList);
+// Deletes all rows of a list box with their records, until the window ends. One by one: the end of
+// the window inside a message that deletes them all would leave the list with nothing to go on
+// with.
+void clearRows(const window::Ref& ref, HWND hwndList);
 
 } // namespace panes
 

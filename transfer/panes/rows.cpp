@@ -69,18 +69,24 @@ LONG bisectForPlace(HWND hwndList, LONG nLow, LONG nHigh, const char* pszName, b
     return nLow;
 }
 
-LRESULT insertTopRow(HWND hwndList, int idControl, const char* pszText, DWORD nIndent)
+LRESULT insertDirRow(HWND hwndList, int idControl, const char* pszText, DWORD nIndent, LONG nKind)
 {
-    bool fHostWorkDir = idControl == IDC_DANDD_HOSTDIRS && nIndent == WORKDIR_INDENT;
-    return fHostWorkDir ? panes::tellList(hwndList, LB_INSERTSTRING, WORKDIR_ROW, pszText)
-                        : panes::tellList(hwndList, LB_ADDSTRING, 0, pszText);
+    if (idControl == IDC_DANDD_HOSTDIRS && nIndent == WORKDIR_INDENT) {
+        return panes::tellList(hwndList, LB_INSERTSTRING, WORKDIR_ROW, pszText);
+    }
+    if (nKind != XFERITEM_CHILD) {
+        return panes::tellList(hwndList, LB_ADDSTRING, 0, pszText);
+    }
+    LONG nRow = panes::placeOfChild(hwndList, pszText, true);
+    return panes::tellList(hwndList, LB_INSERTSTRING, nRow, pszText);
 }
 
-// Gives a new row its record, or frees the record of a row that was refused or whose list ended
+// Gives a new row its record, or frees the record of a row that was refused, or whose window ended
 // while the row came in.
-bool attachRecord(HWND hwndList, UINT uSetData, LRESULT nRow, HGLOBAL hRecord)
+bool attachRecord(const window::Ref& ref, HWND hwndList, UINT uSetData, LRESULT nRow,
+                  HGLOBAL hRecord)
 {
-    if (nRow < 0 || !IsWindow(hwndList)) {
+    if (nRow < 0 || !window::isAlive(ref)) {
         GlobalFree(hRecord);
         return false;
     }
@@ -198,10 +204,11 @@ bool panes::insertFileRow(XferWindowRecord* pRecord, int idControl, LONG nRow, c
            0;
 }
 
-bool panes::insertSubDir(HWND hwndList, LONG nRow, const char* pszText, HGLOBAL hRecord)
+bool panes::insertSubDir(const window::Ref& ref, HWND hwndList, LONG nRow, const char* pszText,
+                         HGLOBAL hRecord)
 {
     return hRecord != nullptr &&
-           attachRecord(hwndList, LB_SETITEMDATA,
+           attachRecord(ref, hwndList, LB_SETITEMDATA,
                         tellList(hwndList, LB_INSERTSTRING, nRow, pszText), hRecord);
 }
 
@@ -210,25 +217,21 @@ int fXferDandDAddListItem(HWND hdlgDandD, int idControl, const char* pszText, pa
 {
     char szText[XFER_NAME_SIZE];
     HWND hwndList = GetDlgItem(hdlgDandD, idControl);
+    const XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
     bool fDrives = idControl == IDC_DANDD_LOCALDRIVES;
-    if (!fDrives && idControl != IDC_DANDD_HOSTDIRS && idControl != IDC_DANDD_LOCALDIRS) {
+    if (pRecord == nullptr ||
+        (!fDrives && idControl != IDC_DANDD_HOSTDIRS && idControl != IDC_DANDD_LOCALDIRS)) {
         return 0;
     }
+    window::Ref ref = window::refOf(pRecord);
     HGLOBAL hRecord = panes::makeRecord(nIcon, nIndent, fDrives ? 0 : nKind, fDrives ? 0 : cchPath);
     if (hRecord == nullptr) {
         return 0;
     }
     panes::cutToRow(szText, pszText);
-    if (fDrives) {
-        return attachRecord(hwndList, CB_SETITEMDATA,
-                            panes::tellList(hwndList, CB_ADDSTRING, 0, szText), hRecord);
-    }
-    bool fTop =
-        nKind != XFERITEM_CHILD || (idControl == IDC_DANDD_HOSTDIRS && nIndent == WORKDIR_INDENT);
-    LRESULT nRow = fTop ? insertTopRow(hwndList, idControl, szText, nIndent)
-                        : panes::tellList(hwndList, LB_INSERTSTRING,
-                                          panes::placeOfChild(hwndList, szText, true), szText);
-    return attachRecord(hwndList, LB_SETITEMDATA, nRow, hRecord);
+    LRESULT nRow = fDrives ? panes::tellList(hwndList, CB_ADDSTRING, 0, szText)
+                           : insertDirRow(hwndList, idControl, szText, nIndent, nKind);
+    return attachRecord(ref, hwndList, fDrives ? CB_SETITEMDATA : LB_SETITEMDATA, nRow, hRecord);
 }
 
 void panes::appendFileName(HWND hwndList, const char* pszName)
@@ -238,8 +241,11 @@ void panes::appendFileName(HWND hwndList, const char* pszName)
 
 void panes::appendSubDir(HWND hdlgDandD, int idControl, const char* pszText, DWORD nIndent)
 {
-    insertSubDir(GetDlgItem(hdlgDandD, idControl), -1, pszText,
-                 makeRecord(ICON_CLOSEDFOLDER, nIndent, XFERITEM_CHILD, 0));
+    const XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
+    if (pRecord != nullptr) {
+        insertSubDir(window::refOf(pRecord), GetDlgItem(hdlgDandD, idControl), -1, pszText,
+                     makeRecord(ICON_CLOSEDFOLDER, nIndent, XFERITEM_CHILD, 0));
+    }
 }
 
 int fXferDandDRemoveSubDir(HWND hdlgDandD, int idControl, const char* pszName)
@@ -269,11 +275,12 @@ void panes::deleteFileRow(XferWindowRecord* pRecord, int idControl, LONG nRow)
     }
 }
 
-void panes::releaseRows(HWND hdlgDandD)
+void panes::releaseRows(const XferWindowRecord* pRecord)
 {
-    clearRows(GetDlgItem(hdlgDandD, IDC_DANDD_LOCALDIRS));
-    clearRows(GetDlgItem(hdlgDandD, IDC_DANDD_HOSTDIRS));
-    HWND hwndDrives = GetDlgItem(hdlgDandD, IDC_DANDD_LOCALDRIVES);
+    window::Ref ref = window::refOf(pRecord);
+    clearRows(ref, GetDlgItem(ref.hdlgDandD, IDC_DANDD_LOCALDIRS));
+    clearRows(ref, GetDlgItem(ref.hdlgDandD, IDC_DANDD_HOSTDIRS));
+    HWND hwndDrives = GetDlgItem(ref.hdlgDandD, IDC_DANDD_LOCALDRIVES);
     for (auto n = LONG(tellList(hwndDrives, CB_GETCOUNT)) - 1; n >= 0; --n) {
         LRESULT nData = tellList(hwndDrives, CB_GETITEMDATA, n);
         tellList(hwndDrives, CB_DELETESTRING, n);

@@ -44,7 +44,8 @@ void appendSubDir(HWND hdlgDandD, int idControl, const char* pszText, DWORD nInd
 // the list refuses it. A subdirectory takes over its record, which is freed if it is refused; with
 // null, for which there was no memory, it isn't inserted.
 bool insertFileRow(XferWindowRecord* pRecord, int idControl, LONG nRow, const char* pszName);
-bool insertSubDir(HWND hwndList, LONG nRow, const char* pszText, HGLOBAL hRecord);
+bool insertSubDir(const window::Ref& ref, HWND hwndList, LONG nRow, const char* pszText,
+                  HGLOBAL hRecord);
 
 // Takes a row out of a file list. The caret goes to it first, and nothing is drawn in between.
 void deleteFileRow(XferWindowRecord* pRecord, int idControl, LONG nRow);
@@ -63,7 +64,7 @@ LONG firstChildRow(HWND hwndList, LONG cRows);
 bool isChildNamed(HWND hwndList, LONG nRow, const char* pszName);
 
 // Handles WM_DESTROY: deletes all rows that have records, while the controls still exist.
-void releaseRows(HWND hdlgDandD);
+void releaseRows(const XferWindowRecord* pRecord);
 
 } // namespace panes
 

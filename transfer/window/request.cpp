@@ -1,6 +1,7 @@
 #include "transfer/window/request.h"
 #include "shared/filelist.h"
 #include "shared/krutils.h"
+#include "shared/text.h"
 
 namespace {
 
@@ -137,6 +138,41 @@ void window::requestChangeDir(const XferWindowRecord* pRecord, const char* pszDi
 {
     if (pRecord->callbacks.pfnChangeHostDir != nullptr) {
         pRecord->callbacks.pfnChangeHostDir(pRecord->dwCallerData, 0, 0, pszDir, source);
+    }
+}
+
+// The callback gets the scratch buffer, which the calls that it makes can overwrite. What is
+// recorded afterwards comes from a copy.
+void window::requestRecordedChangeDir(const XferWindowRecord* pRecord, const char* pszDir,
+                                      NameSource source)
+{
+    char szDir[XFER_NAME_SIZE];
+    HWND hwndParent = pRecord->hwndParent;
+    if (pRecord->callbacks.pfnChangeHostDir == nullptr) {
+        return;
+    }
+    shared::copyText(szDir, pszDir, sizeof szDir);
+    shared::copyText(g_szScratch, pszDir, sizeof g_szScratch);
+    requestChangeDir(pRecord, g_szScratch, source);
+    KrRecordAction(hwndParent, KRACTION_HOSTDIR_CHANGED, szDir);
+}
+
+void window::requestFilter(const XferWindowRecord* pRecord, const char* pszFilter)
+{
+    if (pRecord->callbacks.pfnHostFilter != nullptr) {
+        pRecord->callbacks.pfnHostFilter(pRecord->dwCallerData, 0, 0, pszFilter);
+    }
+}
+
+void window::requestCommand(const XferWindowRecord* pRecord, const char* pszCommand)
+{
+    Ref ref = refOf(pRecord);
+    if (pRecord->callbacks.pfnHostCommand == nullptr) {
+        return;
+    }
+    KrRecordCommand(pRecord->hwndParent, pszCommand);
+    if (isAlive(ref)) {
+        pRecord->callbacks.pfnHostCommand(pRecord->dwCallerData, 0, 0, pszCommand);
     }
 }
 

@@ -51,8 +51,15 @@ void requestRename(const XferWindowRecord* pRecord, const char* pszOld, const ch
 void requestMakeDir(const XferWindowRecord* pRecord, const char* pszDir);
 void requestRemoveDir(const XferWindowRecord* pRecord, const char* pszDir, NameSource source);
 
-// Records nothing: whether a change is recorded depends on where it was asked for.
+// Whether a change of directory is recorded depends on where it was asked for.
 void requestChangeDir(const XferWindowRecord* pRecord, const char* pszDir, NameSource source);
+void requestRecordedChangeDir(const XferWindowRecord* pRecord, const char* pszDir,
+                              NameSource source);
+
+void requestFilter(const XferWindowRecord* pRecord, const char* pszFilter);
+
+// Records the command, and calls if the window still exists. pszCommand isn't a scratch buffer.
+void requestCommand(const XferWindowRecord* pRecord, const char* pszCommand);
 
 // Returns whether the window still exists afterwards.
 bool reportViewMode(const XferWindowRecord* pRecord, LONG nViewMode);

@@ -1,0 +1,271 @@
+// The terminal at work: with a shell and the usual programs of a host behind a TELNET server,
+// which krterm/withshell runs beside this program, and with hosts that mean harm.
+#include "../examples/krterm/files.h"
+#include "../examples/krterm/screen.h"
+#include "../examples/krterm/terminal.h"
+#include "../examples/krterm/transfer.h"
+#include "../include/krhaul.h"
+#include "../resources/ids.h"
+#include "support/imports.h"
+#include "support/windows.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <random>
+#include <stdlib.h>
+
+namespace {
+
+using std::string;
+using Files = std::map<string, string>;
+
+// ---- files
+
+string folder(const char* name)
+{
+    return string(getenv("KRHAUL_SHELL_FOLDER")) + "/" + name;
+}
+
+string localPath(const string& name)
+{
+    string path = "Z:" + folder("local") + "/" + name;
+    std::replace(path.begin(), path.end(), '/', '\\');
+    return path;
+}
+
+string contents(const string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return string(std::istreambuf_iterator<char>(file), {});
+}
+
+Files filesIn(const char* name)
+{
+    Files files;
+    WIN32_FIND_DATAA find;
+    HANDLE handle = FindFirstFileA((folder(name) + "/*").c_str(), &find);
+    do {
+        if ((find.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
+            files[find.cFileName] = contents(folder(name) + "/" + find.cFileName);
+        }
+    } while (FindNextFileA(handle, &find));
+    FindClose(handle);
+    return files;
+}
+
+void makeFolder(const char* name, const Files& files)
+{
+    for (const auto& old : filesIn(name)) {
+        DeleteFileA((folder(name) + "/" + old.first).c_str());
+    }
+    for (const auto& file : files) {
+        std::ofstream(folder(name) + "/" + file.first, std::ios::binary) << file.second;
+    }
+}
+
+string bytes(size_t count)
+{
+    static std::mt19937 s_random(1);
+    string text(count, '\0');
+    for (size_t n = 0; n < count; ++n) {
+        text[n] = n < 256 ? char(n) : char(s_random());
+    }
+    return text;
+}
+
+Files filesOf(std::initializer_list<size_t> sizes)
+{
+    Files files;
+    for (size_t size : sizes) {
+        files["file" + std::to_string(size)] = bytes(size);
+    }
+    return files;
+}
+
+// ---- the terminal
+
+HWND view()
+{
+    return GetWindow(terminalWindow(), GW_CHILD);
+}
+
+bool waitForText(const string& text)
+{
+    return waitUntil([&] { return textOf(view()).find(text) != string::npos; });
+}
+
+void type(const string& text)
+{
+    for (char ch : text) {
+        if (ch == '\r') {
+            PostMessageA(view(), WM_KEYDOWN, VK_RETURN, 0);
+        } else {
+            PostMessageA(view(), WM_CHAR, WPARAM(BYTE(ch)), 0);
+        }
+    }
+    pumpMessages();
+}
+
+class KrtermTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        makeFolder("local", {});
+        makeFolder("host", {});
+        ASSERT_NE(nullptr, openTerminal(GetModuleHandleA(nullptr)));
+        ShowWindow(terminalWindow(), SW_SHOW);
+    }
+    void TearDown() override
+    {
+        DestroyWindow(terminalWindow());
+        pumpMessages();
+        MSG msg;
+        PeekMessageA(&msg, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+    }
+    void connect(const char* line = "KRHAUL_SHELL_PLAIN")
+    {
+        connectTerminal(("127.0.0.1:" + string(getenv(line))).c_str());
+        ASSERT_TRUE(waitForText("$"));
+    }
+    // The shell is there and clean: what is typed now means what it says.
+    void expectShell()
+    {
+        type("\recho ali''ve\r");
+        EXPECT_TRUE(waitForText("\nalive")) << textOf(view());
+        type("clear\r");
+        EXPECT_TRUE(waitUntil([] { return textOf(view()).find("alive") == string::npos; }));
+    }
+};
+
+TransferOrder receiving(ModemProtocol protocol, const string& command, const string& hostName,
+                        const string& local)
+{
+    TransferOrder order = {};
+    order.protocol = protocol;
+    lstrcpynA(order.command, command.c_str(), CCH_COMMAND);
+    lstrcpynA(order.hostName, hostName.c_str(), MAX_PATH);
+    lstrcpynA(order.local, localPath(local).c_str(), MAX_PATH);
+    return order;
+}
+
+TransferOrder sending(ModemProtocol protocol, const string& command, const string& hostName,
+                      const Files& files)
+{
+    TransferOrder order = receiving(protocol, command, hostName, "");
+    char* at = order.files;
+    order.sending = true;
+    for (const auto& file : files) {
+        at += lstrlenA(lstrcpyA(at, localPath(file.first).c_str())) + 1;
+    }
+    return order;
+}
+
+bool waitForEnd()
+{
+    return waitUntil([] { return !isTransferring(); }) ||
+           waitUntil([] { return !isTransferring(); }) ||
+           waitUntil([] { return !isTransferring(); });
+}
+
+void closeStatus()
+{
+    SendMessageA(transferWindow(), WM_COMMAND, XFERSTAT_BUTTON, 0);
+    EXPECT_TRUE(waitUntil([] { return transferWindow() == nullptr; }));
+}
+
+void run(const TransferOrder& order, ModemResult result = RESULT_DONE)
+{
+    ASSERT_TRUE(transferInTerminal(&order));
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(result, lastTransfer()->result) << lastTransfer()->status;
+    closeStatus();
+}
+
+// What XMODEM fills a last block up with.
+string padded(const string& text, const string& whole)
+{
+    return text + string(whole.size() - std::min(whole.size(), text.size()), '\x1A');
+}
+
+TEST_F(KrtermTest, FilesOfEverySizeComeAndGoByXmodem)
+{
+    struct Case {
+        ModemProtocol protocol;
+        const char *receive, *send;
+        Files files;
+    };
+    const Case CASES[] = {
+        {XMODEM_CHECKSUM, "sx @H", "rx @H", filesOf({0, 128, 1025})},
+        {XMODEM_CRC, "sx @H", "rx -c @H", filesOf({1, 127, 1023})},
+        {XMODEM_1K, "sx -k @H", "rx -c @H", filesOf({1024, 40000})},
+    };
+    connect();
+    for (const Case& test : CASES) {
+        for (const auto& file : test.files) {
+            SCOPED_TRACE(file.first + " by protocol " + std::to_string(test.protocol));
+            makeFolder("host", {file});
+            makeFolder("local", {});
+            run(receiving(test.protocol, test.receive, file.first, "received"));
+            string received = filesIn("local")["received"];
+            EXPECT_TRUE(received == padded(file.second, received));
+            EXPECT_TRUE(received.size() >= file.second.size());
+            makeFolder("local", {file});
+            run(sending(test.protocol, test.send, "sent", {file}));
+            string sent = filesIn("host")["sent"];
+            EXPECT_TRUE(sent == padded(file.second, sent) && sent.size() >= file.second.size());
+            EXPECT_EQ(0u, lastTransfer()->errors);
+        }
+    }
+    expectShell();
+}
+
+const Files SIZES = filesOf({0, 1, 127, 128, 1023, 1024, 1025, 3000000});
+
+Files fifty()
+{
+    Files files;
+    for (int n = 0; n < 50; ++n) {
+        files["number" + std::to_string(n) + ".dat"] = bytes(size_t(n) * 37);
+    }
+    return files;
+}
+
+TEST_F(KrtermTest, BatchesComeAndGoByYmodem)
+{
+    connect();
+    for (const Files& files : {SIZES, fifty()}) {
+        makeFolder("host", files);
+        makeFolder("local", {});
+        run(receiving(YMODEM, "sb @H", "*", ""));
+        EXPECT_TRUE(filesIn("local") == files);
+        EXPECT_EQ(files.size(), lastTransfer()->fileCount);
+        makeFolder("host", {});
+        run(sending(YMODEM, "rb", "", files));
+        EXPECT_TRUE(filesIn("host") == files);
+        EXPECT_EQ(0u, lastTransfer()->errors);
+    }
+    expectShell();
+}
+
+TEST_F(KrtermTest, FilesSurviveABadLine)
+{
+    const Files files = filesOf({0, 1000, 40000});
+    for (int n = 0; n < 4; ++n) {
+        SCOPED_TRACE(n);
+        bool sends = n % 2 == 0;
+        makeFolder(sends ? "local" : "host", files);
+        makeFolder(sends ? "host" : "local", {});
+        connect("KRHAUL_SHELL_BAD");
+        run(sends ? sending(YMODEM, "rb", "", files) : receiving(YMODEM, "sb @H", "*", ""));
+        EXPECT_TRUE(filesIn("local") == filesIn("host"));
+        EXPECT_EQ(files.size(), lastTransfer()->fileCount);
+        EXPECT_GT(lastTransfer()->errors, 3u);
+        EXPECT_GT(lastTransfer()->retries, 3u);
+    }
+}
+
+} // namespace
