@@ -699,17 +699,6 @@ TEST_F(Command, DetailsAreALineForEachFile)
     EXPECT_EQ(s_cSearches, 0);
 }
 
-TEST_F(Command, DetailsOfSeveralFilesStandInTheirOrder)
-{
-    openFilled();
-    selectFiles(IDC_DANDD_LOCALFILES, {"a", "b", "c"});
-    DeleteFileA("b");
-    command(IDM_XFER_DETAILS);
-    ASSERT_EQ(log().size(), 2u);
-    EXPECT_EQ(log()[0].substr(0, 20), "a                 10");
-    EXPECT_EQ(log()[1].substr(0, 20), "c                  0");
-}
-
 // What the user does in the save dialog.
 std::function<bool(char*)> s_inSave;
 
