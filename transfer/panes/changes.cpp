@@ -141,11 +141,10 @@ void panes::changeListAtOnce(XferWindowRecord* pRecord, int idControl, const cha
 void panes::changeList(XferWindowRecord* pRecord, int idControl, const char* pszName, Change change)
 {
     char szName[XFER_NAME_SIZE];
-    window::Ref ref = window::refOf(pRecord);
     XferPaneList* pList = findList(pRecord, idControl);
     cutToRow(szName, pszName);
-    bool fWaits = !pList->fMerging && isInOrder(pList) && suspendDrawing(pRecord, idControl);
-    if (window::isAlive(ref) && !(fWaits && addWaiting(pList, szName, change))) {
+    bool fWaits = !pList->fMerging && isInOrder(pList) && expectResume(pRecord);
+    if (!fWaits || !addWaiting(pList, szName, change)) {
         changeListAtOnce(pRecord, idControl, szName, change);
     }
 }

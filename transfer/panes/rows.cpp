@@ -278,7 +278,12 @@ void panes::releaseRows(const XferWindowRecord* pRecord)
 {
     window::Ref ref = window::refOf(pRecord);
     clearRows(ref, GetDlgItem(ref.hdlgDandD, IDC_DANDD_LOCALDIRS));
-    clearRows(ref, GetDlgItem(ref.hdlgDandD, IDC_DANDD_HOSTDIRS));
+    if (window::isAlive(ref)) {
+        clearRows(ref, GetDlgItem(ref.hdlgDandD, IDC_DANDD_HOSTDIRS));
+    }
+    if (!window::isAlive(ref)) {
+        return;
+    }
     HWND hwndDrives = GetDlgItem(ref.hdlgDandD, IDC_DANDD_LOCALDRIVES);
     for (auto n = LONG(tellList(hwndDrives, CB_GETCOUNT)) - 1; n >= 0; --n) {
         LRESULT nData = tellList(hwndDrives, CB_GETITEMDATA, n);

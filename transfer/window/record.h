@@ -80,7 +80,7 @@ struct XferWindowRecord {
     LONG fForeignFiles;               // the local file list shows files of another directory
     char szLocalMask[XFER_NAME_SIZE]; // the mask that filled the local file list
     DWORD cchLogTrimmed;              // characters that were cut from the start of the log so far
-    DWORD fsHeldLists;                // lists that aren't drawn for the moment
+    DWORD fsHeldLists;                // what isn't drawn for the moment
     XferPaneList paneLists[XFER_PANE_LISTS];
     window::ModalDialog* pInnermost; // the modal dialog on top of the others, or null
     DWORD nSerial;                   // tells this record from any other one at the same address
