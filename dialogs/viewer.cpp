@@ -1,6 +1,7 @@
 // Looking at a file: the quick viewer of the system, else the viewer program beside the
 // executable. Nothing starts whose command line or control file can't be whole: half a name is
 // that of another file.
+#include "dialogs/program.h"
 #include "dialogs/quickview.h"
 #include "resources/ids.h"
 #include "shared/text.h"
