@@ -16,7 +16,7 @@ XferWindowRecord* recordOf(HWND hdlg)
     return pRecord != nullptr && pRecord->hwndDialog != hdlg ? pRecord : nullptr;
 }
 
-// Half of what is left of the parent; nothing if the dialog is larger.
+// Half of the room that the parent has around the dialog; 0 if the dialog is larger.
 LONG halfOfRest(LONG nParent, LONG nDialog)
 {
     return nParent > nDialog ? (nParent - nDialog) / 2 : 0;

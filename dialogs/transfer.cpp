@@ -1,5 +1,5 @@
 // The transfer dialog: the two names of a transfer, and its direction. It transfers nothing; what
-// it has found out stands in the record when it closes.
+// the user has entered is in the record when it closes.
 #include "dialogs/checkname.h"
 #include "dialogs/open.h"
 #include "resources/ids.h"
@@ -44,7 +44,7 @@ void initFilled(HWND hdlg, XferWindowRecord* pRecord)
     for (int id : FIXED) {
         EnableWindow(GetDlgItem(hdlg, id), FALSE);
     }
-    // An empty source has switched it off as it came.
+    // An empty source has disabled it when its text was set.
     dialogs::enableOk(hdlg, true);
 }
 
