@@ -6,7 +6,9 @@
 #   cmake --build build
 #
 # With -DKRHAUL_CURL=FOLDER, a static libcurl for 32-bit Windows with its headers, the sample caller
-# has servers besides its built-in host. The finished programs lie in the build folder, with all they need to run.
+# has servers besides its built-in host. With -DKRHAUL_VTERM=FOLDER, a static libvterm with its
+# headers, the terminal is built too. The finished programs lie in the build folder, with all they
+# need to run.
 cmake_minimum_required(VERSION 3.16)
 project(krhaul_examples LANGUAGES CXX RC)
 
@@ -43,6 +45,12 @@ if(KRHAUL_CURL)
         bcrypt crypt32 advapi32)
 endif()
 krhaul_example(krviewer)
+if(KRHAUL_VTERM)
+    krhaul_example(krterm)
+    target_sources(krterm PRIVATE ${common})
+    target_include_directories(krterm PRIVATE ${KRHAUL_VTERM}/include)
+    target_link_libraries(krterm PRIVATE ${KRHAUL_VTERM}/lib/libvterm.a comdlg32 wsock32)
+endif()
 
 # In a folder of its own: beside the programs lies the one from the archive.
 add_library(krutils SHARED examples/krutils/krutils.cpp examples/krutils/krutils.def)

@@ -268,4 +268,195 @@ TEST_F(KrtermTest, FilesSurviveABadLine)
     }
 }
 
+// ---- ends before the end
+
+void pressCancel()
+{
+    SendMessageA(transferWindow(), WM_COMMAND, XFERSTAT_CANCEL, 0);
+}
+
+void closeStatusWindow()
+{
+    SendMessageA(transferWindow(), WM_CLOSE, 0, 0);
+}
+
+TEST_F(KrtermTest, ACancelledTransferLeavesACleanShellAndNoFile)
+{
+    const Files big = {{"big", bytes(3000000)}};
+    for (auto stop : {pressCancel, closeStatusWindow}) {
+        for (bool sends : {false, true}) {
+            SCOPED_TRACE(sends);
+            makeFolder("local", sends ? big : Files());
+            makeFolder("host", sends ? Files() : big);
+            connect();
+            TransferOrder order =
+                sends ? sending(YMODEM, "rb", "", big) : receiving(YMODEM, "sb @H", "big", "");
+            ASSERT_TRUE(transferInTerminal(&order));
+            ASSERT_TRUE(waitUntil([] { return lastTransfer()->done > 100000; }));
+            stop();
+            ASSERT_TRUE(waitForEnd());
+            EXPECT_EQ(RESULT_CANCELLED, lastTransfer()->result);
+            if (stop == pressCancel) {
+                EXPECT_EQ("0 files " + string(sends ? "sent" : "received") + ". Cancelled",
+                          textOf(transferWindow(), IDC_STAT_STATUS));
+                closeStatus();
+            }
+            EXPECT_TRUE(waitUntil([] { return transferWindow() == nullptr; }));
+            EXPECT_EQ(sends ? 1u : 0u, filesIn("local").size());
+            expectShell();
+        }
+    }
+}
+
+TEST_F(KrtermTest, TheTerminalsEndEndsItsTransfer)
+{
+    makeFolder("host", {{"big", bytes(3000000)}});
+    connect();
+    TransferOrder order = receiving(YMODEM, "sb @H", "big", "");
+    ASSERT_TRUE(transferInTerminal(&order));
+    ASSERT_TRUE(waitUntil([] { return lastTransfer()->done > 100000; }));
+    DestroyWindow(terminalWindow());
+    EXPECT_EQ(RESULT_CANCELLED, lastTransfer()->result);
+    EXPECT_EQ(nullptr, transferWindow());
+    EXPECT_TRUE(filesIn("local").empty());
+}
+
+TEST_F(KrtermTest, SkipGoesOnWithTheNextFile)
+{
+    const Files files = {{"a", bytes(3000000)}, {"b", "the next one"}};
+    for (bool sends : {false, true}) {
+        makeFolder("local", sends ? files : Files());
+        makeFolder("host", sends ? Files() : files);
+        connect();
+        TransferOrder order =
+            sends ? sending(YMODEM, "rb", "", files) : receiving(YMODEM, "sb @H", "a b", "");
+        ASSERT_TRUE(transferInTerminal(&order));
+        ASSERT_TRUE(waitUntil([] { return lastTransfer()->done > 100000; }));
+        SendMessageA(transferWindow(), WM_COMMAND, XFERSTAT_BUTTON, 0);
+        ASSERT_TRUE(waitForEnd());
+        EXPECT_EQ(RESULT_DONE, lastTransfer()->result);
+        EXPECT_EQ(1u, lastTransfer()->fileCount);
+        EXPECT_EQ(files.at("b"), filesIn(sends ? "host" : "local")["b"]);
+        EXPECT_EQ(sends ? 2u : 1u, filesIn("local").size());
+        closeStatus();
+    }
+}
+
+// ---- hosts that mean harm, without a line
+
+const TransferEvents NOWHERE = {[](const BYTE*, DWORD) {}, [](const BYTE*, DWORD) {}};
+
+string ymodemBlock(int number, string data)
+{
+    data.resize(data.size() > 128 ? 1024 : 128, '\0');
+    WORD crc = 0;
+    for (char ch : data) {
+        crc = WORD(crc ^ (BYTE(ch) << 8));
+        for (int n = 0; n < 8; ++n) {
+            crc = WORD((crc << 1) ^ ((crc & 0x8000) != 0 ? 0x1021 : 0));
+        }
+    }
+    return string{char(data.size() > 128 ? 2 : 1), char(number), char(~number)} + data +
+           string{char(HIBYTE(crc)), char(LOBYTE(crc))};
+}
+
+void hostSays(const string& text)
+{
+    feedTransfer(reinterpret_cast<const BYTE*>(text.data()), DWORD(text.size()));
+}
+
+void hostSendsFile(const string& name)
+{
+    hostSays(ymodemBlock(0, name + string(1, '\0') + "4 7156700000"));
+    pumpMessages();
+    hostSays(ymodemBlock(1, "gift"));
+    hostSays("\x04");
+    hostSays("\x04");
+}
+
+class KrtermHost : public KrtermTest {
+protected:
+    void receiveFrom()
+    {
+        TransferOrder order = receiving(YMODEM, "", "", "");
+        ASSERT_TRUE(startTransfer(&order, terminalWindow(), WM_APP + 1, &NOWHERE));
+    }
+};
+
+TEST_F(KrtermHost, NamesOfTheHostStayInTheFolder)
+{
+    const string NAMES[] = {"../x", "..\\x",  "C:x",   "NUL", "com1.txt",       "a:b",
+                            "x.",   "/etc/x", "a\x1b", "*",   string(1000, 'n')};
+    receiveFrom();
+    for (const string& name : NAMES) {
+        hostSendsFile(name);
+        EXPECT_TRUE(filesIn("local").empty()) << name;
+    }
+    EXPECT_EQ(std::size(NAMES), lastTransfer()->errors);
+    hostSendsFile("\xC3\xBC.txt"); // UTF-8
+    hostSays(ymodemBlock(0, ""));
+    EXPECT_EQ(RESULT_DONE, lastTransfer()->result);
+    EXPECT_EQ((Files{{"\xFC.txt", "gift"}}), filesIn("local"));
+    EXPECT_EQ("1 file received. " + string(40, 'n') + ": it is too long or no text",
+              textOf(transferWindow(), IDC_STAT_STATUS));
+    EXPECT_EQ("11", textOf(transferWindow(), IDC_STAT_ERRORS1));
+    closeStatus();
+}
+
+TEST_F(KrtermHost, AReceivedFileHasTheTimeOfTheHostsOne)
+{
+    WIN32_FIND_DATAA find;
+    receiveFrom();
+    hostSendsFile("dated");
+    HANDLE handle = FindFirstFileA(localPath("dated").c_str(), &find);
+    ASSERT_NE(INVALID_HANDLE_VALUE, handle);
+    FindClose(handle);
+    ULONGLONG time =
+        (ULONGLONG(find.ftLastWriteTime.dwHighDateTime) << 32) | find.ftLastWriteTime.dwLowDateTime;
+    EXPECT_EQ(07156700000ULL, time / 10000000 - 11644473600ULL);
+    closeTransfer();
+}
+
+UINT answer;
+
+int WINAPI answerBox(HWND, const char* text, const char*, UINT)
+{
+    EXPECT_STREQ("there is there already. Overwrite it?", text);
+    return int(answer);
+}
+
+TEST_F(KrtermHost, AFileThatIsThereIsAskedAbout)
+{
+    ReplacedImport box(GetModuleHandleA(nullptr), "MessageBoxA", answerBox);
+    for (UINT button : {IDYES, IDNO, IDCANCEL}) {
+        makeFolder("local", {{"there", "old"}});
+        answer = button;
+        receiveFrom();
+        hostSendsFile("there");
+        EXPECT_EQ(button != IDCANCEL, isTransferring());
+        EXPECT_EQ((Files{{"there", button == IDYES ? "gift" : "old"}}), filesIn("local"));
+        closeTransfer();
+    }
+}
+
+BOOL WINAPI writeToFullDisk(HANDLE, const void*, DWORD, DWORD*, OVERLAPPED*)
+{
+    SetLastError(ERROR_DISK_FULL);
+    return FALSE;
+}
+
+TEST_F(KrtermHost, AFullDiskEndsTheTransferAndLeavesNothing)
+{
+    receiveFrom();
+    {
+        ReplacedImport disk(GetModuleHandleA(nullptr), "WriteFile", writeToFullDisk);
+        hostSendsFile("a");
+    }
+    EXPECT_EQ(RESULT_FAILED, lastTransfer()->result);
+    EXPECT_TRUE(filesIn("local").empty());
+    EXPECT_NE(string::npos, textOf(transferWindow(), IDC_STAT_STATUS).find("isk"))
+        << textOf(transferWindow(), IDC_STAT_STATUS);
+    closeStatus();
+}
+
 } // namespace

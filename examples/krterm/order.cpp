@@ -238,6 +238,12 @@ bool takeOrder(HWND hdlg)
     wanted->lineEnd = int(SendDlgItemMessageA(hdlg, IDC_LINEEND, CB_GETCURSEL, 0, 0));
     if (wanted->sending) {
         takeTypedFile();
+    } else if (wanted->local[0] != '\0') {
+        char typed[MAX_PATH];
+        lstrcpynA(typed, wanted->local, MAX_PATH);
+        if (GetFullPathNameA(typed, MAX_PATH, wanted->local, nullptr) >= MAX_PATH) {
+            return refuse(hdlg, IDC_LOCAL, "The path is too long.");
+        }
     }
     return isCommandValid(hdlg) && isLocalValid(hdlg);
 }

@@ -171,6 +171,7 @@ bool openScreen(int rows, int columns, const ScreenEvents* events)
 {
     VTermColor text, back;
     listener = events;
+    oldest = 0;
     term = vterm_new(rows, columns);
     if (term == nullptr) {
         return false;

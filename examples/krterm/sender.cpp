@@ -177,13 +177,19 @@ void sendAgain(Modem* modem, const char* why)
     }
 }
 
+// Up to the first block that it has taken, a host refuses one in the way that it asks for it.
+bool isLate(const Modem* modem, BYTE byte)
+{
+    return byte == ASK_CRC && modem->done == 0 && modem->now - modem->since >= STALE_MS;
+}
+
 // Whether the host has taken what is out. If it wants it again, it gets it.
 bool isTaken(Modem* modem, BYTE byte)
 {
     if (isHostCancel(modem, byte) || byte == CAN) {
         return false;
     }
-    if (byte == NAK) {
+    if (byte == NAK || isLate(modem, byte)) {
         sendAgain(modem, "the host wants it again");
     } else if (byte == ACK) {
         modem->faults = 0;
@@ -194,16 +200,9 @@ bool isTaken(Modem* modem, BYTE byte)
     return byte == ACK;
 }
 
-bool isLate(const Modem* modem, BYTE byte)
-{
-    return byte == ASK_CRC && modem->now - modem->since >= STALE_MS;
-}
-
 void onInfoAnswer(Modem* modem, BYTE byte)
 {
-    if (isLate(modem, byte)) {
-        sendAgain(modem, "the host wants it again");
-    } else if (isTaken(modem, byte)) {
+    if (isTaken(modem, byte)) {
         modem->number = 1;
         enterState(modem, &GO);
     }
@@ -270,9 +269,7 @@ void onEndAnswer(Modem* modem, BYTE byte)
 
 void onLastAnswer(Modem* modem, BYTE byte)
 {
-    if (isLate(modem, byte)) {
-        sendAgain(modem, "the host wants it again");
-    } else if (!takeText(modem, byte) && isTaken(modem, byte)) {
+    if (!takeText(modem, byte) && isTaken(modem, byte)) {
         endModem(modem, RESULT_DONE, nullptr, false);
     }
 }

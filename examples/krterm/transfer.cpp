@@ -19,7 +19,7 @@ struct Transfer {
     char path[MAX_PATH];
     char problem[MODEM_STATUS]; // the last one with a file of a batch
     DWORD fileNumber, errorsShown, retriesShown;
-    bool replace, feeding, endShown;
+    bool replace, endShown;
     bool cancelled, skip; // the user has pressed a button
 };
 
