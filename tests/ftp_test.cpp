@@ -727,7 +727,7 @@ TEST_F(Ftp, StopsWhileTheServerKeepsSilent)
         command(IDM_XFER_STOP);
         EXPECT_TRUE(waitIdle());
         EXPECT_EQ(stripText(), "Stopped.");
-        EXPECT_EQ(demo::statusWindow(), nullptr);
+        EXPECT_TRUE(waitUntil([] { return demo::statusWindow() == nullptr; }));
         EXPECT_TRUE(waitUntil([this] { return filesIn(m_dir.path()).empty(); }))
             << filesIn(m_dir.path()).front();
         // A new connection serves at once.

@@ -181,6 +181,8 @@ void closeCurlLoop(DWORD patience)
     }
     curl_multi_cleanup(multi);
     multi = nullptr;
+    watched.clear();
+    opened.clear();
     DestroyWindow(hwnd);
 }
 
