@@ -30,7 +30,7 @@ DWORD workBegan;
 // Each call makes the platform look again, also at what it has told of already.
 void arm(curl_socket_t socket, int what)
 {
-    long events = ((what & CURL_POLL_IN) != 0 ? FD_READ | FD_CLOSE : 0) |
+    long events = (what != 0 ? FD_CLOSE : 0) | ((what & CURL_POLL_IN) != 0 ? FD_READ : 0) |
                   ((what & CURL_POLL_OUT) != 0 ? FD_WRITE | FD_CONNECT : 0);
     WSAAsyncSelect(socket, hwnd, events != 0 ? WM_SOCKET : 0, events);
 }
@@ -109,8 +109,10 @@ void act(curl_socket_t socket, int ready)
 
 void onSocket(curl_socket_t socket, LPARAM lParam)
 {
-    int ready = (WSAGETSELECTEVENT(lParam) & (FD_READ | FD_CLOSE)) != 0 ? CURL_CSELECT_IN
-                                                                        : CURL_CSELECT_OUT;
+    int event = WSAGETSELECTEVENT(lParam);
+    int ready = event == FD_CLOSE  ? CURL_CSELECT_IN | CURL_CSELECT_OUT
+                : event == FD_READ ? CURL_CSELECT_IN
+                                   : CURL_CSELECT_OUT;
     if (watched.count(socket) != 0) {
         act(socket, ready | (WSAGETSELECTERROR(lParam) != 0 ? CURL_CSELECT_ERR : 0));
     }
@@ -181,6 +183,8 @@ void closeCurlLoop(DWORD patience)
     }
     curl_multi_cleanup(multi);
     multi = nullptr;
+    watched.clear();
+    opened.clear();
     DestroyWindow(hwnd);
 }
 
