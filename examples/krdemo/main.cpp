@@ -24,6 +24,7 @@
 #include "statuswindow.h"
 #include "work.h"
 #include "../../include/krhaul.h"
+#include "../common/help.h"
 
 using namespace demo;
 
@@ -181,16 +182,6 @@ void runLoop()
     }
 }
 
-// This program has no help file. The KRUTILS of the samples can show a box in its place, others
-// may not.
-void useHelpBox()
-{
-    FARPROC found = GetProcAddress(GetModuleHandleA("KRUTILS"), "KrUseHelpBox");
-    if (found != nullptr) {
-        reinterpret_cast<void(WINAPI*)(BOOL)>(reinterpret_cast<void*>(found))(TRUE);
-    }
-}
-
 int runCopy()
 {
     if (startCopy(options, mainWindow, logWindow)) {
@@ -224,7 +215,7 @@ int runSession()
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int)
 {
     options = readOptions();
-    useHelpBox();
+    sample::useHelpBox();
     if (options.usage) {
         MessageBoxA(nullptr, USAGE, TITLE, MB_OK);
         return 0;

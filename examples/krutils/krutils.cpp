@@ -67,7 +67,7 @@ const char* nameOf(int nAction)
     return "unknown action";
 }
 
-bool s_fUseHelpBox = true;
+bool s_fUseHelpBox;
 
 // The help file of a program has the program's name and is beside it. Returns whether it exists.
 bool findHelpFile(char (&szFile)[MAX_PATH])

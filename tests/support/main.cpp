@@ -28,16 +28,6 @@ void startThreadOfGoogleTest()
     WaitForSingleObject(s_hStarted, INFINITE);
 }
 
-// No test waits for an answer to the box of the stand-in for KRUTILS.
-void switchOffHelpBox()
-{
-    const auto use = reinterpret_cast<void(__stdcall*)(int)>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("KRUTILS.DLL"), "KrUseHelpBox")));
-    if (use != nullptr) {
-        use(FALSE);
-    }
-}
-
 } // namespace
 
 extern "C" {
@@ -53,7 +43,6 @@ int main(int argc, char** argv)
     SetCurrentDirectoryA(file.substr(0, file.rfind('\\')).c_str());
     testing::InitGoogleTest(&argc, argv);
     startThreadOfGoogleTest();
-    switchOffHelpBox();
     int nResult = RUN_ALL_TESTS();
     // The end of a process that had windows now and then crashes in Wine, after all is done.
     fflush(stdout);
