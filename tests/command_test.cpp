@@ -390,6 +390,16 @@ TEST_F(Command, ASelectionGoesToTheCaller)
     EXPECT_TRUE(s_boxes.empty());
 }
 
+TEST_F(Command, ASelectionOfAnySizeIsOneList)
+{
+    const char NAMES[] = "a b c d e f g h i j k l m n o p q r s t";
+    open();
+    feedHost(split(NAMES));
+    selectOnly(IDC_DANDD_HOSTFILES, split(NAMES));
+    command(IDM_XFER_TRANSFER);
+    EXPECT_EQ(requests(), Strings{std::string("receive ") + NAMES});
+}
+
 // The dialog of a command: where nothing is selected, and where a selection counts.
 struct Asked {
     UINT idCommand;
