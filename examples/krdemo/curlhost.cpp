@@ -26,6 +26,7 @@ constexpr size_t MAX_ANSWERS = 1024 * 1024;
 constexpr size_t MAX_LIST = 256 * 1024 * 1024;
 constexpr size_t MAX_LINE = 8192;
 constexpr char NO_ANSWER[] = "The server doesn't answer any more.";
+constexpr char CUT_OFF[] = "The connection was cut off.";
 
 struct Server {
     Address address;
@@ -130,8 +131,9 @@ std::string reasonOf(CURLcode code)
     case CURLE_RECV_ERROR:
     case CURLE_GOT_NOTHING:
     case CURLE_PARTIAL_FILE:
+        return !refused.empty() ? refused : CUT_OFF;
     case CURLE_OPERATION_TIMEDOUT:
-        return !refused.empty() ? refused : NO_ANSWER;
+        return NO_ANSWER;
     case CURLE_URL_MALFORMAT:
         return "The server can't be asked for this name.";
     case CURLE_LOGIN_DENIED:

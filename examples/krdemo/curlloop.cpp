@@ -13,9 +13,11 @@ constexpr UINT WM_SOCKET = WM_APP;  // wParam the socket, lParam what it is read
 constexpr UINT WM_NOW = WM_APP + 1; // libcurl wants to go on without a socket
 constexpr UINT_PTR TIMER_CURL = 1;  // the same, after some time
 constexpr UINT_PTR TIMER_REST = 2;
+constexpr UINT_PTR TIMER_LOOK = 3;
 constexpr DWORD WORK_MS = 50;
 constexpr UINT REST_MS = 10;
-constexpr DWORD LOOK_MS = 10;
+constexpr UINT LOOK_MS = 200;
+constexpr DWORD WAIT_MS = 10;
 
 CURLM* multi;
 HWND hwnd;
@@ -118,6 +120,29 @@ void onSocket(curl_socket_t socket, LPARAM lParam)
     }
 }
 
+// That a connection was closed is told once, and libcurl may not have asked at that time. So the
+// sockets are looked at themselves now and then.
+void lookAtSockets()
+{
+    std::map<curl_socket_t, int> all = watched;
+    for (const auto& socket : all) {
+        fd_set readers = {1, {socket.first}};
+        fd_set writers = readers;
+        timeval noTime = {};
+        bool in = (socket.second & CURL_POLL_IN) != 0;
+        bool out = (socket.second & CURL_POLL_OUT) != 0;
+        select(0, in ? &readers : nullptr, out ? &writers : nullptr, nullptr, &noTime);
+        int ready = (in && readers.fd_count > 0 ? CURL_CSELECT_IN : 0) |
+                    (out && writers.fd_count > 0 ? CURL_CSELECT_OUT : 0);
+        if (ready != 0 && watched.count(socket.first) != 0) {
+            act(socket.first, ready);
+        }
+    }
+    if (transfers.empty()) {
+        KillTimer(hwnd, TIMER_LOOK);
+    }
+}
+
 void endRest()
 {
     KillTimer(hwnd, TIMER_REST);
@@ -138,6 +163,8 @@ LRESULT CALLBACK loopProc(HWND window, UINT message, WPARAM wParam, LPARAM lPara
     } else if (message == WM_TIMER && wParam == TIMER_CURL) {
         KillTimer(hwnd, TIMER_CURL);
         act(CURL_SOCKET_TIMEOUT, 0);
+    } else if (message == WM_TIMER && wParam == TIMER_LOOK) {
+        lookAtSockets();
     } else if (message == WM_TIMER) {
         endRest();
     } else {
@@ -154,7 +181,7 @@ void waitForEnds(DWORD patience)
         while (PeekMessageA(&msg, hwnd, 0, 0, PM_REMOVE)) {
             DispatchMessageA(&msg);
         }
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, LOOK_MS, QS_ALLINPUT);
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, WAIT_MS, QS_ALLINPUT);
     }
 }
 
@@ -194,6 +221,7 @@ void runHandle(CURL* easy, std::function<void(CURLcode)> onEnd)
     curl_easy_setopt(easy, CURLOPT_CLOSESOCKETFUNCTION, onClose);
     transfers[easy] = std::move(onEnd);
     curl_multi_add_handle(multi, easy);
+    SetTimer(hwnd, TIMER_LOOK, LOOK_MS, nullptr);
 }
 
 void dropHandle(CURL* easy)
