@@ -161,6 +161,21 @@ void makeWindow(HINSTANCE instance)
     ShowWindow(mainWindow, SW_SHOW);
 }
 
+// Keys for the lists alone: in an edit line Del has to delete a letter.
+bool isKey(HWND session, MSG* msg)
+{
+    static ACCEL keys[] = {{FVIRTKEY, VK_DELETE, XFERCMD_DELETE},
+                           {FVIRTKEY, VK_F1, XFERCMD_HELP},
+                           {FVIRTKEY, VK_F2, XFERCMD_RENAME},
+                           {FVIRTKEY, VK_F5, XFERCMD_REFRESH}};
+    static HACCEL table = CreateAcceleratorTableA(keys, ARRAYSIZE(keys));
+    char className[16] = "";
+    HWND focus = GetFocus();
+    return session != nullptr && IsChild(session, focus) &&
+           GetClassNameA(focus, className, sizeof className) > 0 &&
+           lstrcmpiA(className, "ListBox") == 0 && TranslateAcceleratorA(session, table, msg);
+}
+
 bool isDialogMessage(HWND dialog, MSG* msg)
 {
     return dialog != nullptr && IsDialogMessageA(dialog, msg);
@@ -172,7 +187,8 @@ void runLoop()
 {
     MSG msg;
     while (GetMessageA(&msg, nullptr, 0, 0) > 0) {
-        if (!isDialogMessage(sessionWindow(), &msg) && !isDialogMessage(statusWindow(), &msg)) {
+        if (!isKey(sessionWindow(), &msg) && !isDialogMessage(sessionWindow(), &msg) &&
+            !isDialogMessage(statusWindow(), &msg)) {
             TranslateMessage(&msg);
             DispatchMessageA(&msg);
         }
