@@ -21,7 +21,7 @@ constexpr Protocol PROTOCOLS[MODEM_PROTOCOLS] = {
     {"XMODEM (checksum)", "rx @H", "sx @H"},
     {"XMODEM (CRC)", "rx -c @H", "sx @H"},
     {"XMODEM-1K", "rx -c @H", "sx -k @H"},
-    {"YMODEM", "rb", "sb @H"},
+    {"YMODEM", "rb", "sb -k @H"},
 };
 
 struct LineEnd {

@@ -29,9 +29,8 @@ void onPurgeSilence(Modem* modem);
 void onUserByte(Modem* modem, BYTE byte);
 void onUserSilence(Modem* modem);
 
-constexpr ModemState ASK = {onAskByte, onAskSilence, ASK_MS, true};
-// The host has begun: there may be a block on its way.
-constexpr ModemState ASK_MORE = {onAskByte, onAskSilence, ASK_MS, false};
+// A block may be on its way, or the host's program be about to start: neither hears a cancel.
+constexpr ModemState ASK = {onAskByte, onAskSilence, ASK_MS, false};
 constexpr ModemState HEADER = {onHeaderByte, onHeaderSilence, HEADER_MS, false};
 constexpr ModemState BLOCK = {onBlockByte, onBlockSilence, BYTE_MS, false};
 constexpr ModemState PURGE = {onPurgeByte, onPurgeSilence, PURGE_MS, false};
@@ -50,7 +49,7 @@ bool reply(Modem* modem, BYTE byte)
 
 void ask(Modem* modem)
 {
-    enterState(modem, modem->started ? &ASK_MORE : &ASK);
+    enterState(modem, &ASK);
     putByte(modem, modem->withCrc ? ASK_CRC : NAK);
 }
 

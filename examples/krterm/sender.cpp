@@ -31,7 +31,8 @@ void sendInfo(Modem* modem);
 void onShellByte(Modem* modem, BYTE byte);
 void onShellSilence(Modem* modem);
 
-constexpr ModemState START = {onStartByte, onStartSilence, START_MS, true};
+// The host's program may be about to start, and wouldn't hear a cancel.
+constexpr ModemState START = {onStartByte, onStartSilence, START_MS, false};
 constexpr ModemState INFO = {onInfoAnswer, onNoAnswer, ANSWER_MS, true}; // block 0 is out
 constexpr ModemState GO = {onAsking, sendData, ASK_MS, true};            // and was taken
 constexpr ModemState DATA = {onDataAnswer, onNoAnswer, ANSWER_MS, true}; // a block is out
@@ -160,7 +161,9 @@ void onStartByte(Modem* modem, BYTE byte)
 
 void onStartSilence(Modem* modem)
 {
-    if (modem->startByte != 0) {
+    if (modem->cancelled) {
+        abortModem(modem);
+    } else if (modem->startByte != 0) {
         beginFile(modem);
     } else if (modem->now - modem->begun >= MAX_START_MS) {
         endModem(modem, RESULT_FAILED, "Given up: the host doesn't ask for the file", true);
