@@ -25,7 +25,7 @@ bool isPattern(const char* pszName)
 }
 
 // Only the directory part is made full. The rest must reach the search as typed: completing it
-// would drop a dot at the end of a pattern, which then matched more files.
+// would drop a dot at the end of a pattern, and the pattern would match more files.
 bool fullDirectory(const char* pszName, char (&szDir)[XFER_NAME_SIZE])
 {
     char szTyped[XFER_NAME_SIZE];
@@ -80,8 +80,8 @@ bool deletePattern(const dialogs::Dialog* pDialog, const char* pszPattern)
     return fDeleted;
 }
 
-// The row bears the name that the file has on the disk, which can be written otherwise than it
-// was typed.
+// The row shows the name that the file has on the disk, which can differ from the typed one in the
+// case of its letters.
 bool deleteOne(const dialogs::Dialog* pDialog, const char* pszName)
 {
     Match match;

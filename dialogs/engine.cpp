@@ -16,7 +16,7 @@ XferWindowRecord* recordOf(HWND hdlg)
     return pRecord != nullptr && pRecord->hwndDialog != hdlg ? pRecord : nullptr;
 }
 
-// Half of what is left of the parent; nothing if the dialog is larger.
+// Half of the room that the parent has around the dialog; 0 if the dialog is larger.
 LONG halfOfRest(LONG nParent, LONG nDialog)
 {
     return nParent > nDialog ? (nParent - nDialog) / 2 : 0;
@@ -38,11 +38,12 @@ RECT restoredRect(HWND hwnd)
     return placement.rcNormalPosition;
 }
 
-void start(const dialogs::Dialog* pDialog, XferWindowRecord* pRecord)
+void start(const dialogs::Dialog* pDialog)
 {
     vXferDandDCenterDialog(pDialog->hdlg);
-    SetWindowLongA(pDialog->hdlg, DWL_USER, reinterpret_cast<LONG>(pRecord));
-    window::noteStart(pRecord, pDialog->hdlg);
+    SetWindowLongA(pDialog->hdlg, DWL_USER, reinterpret_cast<LONG>(pDialog->pRecord));
+    window::noteStart(pDialog->pRecord, pDialog->hdlg);
+    pDialog->pKind->pfnInit(pDialog);
 }
 
 void accept(const dialogs::Dialog* pDialog)
@@ -145,8 +146,7 @@ INT_PTR dialogs::handleMessage(const Kind* pKind, HWND hdlg, UINT uMessage, WPAR
     }
     Dialog dialog = {pKind, hdlg, window::refOf(pRecord), pRecord};
     if (fStarts) {
-        start(&dialog, pRecord);
-        pKind->pfnInit(&dialog);
+        start(&dialog);
         return 1;
     }
     for (const MessageRow& row : MESSAGES) {

@@ -32,14 +32,16 @@ struct Kind {
     int idHelp;
     void (*pfnInit)(const Dialog* pDialog);
     bool (*pfnAccept)(const Dialog* pDialog);
-    void (*pfnCancel)(const Dialog* pDialog); // null where there is nothing to do
-    int idWatched;                            // the edit control whose notifications count, or 0
+    // What Cancel does to the record. Can be null.
+    void (*pfnCancel)(const Dialog* pDialog);
+    // The edit control whose notifications count, or 0, and what they do.
+    int idWatched;
     void (*pfnNotify)(const Dialog* pDialog, WORD nNotification);
-    int (*pfnFocus)(
-        const Dialog* pDialog); // the control that the timer moves the focus to, or null
-    bool fClosesItself;         // handles WM_CLOSE
-
-    // Only for a dialog that asks for one name and a side (onename.h).
+    // The control that the timer moves the focus to. Null for a dialog without a timer.
+    int (*pfnFocus)(const Dialog* pDialog);
+    // Whether it handles WM_CLOSE.
+    bool fClosesItself;
+    // The work for either side. Only for a dialog that asks for one name (onename.h).
     bool (*pfnLocal)(const Dialog* pDialog, const char* pszName);
     void (*pfnHost)(const XferWindowRecord* pRecord, const char* pszName);
 };

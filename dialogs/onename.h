@@ -7,8 +7,7 @@
 
 namespace dialogs {
 
-// What every such dialog does, of which pfnLocal and pfnHost are a part: at OK, pfnLocal or pfnHost
-// does the work for the side that is chosen.
+// What all these dialogs do. At OK, pfnLocal or pfnHost does the work for the side that is chosen.
 void initOneName(const Dialog* pDialog);
 bool acceptOneName(const Dialog* pDialog);
 void cancelOneName(const Dialog* pDialog);

@@ -42,7 +42,7 @@ void newNameChanged(const dialogs::Dialog* pDialog, WORD)
     dialogs::enableOk(pDialog->hdlg, pDialog->pRecord->szName2[0] != '\0');
 }
 
-// The new name is read once more: the record can have served another dialog since.
+// The new name is read once more: another dialog can have used the record meanwhile.
 void readNames(const dialogs::Dialog* pDialog, Names* pNames)
 {
     XferWindowRecord* pRecord = pDialog->pRecord;

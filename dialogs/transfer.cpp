@@ -1,5 +1,5 @@
 // The transfer dialog: the two names of a transfer, and its direction. It transfers nothing; what
-// it has found out stands in the record when it closes.
+// the user has entered is in the record when it closes.
 #include "dialogs/checkname.h"
 #include "dialogs/open.h"
 #include "resources/ids.h"
@@ -44,7 +44,7 @@ void initFilled(HWND hdlg, XferWindowRecord* pRecord)
     for (int id : FIXED) {
         EnableWindow(GetDlgItem(hdlg, id), FALSE);
     }
-    // An empty source has switched it off as it came.
+    // An empty source has disabled it when its text was set.
     dialogs::enableOk(hdlg, true);
 }
 
@@ -130,30 +130,6 @@ constexpr dialogs::Kind TRANSFER = transferKind();
 INT_PTR CALLBACK fDlgXferDandDTranProc(HWND hdlg, UINT uMessage, WPARAM wParam, LPARAM lParam)
 {
     return dialogs::handleMessage(&TRANSFER, hdlg, uMessage, wParam, lParam);
-}
-
-bool fXferDandDCheckSource(const dialogs::Dialog* pDialog, const char* pszName)
-{
-    if (GetFileAttributesA(pszName) == INVALID_FILE_ATTRIBUTES) {
-        return dialogs::reportFailure(pDialog, GetLastError());
-    }
-    return true;
-}
-
-bool fXferDandDCheckTarget(const dialogs::Dialog* pDialog, const char* pszName)
-{
-    DWORD dwAttributes = GetFileAttributesA(pszName);
-    if (dwAttributes == INVALID_FILE_ATTRIBUTES) {
-        DWORD dwError = GetLastError();
-        return dwError == ERROR_FILE_NOT_FOUND || dialogs::reportFailure(pDialog, dwError);
-    }
-    if ((dwAttributes & FILE_ATTRIBUTE_READONLY) != 0) {
-        return dialogs::reportFailure(pDialog, ERROR_ACCESS_DENIED);
-    }
-    if ((dwAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
-        return dialogs::reportFailure(pDialog, ERROR_CANNOT_MAKE);
-    }
-    return true;
 }
 
 int KRHAULAPI fXferDandDConfirmTransfer(HWND hdlgDandD, DWORD fSend, char* pszLocalName,

@@ -1,6 +1,7 @@
 // Looking at a file: the quick viewer of the system, else the viewer program beside the
 // executable. Nothing starts whose command line or control file can't be whole: half a name is
 // that of another file.
+#include "dialogs/program.h"
 #include "dialogs/quickview.h"
 #include "resources/ids.h"
 #include "shared/text.h"
@@ -69,8 +70,8 @@ const char* endOfSpelling(const char* pszFile)
     return shared::endsInBackslash(pszFile) ? "." : "";
 }
 
-// The copy goes with the window, which can stand in another directory by then: its full name
-// is kept.
+// The copy is deleted with the window. The current directory can be another one by then, so its
+// full path is kept.
 void rememberCopy(const View* pView)
 {
     char szPath[XFER_NAME_SIZE];
@@ -157,7 +158,7 @@ bool createControlFile(const View* pView, char (&szControl)[XFER_NAME_SIZE])
     return true;
 }
 
-// Nothing is said about a file that can't be opened; it stays. One that can't be written whole is
+// Nothing is reported for a file that can't be opened; it stays. One that can't be written whole is
 // deleted.
 bool writeControlFile(const View* pView, const char* pszControl)
 {

@@ -1,4 +1,5 @@
 #include "shared/filelist.h"
+#include "shared/block.h"
 #include "shared/text.h"
 
 #include <stdint.h>
@@ -9,7 +10,6 @@ namespace {
 
 constexpr LONG FIRST_CAPACITY = 4;
 constexpr LONG FIRST_GROWBY = 16;
-constexpr UINT BLOCK_FLAGS = GMEM_MOVEABLE | GMEM_ZEROINIT;
 
 // Size of a list with room for this number of rows, in bytes; 0 if that exceeds 32 bits.
 SIZE_T cbOfList(LONG cRows)
@@ -73,7 +73,7 @@ bool growTo(XferFileList* pList, LONG cRows)
     GlobalUnlock(hBlock);
     GlobalUnlock(hBlock);
     LONG cOld = (*pList)->cCapacity;
-    HGLOBAL hNew = GlobalReAlloc(hBlock, cb, BLOCK_FLAGS);
+    HGLOBAL hNew = GlobalReAlloc(hBlock, cb, GMEM_MOVEABLE | GMEM_ZEROINIT);
     auto list = static_cast<XferFileList>(GlobalLock(hNew != nullptr ? hNew : hBlock));
     if (hNew == nullptr || list == nullptr) {
         return false;
@@ -101,13 +101,9 @@ int KRHAULAPI XferFileList_fCreate(XferFileList* pList)
         return 0;
     }
     *pList = nullptr;
-    HGLOBAL hBlock = GlobalAlloc(BLOCK_FLAGS, cbOfList(FIRST_CAPACITY));
-    if (hBlock == nullptr) {
-        return 0;
-    }
-    auto list = static_cast<XferFileList>(GlobalLock(hBlock));
+    auto list =
+        static_cast<XferFileList>(shared::allocateBlock(GMEM_ZEROINIT, cbOfList(FIRST_CAPACITY)));
     if (list == nullptr) {
-        GlobalFree(hBlock);
         return 0;
     }
     list->cCapacity = FIRST_CAPACITY;
@@ -123,9 +119,7 @@ void KRHAULAPI XferFileList_vDestroy(XferFileList list)
         return;
     }
     XferFileListClearRows(list, 0, list->cCapacity);
-    HGLOBAL hBlock = GlobalHandle(list);
-    GlobalUnlock(hBlock);
-    GlobalFree(hBlock);
+    shared::freeBlock(list);
 }
 
 int KRHAULAPI XferFileList_fSetSize(XferFileList* pList, LONG cRows, LONG cGrowBy)

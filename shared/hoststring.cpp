@@ -1,7 +1,6 @@
 // Host command strings: validation, and sending piece by piece.
 #include "include/krhaul.h"
-
-#include <string.h>
+#include "shared/text.h"
 
 namespace {
 
@@ -84,6 +83,25 @@ const EscapeRow* findEscape(char ch)
     return nullptr;
 }
 
+// Sends the bytes of a character one by one, and moves to the last of them. The second byte of a
+// character can look like the sign that starts an escape.
+bool sendPlain(const Translation* pTranslation, const char** ppch)
+{
+    for (const char* pchEnd = shared::nextChar(*ppch);; ++*ppch) {
+        if (!send(pTranslation, {*ppch, 1})) {
+            return false;
+        }
+        if (*ppch + 1 >= pchEnd) {
+            return true;
+        }
+    }
+}
+
+const char* findAt(const char* pszText)
+{
+    return shared::findFirstOf(pszText, "@");
+}
+
 } // namespace
 
 int KRHAULAPI nXferTranslateHCS(const char* pszTemplate, const char* pszHostName,
@@ -96,7 +114,7 @@ int KRHAULAPI nXferTranslateHCS(const char* pszTemplate, const char* pszHostName
     for (const char* pch = pszTemplate; pch != nullptr && *pch != '\0'; ++pch) {
         bool fSent = true;
         if (*pch != '@') {
-            fSent = send(&translation, {pch, 1});
+            fSent = sendPlain(&translation, &pch);
         } else if (*++pch == '\0') {
             break;
         } else if (const EscapeRow* pEscape = findEscape(*pch)) {
@@ -117,7 +135,7 @@ int KRHAULAPI fXferValidHCS(const char* pszTemplate, DWORD* pdwPosition)
     if (pszTemplate == nullptr) {
         return 1;
     }
-    for (const char* pch = strchr(pszTemplate, '@'); pch != nullptr; pch = strchr(pch + 2, '@')) {
+    for (const char* pch = findAt(pszTemplate); pch != nullptr; pch = findAt(pch + 2)) {
         if (findEscape(pch[1]) == nullptr) {
             *pdwOut = DWORD(pch + 1 - pszTemplate);
             return 0;

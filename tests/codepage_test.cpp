@@ -35,6 +35,25 @@ TEST_F(CodePage, TextsAreCutBetweenLetters)
     nXferStatDestroy(hwndStat);
 }
 
+int KRHAULAPI collect(DWORD dwText, const char* pch, LONG cch, DWORD*)
+{
+    reinterpret_cast<std::string*>(dwText)->append(pch, size_t(cch));
+    return 0;
+}
+
+// A letter whose second byte is 40 starts no escape.
+TEST_F(CodePage, LettersOfACommandAreSentWhole)
+{
+    DoubleByteLetters letters(library());
+    std::string sent;
+    DWORD dwPosition;
+    EXPECT_EQ(fXferValidHCS("\x83@x", &dwPosition), 1);
+    EXPECT_EQ(fXferValidHCS("\x83@@x", &dwPosition), 0);
+    EXPECT_EQ(dwPosition, 3u);
+    EXPECT_EQ(nXferTranslateHCS("\x83@H@H", "n", "l", collect, DWORD(&sent)), 0);
+    EXPECT_EQ(sent, "\x83@Hn");
+}
+
 // What follows needs the code page for real. Where the tests are built Wine is started with a
 // locale of that code page; elsewhere it is the system's, or not there.
 class CodePage932 : public PaneWindow {

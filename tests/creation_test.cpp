@@ -5,20 +5,12 @@
 #include "../transfer/window/record.h"
 #include "support/ledger.h"
 #include "support/looks.h"
+#include "support/refusal.h"
 
 #include <algorithm>
 #include <string.h>
 
 namespace {
-
-std::vector<HWND> s_boxOwners; // one for each box
-std::string s_boxText;
-int WINAPI fakeMessageBox(HWND hwndOwner, LPCSTR pszText, LPCSTR, UINT)
-{
-    s_boxOwners.push_back(hwndOwner);
-    s_boxText = pszText;
-    return IDOK;
-}
 
 // The platform refuses to make the toolbar, so that the dialog fails half made.
 LRESULT CALLBACK refuseToolbar(int nCode, WPARAM wParam, LPARAM lParam)
@@ -42,10 +34,7 @@ protected:
                   nullptr);
         EXPECT_EQ(hRecord, m_hEnglish);
         EXPECT_EQ(Ledger::owed(), "");
-        EXPECT_EQ(s_boxOwners, std::vector<HWND>(fBox, m_parent.hwnd()));
-        EXPECT_EQ(s_boxText, fBox ? english(IDS_NO_RESOURCES) : "");
-        s_boxOwners.clear();
-        s_boxText.clear();
+        EXPECT_EQ(m_refusals.take(), std::vector<HWND>(fBox, m_parent.hwnd()));
     }
 
     void useAllOfIt()
@@ -75,7 +64,7 @@ protected:
     }
 
 private:
-    ReplacedImport m_box{GetModuleHandleA("KRUTILS.DLL"), "MessageBoxA", fakeMessageBox};
+    Refusals m_refusals;
 };
 
 TEST_F(Creation, FailuresLeaveNothing)
@@ -123,7 +112,7 @@ TEST_F(Creation, EveryAllocationCanFail)
             create();
             useAllOfIt();
             EXPECT_NE(ledger.owed(), "");
-            EXPECT_TRUE(s_boxOwners.empty());
+            EXPECT_TRUE(Refusals::take().empty());
             close();
             ASSERT_EQ(ledger.owed(), "");
         }
@@ -231,24 +220,6 @@ TEST_F(Creation, TheFirstModeComesAtOnceIfItCannotWait)
         EXPECT_EQ(tell(IDC_DANDD_LOCALDIRS, LB_GETCOUNT, 0, 0) > 0, nMode == 0);
         close();
     }
-}
-
-TEST_F(Creation, TwoWindowsGoTheirOwnWays)
-{
-    create();
-    HWND hwndSecond = createOnly(m_parent.hwnd(), XFERVIEW_COMMANDLINE);
-    EXPECT_TRUE(waitUntil([&] { return m_modes == std::vector<DWORD>{0, 1}; }));
-    DrawnTexts texts;
-    vXferDandDDisplayDILText(m_hwnd, "one");
-    vXferDandDDisplayDILText(hwndSecond, "two");
-    vXferDandDSetBusyState(hwndSecond, 0);
-    EXPECT_EQ(texts.strip(m_hwnd), "one");
-    EXPECT_EQ(texts.strip(hwndSecond), "two");
-    EXPECT_EQ(buttonState(m_hwnd, IDM_XFER_TRANSFER), 0);
-    close();
-    SendMessageA(hwndSecond, WM_XFER_SHOWHINT, IDM_XFER_HELP, 0);
-    EXPECT_EQ(texts.strip(hwndSecond), english(IDM_XFER_HELP));
-    nXferDandDDestroy(hwndSecond);
 }
 
 TEST_F(Creation, EndsInTheMiddleAreSurvived)

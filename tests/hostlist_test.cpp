@@ -97,34 +97,41 @@ TEST_F(HostList, ClearsWhatTheFlagsSay)
 }
 
 // The list tells its owner of each row that goes, which can end the window; the row still has its
-// record then.
+// record then. The list of some platforms doesn't survive that: this one ends in its place.
 TEST_F(HostList, TheEndOfARowMayEndTheWindow)
 {
     const DWORD flags[] = {XFERCLEAR_SUBDIRS, XFERCLEAR_WORKDIR, 15, 0};
     for (DWORD dwFlags : flags) {
-        for (int nEndAt : {0, 1, 2}) {
+        for (int nCase = 0; nCase < 6; ++nCase) {
+            int nEndAt = nCase % 3;
             SCOPED_TRACE(testing::Message() << dwFlags << " at " << nEndAt);
             Ledger ledger;
             openWith(".. w a b");
             int cTold = 0;
-            Subclassed window(m_hwnd, [&](UINT uMessage, WPARAM, LPARAM lParam) {
-                if (uMessage == WM_DELETEITEM && IsWindow(m_hwnd)) {
-                    const HGLOBAL hItem =
-                        HGLOBAL(reinterpret_cast<const DELETEITEMSTRUCT*>(lParam)->itemData);
+            Subclassed window(m_hwnd, [](UINT uMessage, WPARAM, LPARAM lParam) {
+                auto pRow = reinterpret_cast<const DELETEITEMSTRUCT*>(lParam);
+                if (uMessage == WM_DELETEITEM && pRow->itemData != 0) {
+                    const HGLOBAL hItem = HGLOBAL(pRow->itemData);
                     auto pItem = static_cast<const XferListItem*>(GlobalLock(hItem));
-                    EXPECT_TRUE(hItem == nullptr || (pItem != nullptr && pItem->nIndent <= 2));
+                    EXPECT_TRUE(pItem != nullptr && pItem->nKind >= 0);
                     GlobalUnlock(hItem);
-                    if (++cTold == nEndAt) {
-                        nXferDandDDestroy(m_hwnd);
-                    }
                 }
                 return false;
             });
+            Subclassed list(item(IDC_DANDD_HOSTDIRS), [&](UINT uMessage, WPARAM, LPARAM) {
+                bool fEnd = uMessage == LB_DELETESTRING && ++cTold == nEndAt;
+                if (fEnd) {
+                    nXferDandDDestroy(m_hwnd);
+                }
+                return fEnd;
+            });
+            vXferDandDSetBusyState(m_hwnd, nCase / 3);
             if (dwFlags != 0) {
                 nXferDandDClearHostFileInfo(m_hwnd, dwFlags);
             } else {
                 nXferDandDRemoveHostSubDir(m_hwnd, "a");
                 nXferDandDAddHostSubDir(m_hwnd, "b");
+                pumpMessages();
             }
             close();
             EXPECT_EQ(ledger.owed(), "");

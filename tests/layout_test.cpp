@@ -215,19 +215,6 @@ TEST_F(Layout, IsMeasuredAtTheSizeOfTheTemplate)
     }
 }
 
-TEST_F(Layout, WhatHangsOnNoLineStays)
-{
-    createMeasured();
-    const RECT rc = placeOf(m_hwnd, IDC_DANDD_LOCALTYPES);
-    for (DWORD nMode : {0u, 1u}) {
-        setClientSize(m_template.cx + 100, m_template.cy + 100);
-        setMode(nMode);
-        EXPECT_EQ(placeOf(m_hwnd, IDC_DANDD_LOCALTYPES), rc);
-        EXPECT_TRUE(IsWindowVisible(item(IDC_DANDD_LOCALTYPES)));
-        EXPECT_TRUE(IsWindowVisible(item(IDC_DANDD_TOOLBAR)));
-    }
-}
-
 TEST_F(Layout, LogFollowsItsEndOnlyWhenItWasInView)
 {
     auto first = [&] { return tell(IDC_DANDD_INFOLINE, EM_GETFIRSTVISIBLELINE, 0, 0); };

@@ -389,6 +389,10 @@ TEST_F(PathLine, EnterAsksTheCaller)
             }
             enter(a.idControl);
             EXPECT_EQ(heard(), a.pszHeard);
+            if (a.idControl == IDC_DANDD_COMMANDLINE) {
+                // The next command replaces this one.
+                EXPECT_EQ(tell(a.idControl, EM_GETSEL), MAKELONG(0, strlen(a.pszText)));
+            }
             if (a.idControl == IDC_DANDD_HOSTDIRS) {
                 notify(a.idControl, LBN_DBLCLK);
                 EXPECT_EQ(heard(), a.pszHeard);

@@ -404,22 +404,6 @@ TEST_F(Rows, TheChainLeadsFromTheRootToTheCurrentDirectory)
     EXPECT_EQ(text(IDC_DANDD_LOCALPATH), "");
 }
 
-TEST_F(Rows, RefreshForgetsSelectionAndOldRows)
-{
-    m_files.entries = {{"a"}, {"b"}, {"dir", FILE_ATTRIBUTE_DIRECTORY}};
-    refresh();
-    selectFiles(IDC_DANDD_LOCALFILES, {"a", "b"});
-    selectRow(IDC_DANDD_LOCALDIRS, "dir");
-    SetFocus(item(IDC_DANDD_LOCALTYPES));
-    m_files.entries = {{"b"}};
-    refresh();
-    EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), Strings{"b"});
-    EXPECT_EQ(selected(IDC_DANDD_LOCALFILES), Strings{});
-    EXPECT_EQ(rows(IDC_DANDD_LOCALDIRS), (Strings{"c:\\", "work"}));
-    EXPECT_EQ(tell(IDC_DANDD_LOCALDIRS, LB_GETCURSEL), LB_ERR);
-    EXPECT_EQ(GetFocus(), item(IDC_DANDD_LOCALTYPES));
-}
-
 // The caller's names, one by one, without a refresh.
 TEST_F(Rows, ALocalNameIsWhatFollowsTheLastBackslash)
 {
@@ -428,40 +412,6 @@ TEST_F(Rows, ALocalNameIsWhatFollowsTheLastBackslash)
     }
     EXPECT_EQ(nXferDandDAddLocalFileName(m_hwnd, nullptr), 0);
     EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), inserted({"y.txt", "b", "a", "d:c", "x/z", ""}));
-}
-
-// What the file system itself gives, with names as it has them.
-class RealFiles : public PaneWindow {};
-
-TEST_F(RealFiles, AreListedAsTheFileSystemHasThem)
-{
-    const std::string longest = std::string(196, 'l') + ".txt";
-    m_dir.makeDirs({"Sub.txt", ".hidden"});
-    m_dir.makeFiles({"b.TXT", "A.txt", "a1.txt", "a10.txt", ".dot.txt", "c.bin", longest, "hid.txt",
-                     "Sub.txt\\inner.txt"});
-    SetFileAttributesA("hid.txt", FILE_ATTRIBUTE_HIDDEN);
-    SetFileAttributesA("c.bin", FILE_ATTRIBUTE_READONLY);
-    open();
-    Strings files = {"A.txt", "a1.txt", "a10.txt", "b.TXT", longest};
-    // Some file systems take names with a dot in front for hidden.
-    if ((GetFileAttributesA(".dot.txt") & FILE_ATTRIBUTE_HIDDEN) == 0) {
-        files.push_back(".dot.txt");
-    }
-    type(IDC_DANDD_LOCALFILTER, "*.txt");
-    vXferDandDRefreshLocalFiles(m_hwnd);
-    EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), inserted(files));
-    type(IDC_DANDD_LOCALFILTER, "*.*");
-    vXferDandDRefreshLocalFiles(m_hwnd);
-    files.push_back("c.bin");
-    EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), inserted(files));
-    Strings dirs = rows(IDC_DANDD_LOCALDIRS);
-    EXPECT_EQ(dirs.back(), "Sub.txt");
-    EXPECT_EQ(text(IDC_DANDD_LOCALPATH), m_dir.path());
-    // A path on which Enter wasn't pressed lists its own files.
-    type(IDC_DANDD_LOCALFILTER, "Sub.txt\\*.txt");
-    vXferDandDRefreshLocalFiles(m_hwnd);
-    EXPECT_EQ(rows(IDC_DANDD_LOCALFILES), Strings{"inner.txt"});
-    EXPECT_EQ(rows(IDC_DANDD_LOCALDIRS), dirs);
 }
 
 } // namespace

@@ -160,6 +160,12 @@ TEST(SampleNames, PatternsTakeNoLongerThanTheyMust)
     EXPECT_FALSE(sample::matches(std::string(250, 'a').c_str(), "*a*a*a*a*a*a*a*a*a*a*a*a*b"));
 }
 
+TEST(SampleNames, NumbersHaveDigitsInGroups)
+{
+    EXPECT_EQ(sample::grouped(0), "0");
+    EXPECT_EQ(sample::grouped(4294967295u), "4,294,967,295");
+}
+
 TEST(SampleNames, AddressesOfServers)
 {
     const struct {

@@ -5,6 +5,7 @@
 #include "support/help.h"
 #include "support/input.h"
 #include "support/ledger.h"
+#include "support/refusal.h"
 #include "support/strict.h"
 #include "support/subclassed.h"
 #include "support/windows.h"
@@ -106,39 +107,9 @@ private:
     ReplacedImport m_setTimer, m_killTimer, m_getDC;
 };
 
-// The boxes that were asked of KRUTILS; the module still has the text when one is shown.
-struct Box {
-    HMODULE hModule;
-    HWND hwndParent;
-    std::vector<DWORD> numbers;
-};
-std::vector<Box> s_boxes;
-void WINAPI fakeMessageBoxId(HMODULE hModule, HWND hwndParent, UINT idString, int n1, int n2,
-                             int n3)
-{
-    EXPECT_NE(stringOf(hModule, idString), "");
-    s_boxes.push_back({hModule, hwndParent, {idString, DWORD(n1), DWORD(n2), DWORD(n3)}});
-}
-
-class ReplacedBox {
-public:
-    // One box told that there is no room for a window of this parent.
-    void expectRefusal(HWND hwndParent, HMODULE hEnglish) const
-    {
-        ASSERT_EQ(s_boxes.size(), 1u);
-        EXPECT_EQ(s_boxes[0].hModule, hEnglish);
-        EXPECT_EQ(s_boxes[0].hwndParent, hwndParent);
-        EXPECT_EQ(s_boxes[0].numbers, (std::vector<DWORD>{IDS_NO_RESOURCES, 0, 3, 0}));
-        s_boxes.clear();
-    }
-
-private:
-    ReplacedImport m_box{library(), "KRUTILS.DLL", 70, fakeMessageBoxId};
-};
-
 TEST_F(Status, EightWindowsRunSideBySideAndTheNinthIsRefused)
 {
-    ReplacedBox box;
+    Refusals refusals;
     HWND windows[XFERSTAT_MAXWINDOWS];
     for (HWND& hwnd : windows) {
         hwnd = create();
@@ -150,7 +121,7 @@ TEST_F(Status, EightWindowsRunSideBySideAndTheNinthIsRefused)
         EXPECT_EQ(textOf(windows[n], IDC_STAT_SIZE), std::to_string(100 + n));
     }
     EXPECT_EQ(hdlgXferStatCreate("Ninth", 0, m_parent.hwnd(), 0, 0), nullptr);
-    box.expectRefusal(m_parent.hwnd(), m_hEnglish);
+    EXPECT_EQ(refusals.take(), std::vector<HWND>{m_parent.hwnd()});
     expectWindows(XFERSTAT_MAXWINDOWS);
 
     // The lowest place that is free is taken again: the timer's id tells which it is.
@@ -181,7 +152,7 @@ HWND WINAPI createAnotherFirst(HINSTANCE hModule, LPCSTR pszTemplate, HWND hwndP
 
 TEST_F(Status, ACreationInsideACreationTakesItsOwnPlace)
 {
-    ReplacedBox box;
+    Refusals refusals;
     ReplacedImport dialog(library(), "CreateDialogParamA", createAnotherFirst);
     // With room for both, then for the inner one alone.
     for (int cBefore : {0, XFERSTAT_MAXWINDOWS - 1}) {
@@ -197,10 +168,10 @@ TEST_F(Status, ACreationInsideACreationTakesItsOwnPlace)
         windows.push_back(s_hwndMadeFirst);
         if (cBefore == 0) {
             windows.push_back(hwndOuter);
-            EXPECT_TRUE(s_boxes.empty());
+            EXPECT_TRUE(refusals.take().empty());
         } else {
             EXPECT_EQ(hwndOuter, nullptr);
-            box.expectRefusal(m_parent.hwnd(), m_hEnglish);
+            EXPECT_EQ(refusals.take(), std::vector<HWND>{m_parent.hwnd()});
         }
         expectWindows(windows.size());
         for (HWND hwnd : windows) {

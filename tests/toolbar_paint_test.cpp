@@ -73,24 +73,22 @@ const std::map<int, COLORREF> CONTRAST = {
     {COLOR_BTNTEXT, RGB(255, 255, 255)},    {COLOR_HIGHLIGHT, RGB(0, 128, 0)},
     {COLOR_WINDOW, RGB(0, 255, 255)}};
 
-// The pictures of the strip in the present system colours, taken from the bytes of the file.
+// The pictures of the strip in the present system colours.
 Picture strip()
 {
-    constexpr int CX = 16 * PICTURES, CY = 15;
-    const std::map<DWORD, int> elements = {
-        {0x000000, COLOR_BTNTEXT},      {0x808080, COLOR_BTNSHADOW}, {0xC0C0C0, COLOR_BTNFACE},
-        {0xFFFFFF, COLOR_BTNHIGHLIGHT}, {0x0000FF, COLOR_HIGHLIGHT}, {0xFF00FF, COLOR_WINDOW}};
-    HRSRC hResource = FindResourceA(self(), MAKEINTRESOURCEA(STRIP), RT_BITMAP);
-    auto pBytes = static_cast<const BYTE*>(LockResource(LoadResource(self(), hResource)));
-    Picture picture(CX, CY, 0);
-    for (int n = 0; n < CX * CY; ++n) {
-        int x = n % CX, y = n / CX;
-        BYTE pair = pBytes[40 + 64 + (CY - 1 - y) * CX / 2 + x / 2];
-        const BYTE* pQuad = pBytes + 40 + 4 * (x % 2 == 0 ? pair >> 4 : pair & 15);
-        auto element = elements.find(RGB(pQuad[0], pQuad[1], pQuad[2]));
-        picture.set(x, y,
-                    element == elements.end() ? RGB(pQuad[2], pQuad[1], pQuad[0])
-                                              : GetSysColor(element->second));
+    const std::map<COLORREF, int> elements = {
+        {RGB(0, 0, 0), COLOR_BTNTEXT},       {RGB(128, 128, 128), COLOR_BTNSHADOW},
+        {RGB(192, 192, 192), COLOR_BTNFACE}, {RGB(255, 255, 255), COLOR_BTNHIGHLIGHT},
+        {RGB(0, 0, 255), COLOR_HIGHLIGHT},   {RGB(255, 0, 255), COLOR_WINDOW}};
+    HBITMAP hbm = LoadBitmapA(self(), MAKEINTRESOURCEA(STRIP));
+    Picture picture(hbm);
+    DeleteObject(hbm);
+    for (int n = 0; n < picture.cx * picture.cy; ++n) {
+        const int x = n % picture.cx, y = n / picture.cx;
+        auto element = elements.find(picture.at(x, y));
+        if (element != elements.end()) {
+            picture.set(x, y, GetSysColor(element->second));
+        }
     }
     return picture;
 }

@@ -21,7 +21,7 @@ HWND failCreation(HMODULE hLanguage, HWND hwndParent)
     return nullptr;
 }
 
-// A short table leaves its missing slots null; a longer one is read as far as it is known.
+// A short table leaves its missing slots null; of a longer one, only the known slots are read.
 void copyCallbacks(HostCallbacks* pOurs, HostCallbacks* pCallers)
 {
     memset(pOurs, 0, sizeof *pOurs);

@@ -82,7 +82,7 @@ INT_PTR onQueryDragIcon(HWND, XferWindowRecord*, WPARAM, LPARAM)
     return reinterpret_cast<INT_PTR>(LoadIconA(g_hInstance, ICON));
 }
 
-// The controls still live here, and the rows that have records are in them.
+// The controls still exist here, and with them the rows that have records.
 INT_PTR onDestroy(HWND, XferWindowRecord* pRecord, WPARAM, LPARAM)
 {
     panes::forgetChanges(pRecord);
@@ -90,7 +90,8 @@ INT_PTR onDestroy(HWND, XferWindowRecord* pRecord, WPARAM, LPARAM)
     return 0;
 }
 
-// The result 1 keeps the dialog manager from its own end of a dialog, in which its font goes.
+// The result 1 skips the dialog manager's own cleanup, which frees the dialog's font. So it is
+// called from here.
 INT_PTR onNcDestroy(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM wParam, LPARAM lParam)
 {
     panes::forgetChanges(pRecord);

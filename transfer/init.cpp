@@ -61,8 +61,8 @@ void setFont(HWND hdlgDandD, int idControl, HGDIOBJ hfont)
     SendDlgItemMessageA(hdlgDandD, idControl, WM_SETFONT, reinterpret_cast<WPARAM>(hfont), FALSE);
 }
 
-// The names of files in a font of their own, the log and the command line in fixed pitch, so
-// that columns stay in line.
+// File names have a font of their own. The log and the command line have a fixed pitch, so that
+// columns line up.
 void setFonts(HWND hdlgDandD, XferWindowRecord* pRecord)
 {
     pRecord->hfontList =
@@ -111,7 +111,7 @@ void limitLines(HWND hdlgDandD)
     SendDlgItemMessageA(hdlgDandD, IDC_DANDD_HOSTPATH, EM_SETMODIFY, FALSE, 0);
     SendDlgItemMessageA(hdlgDandD, IDC_DANDD_LOCALFILTER, EM_LIMITTEXT, XFER_NAME_SIZE, 0);
     SendDlgItemMessageA(hdlgDandD, IDC_DANDD_HOSTFILTER, EM_LIMITTEXT, XFER_NAME_SIZE, 0);
-    // Cut when it is read, a command would name another file.
+    // A command that is cut when it is read would name another file.
     SendDlgItemMessageA(hdlgDandD, IDC_DANDD_COMMANDLINE, EM_LIMITTEXT, XFER_MAX_NAME, 0);
 }
 

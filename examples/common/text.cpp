@@ -58,7 +58,7 @@ std::string grouped(DWORD number)
     snprintf(plain, sizeof plain, "%lu", number);
     GetLocaleInfoA(LOCALE_USER_DEFAULT, LOCALE_STHOUSAND, separator, sizeof separator);
     char point[] = ".";
-    NUMBERFMTA style = {0, 0, 3, point, separator, 1};
+    NUMBERFMTA style = {0, 1, 3, point, separator, 1};
     bool done = GetNumberFormatA(LOCALE_USER_DEFAULT, 0, plain, &style, local, sizeof local) != 0;
     return done ? local : plain;
 }

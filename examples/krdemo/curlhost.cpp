@@ -26,16 +26,18 @@ constexpr size_t MAX_ANSWERS = 1024 * 1024;
 constexpr size_t MAX_LIST = 256 * 1024 * 1024;
 constexpr size_t MAX_LINE = 8192;
 constexpr char NO_ANSWER[] = "The server doesn't answer any more.";
+constexpr char CUT_OFF[] = "The connection was cut off.";
 
 struct Server {
     Address address;
     HostKey key;
     CURL* easy = nullptr;
     Request request;
-    std::string words;   // of the server, or why it was left
-    std::string answers; // lines of its answers to the request
-    std::string line;    // of a list, as far as it has come
-    size_t listed = 0;   // bytes of the list
+    std::string words;    // of the server, or why it was left
+    std::string answers;  // lines of its answers to the request
+    std::string line;     // of a list, as far as it has come
+    size_t listed = 0;    // bytes of the list
+    bool isFresh = false; // the connection must be a new one
     bool isLineTooLong = false;
     bool isBaseAsked = false; // the server was told where to start from
     bool hasFacts = true;     // the server knows the list that is made for programs
@@ -129,8 +131,9 @@ std::string reasonOf(CURLcode code)
     case CURLE_RECV_ERROR:
     case CURLE_GOT_NOTHING:
     case CURLE_PARTIAL_FILE:
+        return !refused.empty() ? refused : CUT_OFF;
     case CURLE_OPERATION_TIMEDOUT:
-        return !refused.empty() ? refused : NO_ANSWER;
+        return NO_ANSWER;
     case CURLE_URL_MALFORMAT:
         return "The server can't be asked for this name.";
     case CURLE_LOGIN_DENIED:
@@ -214,6 +217,8 @@ void setCommon(CURL* easy)
     curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT, CONNECT_SECONDS);
     curl_easy_setopt(easy, CURLOPT_SERVER_RESPONSE_TIMEOUT, ANSWER_SECONDS);
     curl_easy_setopt(easy, CURLOPT_MAXAGE_CONN, IDLE_SECONDS);
+    curl_easy_setopt(easy, CURLOPT_MAXREDIRS, 1L);
+    curl_easy_setopt(easy, CURLOPT_FRESH_CONNECT, server.isFresh ? 1L : 0L);
     curl_easy_setopt(easy, CURLOPT_BUFFERSIZE, BUFFER_BYTES);
     curl_easy_setopt(easy, CURLOPT_UPLOAD_BUFFERSIZE, BUFFER_BYTES);
     setLogin(easy);
@@ -565,8 +570,14 @@ void onEnd(CURLcode code)
         home != nullptr && server.home.empty()) {
         server.home = home;
     }
+    // An empty answer over a connection that was used before is taken for a lost connection, and
+    // SFTP is asked again and again.
+    bool isEmpty = isSftp() && code == CURLE_TOO_MANY_REDIRECTS && !server.isFresh;
     if (isNewKey) {
         askForKey();
+    } else if (isEmpty) {
+        server.isFresh = true;
+        startRequest();
     } else {
         PROCEDURES[size_t(server.request.verb)].finish(code);
     }
@@ -614,6 +625,7 @@ void close()
 void start(Request&& request)
 {
     server.request = std::move(request);
+    server.isFresh = false;
     startRequest();
 }
 

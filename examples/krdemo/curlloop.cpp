@@ -13,9 +13,11 @@ constexpr UINT WM_SOCKET = WM_APP;  // wParam the socket, lParam what it is read
 constexpr UINT WM_NOW = WM_APP + 1; // libcurl wants to go on without a socket
 constexpr UINT_PTR TIMER_CURL = 1;  // the same, after some time
 constexpr UINT_PTR TIMER_REST = 2;
+constexpr UINT_PTR TIMER_LOOK = 3;
 constexpr DWORD WORK_MS = 50;
 constexpr UINT REST_MS = 10;
-constexpr DWORD LOOK_MS = 10;
+constexpr UINT LOOK_MS = 200;
+constexpr DWORD WAIT_MS = 10;
 
 CURLM* multi;
 HWND hwnd;
@@ -30,7 +32,7 @@ DWORD workBegan;
 // Each call makes the platform look again, also at what it has told of already.
 void arm(curl_socket_t socket, int what)
 {
-    long events = ((what & CURL_POLL_IN) != 0 ? FD_READ | FD_CLOSE : 0) |
+    long events = (what != 0 ? FD_CLOSE : 0) | ((what & CURL_POLL_IN) != 0 ? FD_READ : 0) |
                   ((what & CURL_POLL_OUT) != 0 ? FD_WRITE | FD_CONNECT : 0);
     WSAAsyncSelect(socket, hwnd, events != 0 ? WM_SOCKET : 0, events);
 }
@@ -109,10 +111,35 @@ void act(curl_socket_t socket, int ready)
 
 void onSocket(curl_socket_t socket, LPARAM lParam)
 {
-    int ready = (WSAGETSELECTEVENT(lParam) & (FD_READ | FD_CLOSE)) != 0 ? CURL_CSELECT_IN
-                                                                        : CURL_CSELECT_OUT;
+    int event = WSAGETSELECTEVENT(lParam);
+    int ready = event == FD_CLOSE  ? CURL_CSELECT_IN | CURL_CSELECT_OUT
+                : event == FD_READ ? CURL_CSELECT_IN
+                                   : CURL_CSELECT_OUT;
     if (watched.count(socket) != 0) {
         act(socket, ready | (WSAGETSELECTERROR(lParam) != 0 ? CURL_CSELECT_ERR : 0));
+    }
+}
+
+// That a connection was closed is told once, and libcurl may not have asked at that time. So the
+// sockets are looked at themselves now and then.
+void lookAtSockets()
+{
+    std::map<curl_socket_t, int> all = watched;
+    for (const auto& socket : all) {
+        fd_set readers = {1, {socket.first}};
+        fd_set writers = readers;
+        timeval noTime = {};
+        bool in = (socket.second & CURL_POLL_IN) != 0;
+        bool out = (socket.second & CURL_POLL_OUT) != 0;
+        select(0, in ? &readers : nullptr, out ? &writers : nullptr, nullptr, &noTime);
+        int ready = (in && readers.fd_count > 0 ? CURL_CSELECT_IN : 0) |
+                    (out && writers.fd_count > 0 ? CURL_CSELECT_OUT : 0);
+        if (ready != 0 && watched.count(socket.first) != 0) {
+            act(socket.first, ready);
+        }
+    }
+    if (transfers.empty()) {
+        KillTimer(hwnd, TIMER_LOOK);
     }
 }
 
@@ -136,6 +163,8 @@ LRESULT CALLBACK loopProc(HWND window, UINT message, WPARAM wParam, LPARAM lPara
     } else if (message == WM_TIMER && wParam == TIMER_CURL) {
         KillTimer(hwnd, TIMER_CURL);
         act(CURL_SOCKET_TIMEOUT, 0);
+    } else if (message == WM_TIMER && wParam == TIMER_LOOK) {
+        lookAtSockets();
     } else if (message == WM_TIMER) {
         endRest();
     } else {
@@ -152,7 +181,7 @@ void waitForEnds(DWORD patience)
         while (PeekMessageA(&msg, hwnd, 0, 0, PM_REMOVE)) {
             DispatchMessageA(&msg);
         }
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, LOOK_MS, QS_ALLINPUT);
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, WAIT_MS, QS_ALLINPUT);
     }
 }
 
@@ -181,6 +210,8 @@ void closeCurlLoop(DWORD patience)
     }
     curl_multi_cleanup(multi);
     multi = nullptr;
+    watched.clear();
+    opened.clear();
     DestroyWindow(hwnd);
 }
 
@@ -190,6 +221,7 @@ void runHandle(CURL* easy, std::function<void(CURLcode)> onEnd)
     curl_easy_setopt(easy, CURLOPT_CLOSESOCKETFUNCTION, onClose);
     transfers[easy] = std::move(onEnd);
     curl_multi_add_handle(multi, easy);
+    SetTimer(hwnd, TIMER_LOOK, LOOK_MS, nullptr);
 }
 
 void dropHandle(CURL* easy)

@@ -24,6 +24,7 @@
 #include "statuswindow.h"
 #include "work.h"
 #include "../../include/krhaul.h"
+#include "../common/help.h"
 
 using namespace demo;
 
@@ -160,6 +161,21 @@ void makeWindow(HINSTANCE instance)
     ShowWindow(mainWindow, SW_SHOW);
 }
 
+// Keys for the lists alone: in an edit line Del has to delete a letter.
+bool isKey(HWND session, MSG* msg)
+{
+    static ACCEL keys[] = {{FVIRTKEY, VK_DELETE, XFERCMD_DELETE},
+                           {FVIRTKEY, VK_F1, XFERCMD_HELP},
+                           {FVIRTKEY, VK_F2, XFERCMD_RENAME},
+                           {FVIRTKEY, VK_F5, XFERCMD_REFRESH}};
+    static HACCEL table = CreateAcceleratorTableA(keys, ARRAYSIZE(keys));
+    char className[16] = "";
+    HWND focus = GetFocus();
+    return session != nullptr && IsChild(session, focus) &&
+           GetClassNameA(focus, className, sizeof className) > 0 &&
+           lstrcmpiA(className, "ListBox") == 0 && TranslateAcceleratorA(session, table, msg);
+}
+
 bool isDialogMessage(HWND dialog, MSG* msg)
 {
     return dialog != nullptr && IsDialogMessageA(dialog, msg);
@@ -171,23 +187,14 @@ void runLoop()
 {
     MSG msg;
     while (GetMessageA(&msg, nullptr, 0, 0) > 0) {
-        if (!isDialogMessage(sessionWindow(), &msg) && !isDialogMessage(statusWindow(), &msg)) {
+        if (!isKey(sessionWindow(), &msg) && !isDialogMessage(sessionWindow(), &msg) &&
+            !isDialogMessage(statusWindow(), &msg)) {
             TranslateMessage(&msg);
             DispatchMessageA(&msg);
         }
         if (!options.copy && sessionWindow() == nullptr) {
             return;
         }
-    }
-}
-
-// This program has no help file. The KRUTILS of the samples can show a box in its place, others
-// may not.
-void useHelpBox()
-{
-    FARPROC found = GetProcAddress(GetModuleHandleA("KRUTILS"), "KrUseHelpBox");
-    if (found != nullptr) {
-        reinterpret_cast<void(WINAPI*)(BOOL)>(reinterpret_cast<void*>(found))(TRUE);
     }
 }
 
@@ -224,7 +231,7 @@ int runSession()
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int)
 {
     options = readOptions();
-    useHelpBox();
+    sample::useHelpBox();
     if (options.usage) {
         MessageBoxA(nullptr, USAGE, TITLE, MB_OK);
         return 0;

@@ -12,8 +12,9 @@
 //   modem.h       XMODEM and YMODEM, a state machine: modem.cpp, receiver.cpp, sender.cpp
 //   files.cpp     the local files
 //
-// From ../common come safename.cpp, which names of a host can become local files, and
-// unfinished.cpp, a file that is being received.
+// From ../common come safename.cpp, which names of a host can become local files, unfinished.cpp, a
+// file that is being received, and help.cpp.
+#include "../common/help.h"
 #include "terminal.h"
 #include "transfer.h"
 
@@ -38,6 +39,7 @@ void runLoop()
 
 int WINAPI WinMain(HINSTANCE hInstance, HINSTANCE, LPSTR, int nShow)
 {
+    sample::useHelpBox();
     HWND hwnd = openTerminal(hInstance);
     if (hwnd == nullptr) {
         return 1;

@@ -17,8 +17,9 @@ int __stdcall KrGetRecordedText(char* pszBuffer, int cchBuffer);
 
 void __stdcall KrForgetRecordedText(void);
 
-// For a program without a help file: from now on a request for help is answered by a box that
-// names the window it came from, instead of the system's message about a missing file.
+// For a program without a help file, which calls it with 1 at its start: a request for help is then
+// answered by a box that names the window it came from. With 0, as at first, the library is given
+// the name of a file that is missing.
 void __stdcall KrUseHelpBox(int fUse);
 
 #ifdef __cplusplus

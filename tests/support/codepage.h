@@ -11,13 +11,19 @@
 
 // A module finds the letters of that code page in its texts while the object lives, whatever code
 // page the system has; files bear the names of the system's own.
-class DoubleByteLetters : private ReplacedImports {
+class DoubleByteLetters {
 public:
-    explicit DoubleByteLetters(HMODULE hModule);
-    ~DoubleByteLetters();
+    explicit DoubleByteLetters(HMODULE hModule)
+        : m_isLeadByte(hModule, "IsDBCSLeadByte", isLeadByte)
+    {
+    }
 
 private:
-    int m_nBefore; // code page of the run-time library
+    static BOOL WINAPI isLeadByte(BYTE b)
+    {
+        return (b >= 0x81 && b <= 0x9F) || (b >= 0xE0 && b <= 0xFC);
+    }
+    ReplacedImport m_isLeadByte;
 };
 
 #endif

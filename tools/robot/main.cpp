@@ -1,7 +1,7 @@
-// robot SCRIPT PICTURES LOCAL HOST [OPTIONS]: starts a program that uses KRHAUL, works it with real mouse
-// and keyboard input, looks at its windows and at the disk after each step, and leaves pictures
-// in the folder PICTURES. The program's own arguments are those from LOCAL on: folders, or the
-// address of a server. The exit code is the number of steps that failed.
+// robot SCRIPT PICTURES LOCAL HOST [OPTIONS]: starts a program that uses KRHAUL, works it with real
+// mouse and keyboard input, looks at its windows and at the disk after each step, and leaves
+// pictures in the folder PICTURES. The program's own arguments are those from LOCAL on: folders, or
+// the address of a server. The exit code is the number of steps that failed.
 #include "looks.h"
 #include "steps.h"
 

@@ -2,15 +2,10 @@
 #include "resources/ids.h"
 #include "shared/krutils.h"
 #include "transfer/commands/commands.h"
+#include "transfer/panes/drives.h"
 
 #include <direct.h>
 #include <string.h>
-
-namespace {
-
-constexpr LONG LETTER_BEFORE_A = 'a' - 1;
-
-} // namespace
 
 void commands::driveListNotified(const Command* pCommand)
 {
@@ -22,7 +17,7 @@ void commands::driveListNotified(const Command* pCommand)
     SendDlgItemMessageA(pCommand->hdlgDandD, IDC_DANDD_LOCALDRIVES, WM_GETTEXT, sizeof szText,
                         reinterpret_cast<LPARAM>(szText));
     _strlwr(szText);
-    LONG nDrive = szText[0] - LETTER_BEFORE_A;
+    LONG nDrive = szText[0] - panes::LETTER_BEFORE_A;
     if (_chdrive(nDrive) != 0) {
         window::loadString(pRecord, IDS_DRIVE_FAILED, szText, sizeof szText);
         vXferDandDDisplayDILText(pCommand->hdlgDandD, szText);

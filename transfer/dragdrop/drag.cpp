@@ -261,7 +261,7 @@ LRESULT fileListProc(const DragSource* pSource, const ListMessage& message)
     if (pRecord == nullptr || pRecord->*pSource->pOriginal == nullptr) {
         return DefWindowProcA(message.hwnd, message.uMessage, message.wParam, message.lParam);
     }
-    if (!panes::prepareList(pRecord, pSource->idSource, message.uMessage)) {
+    if (!panes::prepareList(pRecord, message.hwnd, message.uMessage)) {
         return 0;
     }
     // Also the second press of a double click, which would change the selection.
@@ -288,7 +288,7 @@ LRESULT dirListProc(WNDPROC XferWindowRecord::*pOriginal, const ListMessage& mes
     if (pRecord == nullptr || pRecord->*pOriginal == nullptr) {
         return DefWindowProcA(message.hwnd, message.uMessage, message.wParam, message.lParam);
     }
-    if (!panes::prepareList(pRecord, GetDlgCtrlID(message.hwnd), message.uMessage)) {
+    if (!panes::prepareList(pRecord, message.hwnd, message.uMessage)) {
         return 0;
     }
     if (message.uMessage == WM_KILLFOCUS) {

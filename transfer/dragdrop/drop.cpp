@@ -63,7 +63,7 @@ enum NamesResult {
     NAMES_UNREADABLE // a row's name can't be read, or the rows don't match their count
 };
 
-// Counts the names that the list then holds, of those that it has room for.
+// Counts the names that the list, which has room for cSelected, then holds.
 NamesResult listNames(HWND hwndSource, LONG nColumn, XferFileList list, LONG cSelected,
                       LONG* pcNames)
 {

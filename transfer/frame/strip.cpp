@@ -184,10 +184,11 @@ void vXferDandDPaintStrip(HWND hdlgDandD)
     if (pRecord == nullptr) {
         return;
     }
+    window::Ref ref = window::refOf(pRecord);
     PAINTSTRUCT paint;
     HDC hdc = BeginPaint(hdlgDandD, &paint);
     // Erasing sends messages, on which the caller can destroy the window.
-    if (!window::isAlive(hdlgDandD, pRecord)) {
+    if (!window::isAlive(ref)) {
         EndPaint(hdlgDandD, &paint);
         return;
     }

@@ -103,9 +103,9 @@ void changeFileAtOnce(XferWindowRecord* pRecord, int idControl, const char* pszN
     }
     pRecord->fListsChanged = 1;
     if (fFound) {
-        panes::deleteFileRow(pRecord, idControl, nRow);
+        panes::deleteFileRow(pRecord, hwndList, nRow);
     } else {
-        panes::insertFileRow(pRecord, idControl, nRow, pszName);
+        panes::insertFileRow(pRecord, hwndList, nRow, pszName);
     }
 }
 
@@ -141,11 +141,10 @@ void panes::changeListAtOnce(XferWindowRecord* pRecord, int idControl, const cha
 void panes::changeList(XferWindowRecord* pRecord, int idControl, const char* pszName, Change change)
 {
     char szName[XFER_NAME_SIZE];
-    window::Ref ref = window::refOf(pRecord);
     XferPaneList* pList = findList(pRecord, idControl);
     cutToRow(szName, pszName);
-    bool fWaits = !pList->fMerging && isInOrder(pList) && suspendDrawing(pRecord, idControl);
-    if (window::isAlive(ref) && !(fWaits && addWaiting(pList, szName, change))) {
+    bool fWaits = !pList->fMerging && isInOrder(pList) && expectResume(pRecord);
+    if (!fWaits || !addWaiting(pList, szName, change)) {
         changeListAtOnce(pRecord, idControl, szName, change);
     }
 }
@@ -159,12 +158,16 @@ bool panes::applyChanges(XferWindowRecord* pRecord)
     return fAlive;
 }
 
-bool panes::prepareList(XferWindowRecord* pRecord, int idControl, UINT uMessage)
+bool panes::prepareList(XferWindowRecord* pRecord, HWND hwndList, UINT uMessage)
 {
+    int idControl = GetDlgCtrlID(hwndList);
+    if (paneListIndex(idControl) == XFER_PANE_LISTS) {
+        return true;
+    }
     bool fAlive = applyList(pRecord, idControl);
     if (fAlive) {
-        noteMessage(findList(pRecord, idControl), GetDlgItem(pRecord->hwndDialog, idControl),
-                    uMessage, idControl == IDC_DANDD_HOSTDIRS);
+        noteMessage(findList(pRecord, idControl), hwndList, uMessage,
+                    idControl == IDC_DANDD_HOSTDIRS);
     }
     return fAlive;
 }

@@ -24,7 +24,7 @@ bool applyChanges(XferWindowRecord* pRecord);
 // Called by the window procedure of a list before it handles a message or passes it on: makes the
 // changes that wait for this list, so that the message meets the rows that there have to be.
 // Returns false if the window ended meanwhile; the message has nobody to go to then.
-bool prepareList(XferWindowRecord* pRecord, int idControl, UINT uMessage);
+bool prepareList(XferWindowRecord* pRecord, HWND hwndList, UINT uMessage);
 
 // The lists of the panes, in the order of XferWindowRecord::paneLists. Returns their number if a
 // control is none of them.

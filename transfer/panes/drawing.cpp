@@ -6,6 +6,7 @@
 namespace {
 
 constexpr int HELD_LISTS[] = {IDC_DANDD_HOSTFILES, IDC_DANDD_HOSTDIRS, IDC_DANDD_LOCALFILES};
+constexpr DWORD RESUME_POSTED = 1U << 31;
 
 DWORD flagOf(int idControl)
 {
@@ -14,6 +15,15 @@ DWORD flagOf(int idControl)
 
 } // namespace
 
+bool panes::expectResume(XferWindowRecord* pRecord)
+{
+    if ((pRecord->fsHeldLists & RESUME_POSTED) == 0 && pRecord->fBusy != 0 &&
+        PostMessageA(pRecord->hwndDialog, WM_XFER_SHOWLISTS, 0, 0)) {
+        pRecord->fsHeldLists |= RESUME_POSTED;
+    }
+    return (pRecord->fsHeldLists & RESUME_POSTED) != 0;
+}
+
 // What is held must show again, so it is held only if the message that ends it is on its way.
 bool panes::suspendDrawing(XferWindowRecord* pRecord, int idControl)
 {
@@ -21,7 +31,7 @@ bool panes::suspendDrawing(XferWindowRecord* pRecord, int idControl)
     if ((pRecord->fsHeldLists & fsList) != 0) {
         return true;
     }
-    if (pRecord->fBusy == 0 || !PostMessageA(pRecord->hwndDialog, WM_XFER_SHOWLISTS, 0, 0)) {
+    if (!expectResume(pRecord)) {
         return false;
     }
     pRecord->fsHeldLists |= fsList;

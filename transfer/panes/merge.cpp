@@ -220,7 +220,7 @@ void deletePlanned(Plan* pPlan, LONG nGroup)
         panes::deleteRow(pPlan->hwndList, nRow);
     } else {
         pPlan->pRecord->fListsChanged = 1;
-        panes::deleteFileRow(pPlan->pRecord, pPlan->idControl, nRow);
+        panes::deleteFileRow(pPlan->pRecord, pPlan->hwndList, nRow);
     }
 }
 
@@ -235,7 +235,7 @@ bool insertFilePlanned(Plan* pPlan, LONG nRow, const char* pszName)
 {
     pPlan->pRecord->fListsChanged = 1;
     ++pPlan->cRowMessages;
-    return panes::insertFileRow(pPlan->pRecord, pPlan->idControl, nRow, pszName);
+    return panes::insertFileRow(pPlan->pRecord, pPlan->hwndList, nRow, pszName);
 }
 
 void insertPlanned(Plan* pPlan, LONG nGroup, const char* pszName)

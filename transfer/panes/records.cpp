@@ -1,4 +1,5 @@
 #include "transfer/panes/records.h"
+#include "shared/block.h"
 #include "transfer/panes/rows.h"
 
 HICON panes::g_listIcons[panes::ICON_COUNT];
@@ -20,15 +21,12 @@ bool isHeld(HGLOBAL hRecord)
 
 HGLOBAL panes::makeRecord(ListIcon nIcon, DWORD nIndent, LONG nKind, DWORD cchPath)
 {
-    HGLOBAL hRecord = GlobalAlloc(GMEM_MOVEABLE, sizeof(XferListItem));
-    auto pItem = static_cast<XferListItem*>(hRecord == nullptr ? nullptr : GlobalLock(hRecord));
+    auto pItem = static_cast<XferListItem*>(shared::allocateBlock(0, sizeof(XferListItem)));
     if (pItem == nullptr) {
-        if (hRecord != nullptr) {
-            GlobalFree(hRecord);
-        }
         return nullptr;
     }
     *pItem = {g_listIcons[nIcon], nIndent, nKind, cchPath};
+    HGLOBAL hRecord = GlobalHandle(pItem);
     GlobalUnlock(hRecord);
     return hRecord;
 }

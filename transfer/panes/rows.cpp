@@ -198,11 +198,10 @@ int fXferDandDFindName(HWND hwndList, const char* pszName, LONG* pnRow)
     return 0;
 }
 
-bool panes::insertFileRow(XferWindowRecord* pRecord, int idControl, LONG nRow, const char* pszName)
+bool panes::insertFileRow(XferWindowRecord* pRecord, HWND hwndList, LONG nRow, const char* pszName)
 {
-    suspendDrawing(pRecord, idControl);
-    return tellList(GetDlgItem(pRecord->hwndDialog, idControl), LB_INSERTSTRING, nRow, pszName) >=
-           0;
+    suspendDrawing(pRecord, GetDlgCtrlID(hwndList));
+    return tellList(hwndList, LB_INSERTSTRING, nRow, pszName) >= 0;
 }
 
 bool panes::insertSubDir(const window::Ref& ref, HWND hwndList, LONG nRow, const char* pszText,
@@ -262,11 +261,10 @@ int fXferDandDRemoveSubDir(HWND hdlgDandD, int idControl, const char* pszName)
     return 1;
 }
 
-void panes::deleteFileRow(XferWindowRecord* pRecord, int idControl, LONG nRow)
+void panes::deleteFileRow(XferWindowRecord* pRecord, HWND hwndList, LONG nRow)
 {
     window::Ref ref = window::refOf(pRecord);
-    HWND hwndList = GetDlgItem(pRecord->hwndDialog, idControl);
-    bool fHeld = suspendDrawing(pRecord, idControl);
+    bool fHeld = suspendDrawing(pRecord, GetDlgCtrlID(hwndList));
     tellList(hwndList, WM_SETREDRAW, FALSE);
     tellList(hwndList, LB_SETCARETINDEX, nRow);
     tellList(hwndList, LB_DELETESTRING, nRow);
@@ -280,7 +278,12 @@ void panes::releaseRows(const XferWindowRecord* pRecord)
 {
     window::Ref ref = window::refOf(pRecord);
     clearRows(ref, GetDlgItem(ref.hdlgDandD, IDC_DANDD_LOCALDIRS));
-    clearRows(ref, GetDlgItem(ref.hdlgDandD, IDC_DANDD_HOSTDIRS));
+    if (window::isAlive(ref)) {
+        clearRows(ref, GetDlgItem(ref.hdlgDandD, IDC_DANDD_HOSTDIRS));
+    }
+    if (!window::isAlive(ref)) {
+        return;
+    }
     HWND hwndDrives = GetDlgItem(ref.hdlgDandD, IDC_DANDD_LOCALDRIVES);
     for (auto n = LONG(tellList(hwndDrives, CB_GETCOUNT)) - 1; n >= 0; --n) {
         LRESULT nData = tellList(hwndDrives, CB_GETITEMDATA, n);

@@ -43,12 +43,12 @@ void appendSubDir(HWND hdlgDandD, int idControl, const char* pszText, DWORD nInd
 // Inserts a row before another one, or at the end for -1. Returns false with nothing inserted if
 // the list refuses it. A subdirectory takes over its record, which is freed if it is refused; with
 // null, for which there was no memory, it isn't inserted.
-bool insertFileRow(XferWindowRecord* pRecord, int idControl, LONG nRow, const char* pszName);
+bool insertFileRow(XferWindowRecord* pRecord, HWND hwndList, LONG nRow, const char* pszName);
 bool insertSubDir(const window::Ref& ref, HWND hwndList, LONG nRow, const char* pszText,
                   HGLOBAL hRecord);
 
 // Takes a row out of a file list. The caret goes to it first, and nothing is drawn in between.
-void deleteFileRow(XferWindowRecord* pRecord, int idControl, LONG nRow);
+void deleteFileRow(XferWindowRecord* pRecord, HWND hwndList, LONG nRow);
 
 // A text as the rows hold it. No buffer that a row is read into is longer.
 void cutToRow(char (&szText)[XFER_NAME_SIZE], const char* pszText);

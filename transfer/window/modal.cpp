@@ -87,7 +87,7 @@ INT_PTR window::runModal(XferWindowRecord* pRecord, ModalDialog* pDialog)
     return nResult;
 }
 
-// The caller can show a file dialog without this library's help; such a one is not noted.
+// A file dialog that the caller runs with the platform's own functions is not noted.
 void window::noteStart(const XferWindowRecord* pRecord, HWND hdlg)
 {
     ModalDialog* pDialog = pRecord->pInnermost;

@@ -1,6 +1,6 @@
 // Modal dialogs on a transfer window. nXferDandDDialogBoxParam (krhaul.h) is the only way to run
-// one from outside; inside the library it is runModal, which does the same and also tells how the
-// dialog ended.
+// one from outside; inside the library it is runModal, which does the same and also reports
+// whether the dialog was accepted.
 #ifndef TRANSFER_WINDOW_MODAL_H
 #define TRANSFER_WINDOW_MODAL_H
 

@@ -88,11 +88,6 @@ bool window::isAlive(const Ref& ref)
     return exists(ref) && storedAddress(ref.hdlgDandD) == ref.pRecord;
 }
 
-bool window::isAlive(HWND hdlgDandD, const XferWindowRecord* pRecord)
-{
-    return recordOf(hdlgDandD) == pRecord;
-}
-
 XferWindowRecord* window::recordOf(HWND hdlgDandD)
 {
     XferWindowRecord** ppLink = findLinkOfWindow(hdlgDandD);

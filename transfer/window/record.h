@@ -80,7 +80,7 @@ struct XferWindowRecord {
     LONG fForeignFiles;               // the local file list shows files of another directory
     char szLocalMask[XFER_NAME_SIZE]; // the mask that filled the local file list
     DWORD cchLogTrimmed;              // characters that were cut from the start of the log so far
-    DWORD fsHeldLists;                // lists that aren't drawn for the moment
+    DWORD fsHeldLists;                // what isn't drawn for the moment
     XferPaneList paneLists[XFER_PANE_LISTS];
     window::ModalDialog* pInnermost; // the modal dialog on top of the others, or null
     DWORD nSerial;                   // tells this record from any other one at the same address
@@ -119,7 +119,6 @@ Ref refOf(const XferWindowRecord* pRecord);
 
 // Whether the window still exists, with this very record.
 bool isAlive(const Ref& ref);
-bool isAlive(HWND hdlgDandD, const XferWindowRecord* pRecord);
 
 // The record of a transfer window, or null for any other window. Only the library's own list of
 // live records is searched: what a foreign window stores is never dereferenced.
