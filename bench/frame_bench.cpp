@@ -66,7 +66,7 @@ double driveListFloor(int cTimes)
 void benchLayout()
 {
     constexpr int TIMES = 200;
-    static XferLayout s_layout;
+    static layout::Distances s_layout;
     Place places[XFERLAYOUT_ROWS];
     vXferDandDCaptureLayout(s_hdlg, &s_layout);
     takePlaces(places);

@@ -1,4 +1,4 @@
-# The CMake package of KRHAUL: find_package(krhaul) gives the target krhaul::krhaul, for MinGW
+# The CMake package of KRHAUL: find_package(krhaul) defines the target krhaul::krhaul, for MinGW
 # and Visual C++, and
 #
 #   krhaul_deploy(TARGET)   after each build, copies KRHAUL.DLL, its language modules,

@@ -54,7 +54,7 @@ function(krhaul_dll target name def)
     target_sources(${target} PRIVATE ${def})
 endfunction()
 
-# krhaul_track_pictures(TARGET): the resource scripts of a target are compiled anew when a
+# krhaul_track_pictures(TARGET): the resource scripts of a target are compiled again when a
 # picture that they name has changed.
 function(krhaul_track_pictures target)
     get_target_property(folder ${target} SOURCE_DIR)

@@ -9,7 +9,7 @@ namespace {
 constexpr UINT_PTR FOCUS_TIMER = 87;
 constexpr UINT FOCUS_DELAY = 1; // milliseconds
 
-// Only a live record counts: an exported procedure can be handed any window.
+// Only a live record counts: an exported procedure can be called with any window.
 XferWindowRecord* recordOf(HWND hdlg)
 {
     XferWindowRecord* pRecord = window::liveRecord(GetWindowLongA(hdlg, DWL_USER));
@@ -117,7 +117,7 @@ INT_PTR onNcDestroy(const dialogs::Dialog* pDialog, WPARAM)
 }
 
 // Without its record a dialog could not even be cancelled.
-INT_PTR refuse(HWND hdlg)
+INT_PTR closeWithoutRecord(HWND hdlg)
 {
     EndDialog(hdlg, 0);
     return 0;
@@ -142,7 +142,7 @@ INT_PTR dialogs::handleMessage(const Kind* pKind, HWND hdlg, UINT uMessage, WPAR
     bool fStarts = uMessage == WM_INITDIALOG;
     XferWindowRecord* pRecord = fStarts ? window::liveRecord(LONG(lParam)) : recordOf(hdlg);
     if (pRecord == nullptr) {
-        return fStarts ? refuse(hdlg) : 0;
+        return fStarts ? closeWithoutRecord(hdlg) : 0;
     }
     Dialog dialog = {pKind, hdlg, window::refOf(pRecord), pRecord};
     if (fStarts) {

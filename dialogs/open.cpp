@@ -32,7 +32,7 @@ bool dialogs::run(XferWindowRecord* pRecord, FileDialog dialog)
 }
 
 // Panes that are refilled can run foreign code.
-bool dialogs::askForNames(XferWindowRecord* pRecord, FileDialog dialog)
+bool dialogs::syncAndRun(XferWindowRecord* pRecord, FileDialog dialog)
 {
     window::Ref ref = window::refOf(pRecord);
     panes::syncLocalPanes(pRecord);

@@ -22,7 +22,7 @@ enum FileDialog {
 bool run(XferWindowRecord* pRecord, FileDialog dialog);
 
 // The same for a dialog in which names are typed: the local panes are brought up to date first.
-bool askForNames(XferWindowRecord* pRecord, FileDialog dialog);
+bool syncAndRun(XferWindowRecord* pRecord, FileDialog dialog);
 
 } // namespace dialogs
 

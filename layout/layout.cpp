@@ -28,7 +28,7 @@ constexpr LONG INFO_GAP = 4;
 
 layout::AliveProc s_pfnIsAlive;
 
-bool isAlive(HWND hdlgDandD, const XferLayout* pLayout)
+bool isAlive(HWND hdlgDandD, const layout::Distances* pLayout)
 {
     return s_pfnIsAlive == nullptr || s_pfnIsAlive(hdlgDandD, pLayout);
 }
@@ -147,7 +147,7 @@ void setVisible(HWND hwndControl, bool fVisible)
 }
 
 // Each of the two steps sends messages to the control.
-void showRow(HWND hdlgDandD, const XferLayout* pLayout, const XferLayoutRow* pRow, int nMode)
+void showRow(HWND hdlgDandD, const layout::Distances* pLayout, const XferLayoutRow* pRow, int nMode)
 {
     HWND hwndControl = GetDlgItem(hdlgDandD, pRow->nControlId);
     bool fShown = isInMode(pRow, nMode);
@@ -205,7 +205,7 @@ int rowOf(LONG nControlId)
 
 } // namespace
 
-void vXferDandDCaptureLayout(HWND hdlgDandD, XferLayout* pLayout)
+void vXferDandDCaptureLayout(HWND hdlgDandD, layout::Distances* pLayout)
 {
     References references = templateReferences(hdlgDandD);
     for (int nMode = 0; nMode < XFERLAYOUT_MODES; ++nMode) {
@@ -223,7 +223,7 @@ void vXferDandDCaptureLayout(HWND hdlgDandD, XferLayout* pLayout)
 
 namespace {
 
-bool moveRows(HWND hdlgDandD, const XferLayout* pLayout, int nMode)
+bool moveRows(HWND hdlgDandD, const layout::Distances* pLayout, int nMode)
 {
     References references = currentReferences(hdlgDandD);
     for (int n = 0; n < XFERLAYOUT_ROWS && isAlive(hdlgDandD, pLayout); ++n) {
@@ -235,7 +235,7 @@ bool moveRows(HWND hdlgDandD, const XferLayout* pLayout, int nMode)
     return isAlive(hdlgDandD, pLayout);
 }
 
-bool showRows(HWND hdlgDandD, const XferLayout* pLayout, int nMode)
+bool showRows(HWND hdlgDandD, const layout::Distances* pLayout, int nMode)
 {
     for (int n = 0; n < XFERLAYOUT_ROWS && isAlive(hdlgDandD, pLayout); ++n) {
         showRow(hdlgDandD, pLayout, &g_xferLayoutRows[n], nMode);
@@ -250,7 +250,7 @@ void layout::setAliveProc(AliveProc pfnIsAlive)
     s_pfnIsAlive = pfnIsAlive;
 }
 
-void vXferDandDApplyLayout(HWND hdlgDandD, const XferLayout* pLayout, int nMode)
+void vXferDandDApplyLayout(HWND hdlgDandD, const layout::Distances* pLayout, int nMode)
 {
     int fAtEnd = fXferDandDInfoAtEnd(hdlgDandD);
     if (!moveRows(hdlgDandD, pLayout, nMode)) {

@@ -30,25 +30,29 @@ static_assert(sizeof(XferAnchorSet) == 6 && sizeof(XferLayoutRow) == 16, "rows h
 
 extern const XferLayoutRow g_xferLayoutRows[XFERLAYOUT_ROWS];
 
+namespace layout {
+
 // The measured distances, edge of the control minus edge of the reference, in pixels.
-struct XferLayout {
+struct Distances {
     RECT distances[XFERLAYOUT_ROWS][XFERLAYOUT_MODES];
 };
 
+} // namespace layout
+
 // Measures the distances for both modes. Called once, while the controls are where the template
 // puts them.
-void vXferDandDCaptureLayout(HWND hdlgDandD, XferLayout* pLayout);
+void vXferDandDCaptureLayout(HWND hdlgDandD, layout::Distances* pLayout);
 
 namespace layout {
 
 // Says whether a window with these distances still exists. Every move of a control sends messages,
 // on which the caller's code can destroy the window. Without it a window always exists.
-using AliveProc = bool (*)(HWND hdlgDandD, const XferLayout* pLayout);
+using AliveProc = bool (*)(HWND hdlgDandD, const layout::Distances* pLayout);
 void setAliveProc(AliveProc pfnIsAlive);
 
 } // namespace layout
 
 // Moves and shows the controls of a mode, 0 or 1, and hides the others, with one repaint.
-void vXferDandDApplyLayout(HWND hdlgDandD, const XferLayout* pLayout, int nMode);
+void vXferDandDApplyLayout(HWND hdlgDandD, const layout::Distances* pLayout, int nMode);
 
 #endif

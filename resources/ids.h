@@ -139,7 +139,7 @@
 #define IDS_POPUP5_HINT 3104
 
 /* Strings of the status window. IDS_NOT_KNOWN is also the hint of a menu item without one
-   of its own, IDS_NO_RESOURCES serves both windows. */
+   of its own, both kinds of windows use IDS_NO_RESOURCES. */
 #define IDS_STAT_LABEL 1500
 #define IDS_NO_RESOURCES 1501
 #define IDS_NOT_KNOWN 1503

@@ -19,7 +19,7 @@ HWND failCreation(HMODULE hLanguage)
     return nullptr;
 }
 
-HWND refuseNinthWindow(HMODULE hLanguage, HWND hwndParent)
+HWND failWithoutSlot(HMODULE hLanguage, HWND hwndParent)
 {
     KrMessageBoxId(hLanguage, hwndParent, IDS_NO_RESOURCES, 0, 3, 0);
     return failCreation(hLanguage);
@@ -85,7 +85,7 @@ HWND KRHAULAPI hdlgXferStatLangCreate(const char* pszLanguage, const char* pszTi
         return nullptr;
     }
     if (XferStatFindFreeSlot() == XFERSTAT_NOSLOT) {
-        return refuseNinthWindow(hLanguage, hwndParent);
+        return failWithoutSlot(hLanguage, hwndParent);
     }
     HWND hdlgStat = createDialog(hLanguage, hwndParent, DWORD(MAKELONG(fCorner, fMinimize)));
     if (hdlgStat == nullptr || !labelDialog(hdlgStat, hLanguage, pszTitle, dwLabel)) {
@@ -95,7 +95,7 @@ HWND KRHAULAPI hdlgXferStatLangCreate(const char* pszLanguage, const char* pszTi
     int nSlot = XferStatFindFreeSlot();
     if (nSlot == XFERSTAT_NOSLOT) {
         DestroyWindow(hdlgStat);
-        return refuseNinthWindow(hLanguage, hwndParent);
+        return failWithoutSlot(hLanguage, hwndParent);
     }
     status::takeSlot(&status::g_slots[nSlot], hdlgStat, hwndParent, hLanguage);
     return hdlgStat;

@@ -16,7 +16,7 @@ struct StatSlot {
     UINT_PTR uTimer;   // not 0 while the tick timer runs
     LONG nLastPercent; // last shown; -1 means none yet
     LONG fClosed;      // the window has been destroyed, so its handle may be another window's
-    DWORD nSerial;     // tells the window from any other one in this slot
+    DWORD nSerial;     // distinguishes the window from any other in this slot
 };
 
 constexpr int XFERSTAT_NOSLOT = -1;

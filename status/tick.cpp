@@ -7,6 +7,8 @@
 namespace {
 
 constexpr DWORD MS_PER_SECOND = 1000;
+constexpr DWORD SECONDS_PER_MINUTE = 60;
+constexpr DWORD SECONDS_PER_HOUR = 3600;
 
 // The values of one tick. They are read once: showing them sends messages, which the caller can
 // answer by changing the slot or by destroying the window.
@@ -36,7 +38,8 @@ void showNumber(const status::Ref& ref, int idControl, DWORD dwValue)
 void showTime(const status::Ref& ref, int idControl, DWORD cSeconds)
 {
     char szTime[16];
-    wsprintfA(szTime, "%02lu:%02lu:%02lu", cSeconds / 3600, cSeconds / 60 % 60, cSeconds % 60);
+    wsprintfA(szTime, "%02lu:%02lu:%02lu", cSeconds / SECONDS_PER_HOUR,
+              cSeconds / SECONDS_PER_MINUTE % 60, cSeconds % SECONDS_PER_MINUTE);
     status::setText(ref, idControl, szTime);
 }
 

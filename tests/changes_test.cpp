@@ -185,7 +185,7 @@ protected:
     {
         step(m_hwnd);
         // Nothing waits in a list that has rows of the caller's own.
-        for (XferPaneList& list : recordOf(m_hwndPlain)->paneLists) {
+        for (window::PaneList& list : recordOf(m_hwndPlain)->paneLists) {
             list.fForeignRows = 1;
         }
         step(m_hwndPlain);

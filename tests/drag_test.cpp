@@ -149,8 +149,8 @@ bool waitForPasses()
     return waitFor([cPasses] { return s_pass.cPasses > cPasses + 1; });
 }
 
-// Moves the pointer during a drag. Gives the cursor that the drag then shows. Wine can lose a move
-// that comes while the list is taking another one from its queue, so the user's hand trembles.
+// Moves the pointer during a drag. Returns the cursor that the drag then shows. Wine can lose a
+// move that comes while the list is taking another one from its queue, so the user's hand trembles.
 HCURSOR hover(POINT pt)
 {
     constexpr DWORD TREMBLE_MS = 200;
@@ -249,7 +249,7 @@ protected:
         pumpMessages();
     }
 
-    // Presses at the first point, goes to the others and releases at the last. Gives the cursors
+    // Presses at the first point, goes to the others and releases at the last. Returns the cursors
     // on the way.
     Strings drag(const std::vector<POINT>& path)
     {

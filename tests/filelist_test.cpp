@@ -153,7 +153,7 @@ TEST_F(FileList, RefusesWhatIsNoCell)
     XferFileList_vDestroy(nullptr);
 }
 
-// Fills a list as a selection does. Gives whether all went well; the list is gone after it.
+// Fills a list as a selection does. Returns whether all went well; the list is gone after it.
 bool buildAndDestroy()
 {
     XferFileList list = reinterpret_cast<XferFileList>(1);

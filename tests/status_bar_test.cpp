@@ -64,7 +64,7 @@ protected:
         nXferStatDestroy(m_hdlgStat);
     }
 
-    // Gives the bar a rectangle R of this width, which is its client width less 2.
+    // Returns the bar a rectangle R of this width, which is its client width less 2.
     void setWidth(int cx)
     {
         RECT rcWindow;

@@ -60,7 +60,7 @@ protected:
         RegCloseKey(makeKey(TEXT_SUBKEY));
     }
 
-    // Gives the command lines that it started, and checks what every call does.
+    // Returns the command lines that it started, and checks what every call does.
     Strings view(const char* pszFile, const char* pszHost = nullptr, const char* psz3 = "three",
                  const char* psz4 = "four", const char* psz5 = "five")
     {

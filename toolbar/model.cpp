@@ -57,7 +57,7 @@ void copyRows(XferToolButton* pTo, const XferToolButton* pFrom, DWORD cRows)
 }
 
 // The last step after rows were added or removed: everything behind them has moved.
-int rowsChanged(HWND hwnd, bool fPress)
+int finishRowChange(HWND hwnd, bool fPress)
 {
     toolbar::invalidateAll(hwnd);
     if (fPress) {
@@ -83,8 +83,8 @@ bool appendStrip(XferToolbar* pToolbar, const XferToolBitmap* pStrip)
     return true;
 }
 
-// Whether a strip has this number of pictures; the last strip is extended if it can be.
-bool serves(const XferToolbar* pToolbar, XferToolBitmap* pStrip, LONG nFirst, LONG cPictures)
+// Whether a strip has this number of pictures, after extending it if it is the last and can grow.
+bool extendToHold(const XferToolbar* pToolbar, XferToolBitmap* pStrip, LONG nFirst, LONG cPictures)
 {
     bool fLast = pStrip == &pToolbar->pBitmaps[pToolbar->cBitmaps - 1];
     if (pStrip->cPictures < cPictures && fLast && fitsBehind(nFirst, cPictures)) {
@@ -224,7 +224,7 @@ int nXferToolbarAddBitmap(XferToolbar* pToolbar, LONG cPictures, HINSTANCE hModu
     for (LONG n = 0; n < pToolbar->cBitmaps; ++n) {
         XferToolBitmap* pStrip = &pToolbar->pBitmaps[n];
         if (pStrip->hModule == hModule && pStrip->wId == wId &&
-            serves(pToolbar, pStrip, nFirst, cPictures)) {
+            extendToHold(pToolbar, pStrip, nFirst, cPictures)) {
             return nFirst;
         }
         nFirst += pStrip->cPictures;
@@ -248,7 +248,7 @@ int fXferToolbarInsert(HWND hwnd, XferToolbar* pToolbar, DWORD nRow, DWORD cRows
     moveRows(pToolbar, nAt + cRows, nAt);
     copyRows(&pToolbar->buttons[nAt], pRows, cRows);
     pToolbar->cButtons += cRows;
-    return rowsChanged(hwnd, fPress);
+    return finishRowChange(hwnd, fPress);
 }
 
 int fXferToolbarDelete(HWND hwnd, XferToolbar* pToolbar, DWORD nRow)
@@ -259,5 +259,5 @@ int fXferToolbarDelete(HWND hwnd, XferToolbar* pToolbar, DWORD nRow)
     bool fPress = toolbar::clearPress(pToolbar);
     moveRows(pToolbar, nRow, nRow + 1);
     --pToolbar->cButtons;
-    return rowsChanged(hwnd, fPress);
+    return finishRowChange(hwnd, fPress);
 }

@@ -1,6 +1,6 @@
 // The toolbar's record: its rows and strips of pictures, where the rows lie, and the press that
 // is under way. One record belongs to each control, from WM_CREATE to WM_DESTROY; it moves when
-// rows are added. Whoever sends a message to another window gets it anew afterwards.
+// rows are added. Code that sends a message to another window looks the record up again afterwards.
 #ifndef TOOLBAR_MODEL_H
 #define TOOLBAR_MODEL_H
 

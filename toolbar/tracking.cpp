@@ -45,7 +45,7 @@ void sendPress(HWND hwnd, WORD wCode, DWORD idCommand)
 
 // Whether there is a press. Versions below 4 don't notify a window that it has lost the capture;
 // a press without the capture is ended here.
-bool holdsPress(HWND hwnd, XferToolbar* pToolbar)
+bool cancelPressWithoutCapture(HWND hwnd, XferToolbar* pToolbar)
 {
     if (GetCapture() != hwnd) {
         toolbar::cancelPress(hwnd, pToolbar);
@@ -136,7 +136,8 @@ LRESULT toolbar::onButtonDown(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam)
 
 LRESULT toolbar::onMouseMove(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam)
 {
-    if (!holdsPress(hwnd, pToolbar) || !toolbar::hasState(pToolbar->pTracked, TOOLSTATE_ENABLED)) {
+    if (!cancelPressWithoutCapture(hwnd, pToolbar) ||
+        !toolbar::hasState(pToolbar->pTracked, TOOLSTATE_ENABLED)) {
         return 0;
     }
     bool fOver = isOverTracked(pToolbar, lParam);
@@ -152,7 +153,7 @@ LRESULT toolbar::onButtonUp(HWND hwnd, XferToolbar* pToolbar, LPARAM lParam)
 {
     sendHint(hwnd, 0);
     pToolbar = toolbar::recordOf(hwnd);
-    if (pToolbar == nullptr || !holdsPress(hwnd, pToolbar)) {
+    if (pToolbar == nullptr || !cancelPressWithoutCapture(hwnd, pToolbar)) {
         return 0;
     }
     DWORD idCommand = pToolbar->pTracked->idCommand;

@@ -59,7 +59,7 @@ HWND createDialog(XferWindowRecord* pRecord)
         return nullptr;
     }
     if (hdlgDandD == nullptr) {
-        window::tearDown(pRecord);
+        window::freeRecord(pRecord);
     }
     return hdlgDandD;
 }
@@ -89,7 +89,7 @@ HWND KRHAULAPI hdlgXferDandDLangCreate2(const char* pszLanguage, const char* psz
         return failCreation(hLanguage, hwndParent);
     }
     if (shared::isVersion4() && !XferFileList_fCreate(&pRecord->viewTempFiles)) {
-        window::tearDown(pRecord);
+        window::freeRecord(pRecord);
         return nullptr;
     }
     copyCallbacks(&pRecord->callbacks, pCallbacks);

@@ -86,7 +86,7 @@ INT_PTR onQueryDragIcon(HWND, XferWindowRecord*, WPARAM, LPARAM)
 INT_PTR onDestroy(HWND, XferWindowRecord* pRecord, WPARAM, LPARAM)
 {
     panes::forgetChanges(pRecord);
-    panes::releaseRows(pRecord);
+    panes::deleteRowsWithRecords(pRecord);
     return 0;
 }
 
@@ -95,7 +95,7 @@ INT_PTR onDestroy(HWND, XferWindowRecord* pRecord, WPARAM, LPARAM)
 INT_PTR onNcDestroy(HWND hdlgDandD, XferWindowRecord* pRecord, WPARAM wParam, LPARAM lParam)
 {
     panes::forgetChanges(pRecord);
-    window::tearDown(pRecord);
+    window::freeRecord(pRecord);
     DefDlgProcA(hdlgDandD, WM_NCDESTROY, wParam, lParam);
     return 1;
 }

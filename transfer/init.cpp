@@ -125,7 +125,7 @@ void subclassControls(HWND hdlgDandD, XferWindowRecord* pRecord)
     }
 }
 
-bool isLaidOutWindowAlive(HWND hdlgDandD, const XferLayout* pLayout)
+bool isLaidOutWindowAlive(HWND hdlgDandD, const layout::Distances* pLayout)
 {
     const XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
     return pRecord != nullptr && &pRecord->layout == pLayout;

@@ -36,7 +36,7 @@ void take(const void* p, const char* pszFrom)
     }
 }
 
-// Gives whether the thing was owed; nothing at all counts as that.
+// Returns whether the thing was owed; nothing at all counts as that.
 bool giveBack(const void* p, const char* pszBy)
 {
     auto found = s_owed.find(p);

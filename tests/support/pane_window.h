@@ -109,7 +109,7 @@ protected:
     }
     void notify(int idControl, UINT nNotification) const;
 
-    // Gives the focus to a control and presses Enter on it.
+    // Returns the focus to a control and presses Enter on it.
     void enter(int idControl) const;
     void type(int idControl, const std::string& text) const;
     std::string text(int idControl) const

@@ -9,7 +9,7 @@
 // Replaces a window's procedure for as long as the object lives, or the window.
 class Subclassed {
 public:
-    // Gives true for a message that the window must not get.
+    // Returns true for a message that the window must not get.
     using Handler = std::function<bool(UINT uMessage, WPARAM wParam, LPARAM lParam)>;
     Subclassed(HWND hwnd, Handler handler);
     ~Subclassed();

@@ -11,7 +11,7 @@
 // Handles the messages that are waiting now.
 void pumpMessages();
 
-// Handles messages until the condition holds. Gives false if it doesn't for 20 seconds.
+// Handles messages until the condition holds. Returns false if it doesn't for 20 seconds.
 bool waitUntil(const std::function<bool()>& condition);
 
 std::string textOf(HWND hwnd);
@@ -20,7 +20,7 @@ std::string textOf(HWND hwndDialog, int idControl);
 // A string of a module; empty if it has none.
 std::string stringOf(HMODULE hModule, UINT id);
 
-// Runs a program, which writes into the given file, to its end. Gives its exit code; messages are
+// Runs a program, which writes into the given file, to its end. Returns its exit code; messages are
 // handled meanwhile.
 DWORD runProgram(std::string command, HANDLE hOutput = nullptr);
 

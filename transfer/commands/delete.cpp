@@ -38,6 +38,6 @@ void commands::deleteFiles(const Command* pCommand)
     } else if (countSelected(pCommand, IDC_DANDD_LOCALFILES) > 0) {
         forSelectedLocalFiles(pCommand, deleteLocalFile);
     } else {
-        dialogs::askForNames(pCommand->pRecord, dialogs::DLG_DELETE);
+        dialogs::syncAndRun(pCommand->pRecord, dialogs::DLG_DELETE);
     }
 }

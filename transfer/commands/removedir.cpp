@@ -58,6 +58,6 @@ void commands::removeDir(const Command* pCommand)
     if (state == ROW_FOUND) {
         removeLocalDir(pCommand, &row);
     } else if (state == ROW_NONE) {
-        dialogs::askForNames(pCommand->pRecord, dialogs::DLG_REMOVEDIR);
+        dialogs::syncAndRun(pCommand->pRecord, dialogs::DLG_REMOVEDIR);
     }
 }

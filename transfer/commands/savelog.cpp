@@ -29,7 +29,8 @@ struct Selection {
     char* pszText;    // a block
 };
 
-LRESULT askLog(const XferWindowRecord* pRecord, UINT uMessage, WPARAM wParam = 0, LPARAM lParam = 0)
+LRESULT sendToLog(const XferWindowRecord* pRecord, UINT uMessage, WPARAM wParam = 0,
+                  LPARAM lParam = 0)
 {
     return SendDlgItemMessageA(pRecord->hwndDialog, IDC_DANDD_INFOLINE, uMessage, wParam, lParam);
 }
@@ -38,9 +39,10 @@ LRESULT askLog(const XferWindowRecord* pRecord, UINT uMessage, WPARAM wParam = 0
 void readLine(const XferWindowRecord* pRecord, LONG nLine, const Selection* pSelection,
               LineText& szLine)
 {
-    auto nStart = DWORD(askLog(pRecord, EM_LINEINDEX, WPARAM(nLine)));
+    auto nStart = DWORD(sendToLog(pRecord, EM_LINEINDEX, WPARAM(nLine)));
     *reinterpret_cast<WORD*>(szLine) = CCH_LINE;
-    auto cch = DWORD(askLog(pRecord, EM_GETLINE, WPARAM(nLine), reinterpret_cast<LPARAM>(szLine)));
+    auto cch =
+        DWORD(sendToLog(pRecord, EM_GETLINE, WPARAM(nLine), reinterpret_cast<LPARAM>(szLine)));
     DWORD nFrom = nStart < pSelection->nStart ? pSelection->nStart - nStart : 0;
     DWORD nTo = nStart + cch > pSelection->nEnd ? pSelection->nEnd - nStart : cch;
     nFrom = nFrom < nTo ? nFrom : nTo;
@@ -49,14 +51,14 @@ void readLine(const XferWindowRecord* pRecord, LONG nLine, const Selection* pSel
 }
 
 // Returns false if there is no memory for the text.
-bool takeSelection(const XferWindowRecord* pRecord, Selection* pSelection)
+bool readSelection(const XferWindowRecord* pRecord, Selection* pSelection)
 {
     LineText szLine;
-    askLog(pRecord, EM_GETSEL, reinterpret_cast<WPARAM>(&pSelection->nStart),
-           reinterpret_cast<LPARAM>(&pSelection->nEnd));
+    sendToLog(pRecord, EM_GETSEL, reinterpret_cast<WPARAM>(&pSelection->nStart),
+              reinterpret_cast<LPARAM>(&pSelection->nEnd));
     pSelection->cchTrimmed = pRecord->cchLogTrimmed;
-    auto nFirst = LONG(askLog(pRecord, EM_LINEFROMCHAR, pSelection->nStart));
-    auto nLast = LONG(askLog(pRecord, EM_LINEFROMCHAR, pSelection->nEnd));
+    auto nFirst = LONG(sendToLog(pRecord, EM_LINEFROMCHAR, pSelection->nStart));
+    auto nLast = LONG(sendToLog(pRecord, EM_LINEFROMCHAR, pSelection->nEnd));
     auto cLines = SIZE_T(nLast - nFirst + 1);
     pSelection->pszText =
         static_cast<char*>(shared::allocateBlock(GMEM_ZEROINIT, cLines * (CCH_LINE + 1) + 1));
@@ -78,7 +80,7 @@ void restoreSelection(const XferWindowRecord* pRecord, const Selection* pSelecti
     DWORD cchGone = pRecord->cchLogTrimmed - pSelection->cchTrimmed;
     DWORD nStart = pSelection->nStart > cchGone ? pSelection->nStart - cchGone : 0;
     DWORD nEnd = pSelection->nEnd > cchGone ? pSelection->nEnd - cchGone : 0;
-    askLog(pRecord, EM_SETSEL, nStart, LPARAM(nEnd));
+    sendToLog(pRecord, EM_SETSEL, nStart, LPARAM(nEnd));
 }
 
 // Appends a text with its NUL. Returns where the next one goes.
@@ -172,7 +174,7 @@ void saveSelection(const commands::Command* pCommand, const Selection* pSelectio
 void commands::saveLogSelection(const Command* pCommand)
 {
     Selection selection = {};
-    if (takeSelection(pCommand->pRecord, &selection)) {
+    if (readSelection(pCommand->pRecord, &selection)) {
         saveSelection(pCommand, &selection);
     }
     shared::freeBlock(selection.pszText);

@@ -15,7 +15,7 @@ struct SelectedRows {
     LONG cRows;
 };
 
-bool takeSelection(HWND hwndList, SelectedRows* pSelected)
+bool readSelection(HWND hwndList, SelectedRows* pSelected)
 {
     auto cSelected = LONG(SendMessageA(hwndList, LB_GETSELCOUNT, 0, 0));
     if (cSelected <= 0) {
@@ -54,7 +54,7 @@ void commands::showSelectionSum(const Command* pCommand)
     char szFormat[XFER_NAME_SIZE];
     char szText[XFER_FORMAT_SIZE];
     SelectedRows selected = {};
-    if (!takeSelection(pCommand->hwndControl, &selected)) {
+    if (!readSelection(pCommand->hwndControl, &selected)) {
         return;
     }
     // Namesakes in another directory don't count.

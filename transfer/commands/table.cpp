@@ -18,15 +18,15 @@ void searchHelp(const Command* pCommand)
     shared::searchHelp(XferHelpOwner(pCommand->pRecord));
 }
 
-// What a dialog has to do, it has done when it closes.
+// The dialogs have done their work by the time they close.
 void makeDir(const Command* pCommand)
 {
-    dialogs::askForNames(pCommand->pRecord, dialogs::DLG_MAKEDIR);
+    dialogs::syncAndRun(pCommand->pRecord, dialogs::DLG_MAKEDIR);
 }
 
 void changeDir(const Command* pCommand)
 {
-    dialogs::askForNames(pCommand->pRecord, dialogs::DLG_CHANGEDIR);
+    dialogs::syncAndRun(pCommand->pRecord, dialogs::DLG_CHANGEDIR);
 }
 
 void editConfirmations(const Command* pCommand)

@@ -32,7 +32,7 @@ void commands::viewFiles(const Command* pCommand)
     } else if (countSelected(pCommand, IDC_DANDD_LOCALFILES) > 0) {
         forSelectedLocalFiles(pCommand, viewLocalFile);
     } else {
-        dialogs::askForNames(pCommand->pRecord, dialogs::DLG_VIEW);
+        dialogs::syncAndRun(pCommand->pRecord, dialogs::DLG_VIEW);
     }
 }
 

@@ -13,6 +13,7 @@
 namespace {
 
 constexpr int THRESHOLD = 2;
+constexpr int KEY_DOWN = 0x8000; // of GetAsyncKeyState
 constexpr LONG NO_ROW = -1;
 
 // Statics, not fields of the record: only one window at a time has the mouse.
@@ -83,7 +84,7 @@ bool isAnyButtonDown()
 {
     return ((GetAsyncKeyState(VK_LBUTTON) | GetAsyncKeyState(VK_MBUTTON) |
              GetAsyncKeyState(VK_RBUTTON)) &
-            0x8000) != 0;
+            KEY_DOWN) != 0;
 }
 
 // Marks the row under the pointer by the caret of the directory list, which the drop reads.

@@ -15,7 +15,7 @@ constexpr char LINE_START[] = "\r\n";
 constexpr int CCH_LINE_START = sizeof LINE_START - 1;
 constexpr int ENTRY_SIZE = CCH_LINE_START + CCH_TEXT + 1;
 
-LONG ask(HWND hwndInfo, UINT uMessage, LONG nValue = 0)
+LONG query(HWND hwndInfo, UINT uMessage, LONG nValue = 0)
 {
     return LONG(SendMessageA(hwndInfo, uMessage, WPARAM(nValue), 0));
 }
@@ -23,8 +23,8 @@ LONG ask(HWND hwndInfo, UINT uMessage, LONG nValue = 0)
 // The index behind the last character of a line, not counting its line end.
 LONG endOfLine(HWND hwndInfo, LONG nLine)
 {
-    LONG nStart = ask(hwndInfo, EM_LINEINDEX, nLine);
-    return nStart + ask(hwndInfo, EM_LINELENGTH, nStart);
+    LONG nStart = query(hwndInfo, EM_LINEINDEX, nLine);
+    return nStart + query(hwndInfo, EM_LINELENGTH, nStart);
 }
 
 // Every entry begins with a line end and has none at its end. Returns its length.
@@ -44,7 +44,7 @@ LONG buildEntry(char (&szEntry)[ENTRY_SIZE], const char* pszText)
 void trim(HWND hdlgDandD, HWND hwndInfo, LONG cLines, LONG cchTotal)
 {
     SendMessageA(hwndInfo, WM_SETREDRAW, FALSE, 0);
-    LONG nLine = ask(hwndInfo, EM_LINEFROMCHAR, cchTotal - KEPT_LENGTH);
+    LONG nLine = query(hwndInfo, EM_LINEFROMCHAR, cchTotal - KEPT_LENGTH);
     LONG nEnd = endOfLine(hwndInfo, nLine);
     // If the cut falls on a line end, one line more has to go to stay within the limit.
     if (cchTotal - nEnd > KEPT_LENGTH) {
@@ -65,7 +65,7 @@ void append(HWND hwndInfo, const char* pszEntry)
     // Clamped to the end of the text, which is never beyond the limit here.
     SendMessageA(hwndInfo, EM_SETSEL, TRIM_LIMIT, TRIM_LIMIT);
     SendMessageA(hwndInfo, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(pszEntry));
-    LONG nLast = ask(hwndInfo, EM_LINEINDEX, ask(hwndInfo, EM_GETLINECOUNT) - 1);
+    LONG nLast = query(hwndInfo, EM_LINEINDEX, query(hwndInfo, EM_GETLINECOUNT) - 1);
     SendMessageA(hwndInfo, EM_SETSEL, WPARAM(nLast), nLast);
     // Setting a selection doesn't scroll a multi-line control on every version, and a long entry
     // would leave the log scrolled to its end.
@@ -82,7 +82,7 @@ void KRHAULAPI vXferDandDInfoLine(HWND hdlgDandD, const char* pszText)
     }
     HWND hwndInfo = GetDlgItem(hdlgDandD, IDC_DANDD_INFOLINE);
     LONG cchEntry = buildEntry(szEntry, pszText);
-    LONG cLines = ask(hwndInfo, EM_GETLINECOUNT);
+    LONG cLines = query(hwndInfo, EM_GETLINECOUNT);
     LONG cchTotal = cchEntry + (cLines != 0 ? endOfLine(hwndInfo, cLines - 1) : 0);
     if (cchTotal > TRIM_LIMIT) {
         trim(hdlgDandD, hwndInfo, cLines, cchTotal);

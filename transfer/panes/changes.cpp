@@ -10,10 +10,10 @@
 namespace {
 
 constexpr DWORD SUBDIR_INDENT = 2;
-constexpr int LISTS[XFER_PANE_LISTS] = {IDC_DANDD_HOSTFILES, IDC_DANDD_HOSTDIRS,
-                                        IDC_DANDD_LOCALFILES, IDC_DANDD_LOCALDIRS};
+constexpr int LISTS[window::PANE_LISTS] = {IDC_DANDD_HOSTFILES, IDC_DANDD_HOSTDIRS,
+                                           IDC_DANDD_LOCALFILES, IDC_DANDD_LOCALDIRS};
 
-XferPaneList* findList(XferWindowRecord* pRecord, int idControl)
+window::PaneList* findList(XferWindowRecord* pRecord, int idControl)
 {
     return &pRecord->paneLists[panes::paneListIndex(idControl)];
 }
@@ -26,7 +26,7 @@ bool addsRow(UINT uMessage)
 
 // What a message does to the rows that a search relies on: they stay in order as long as only the
 // library puts rows in, and says what they are.
-void noteMessage(XferPaneList* pList, HWND hwndList, UINT uMessage, bool fDirs)
+void noteMessage(window::PaneList* pList, HWND hwndList, UINT uMessage, bool fDirs)
 {
     bool fReset = uMessage == LB_RESETCONTENT;
     bool fData = uMessage == LB_SETITEMDATA && fDirs;
@@ -44,7 +44,7 @@ void noteMessage(XferPaneList* pList, HWND hwndList, UINT uMessage, bool fDirs)
 }
 
 // Whether the rows are in the order in which names are compared now.
-bool isInOrder(XferPaneList* pList)
+bool isInOrder(window::PaneList* pList)
 {
     LCID lcid = GetThreadLocale();
     if (pList->lcidOrder == 0) {
@@ -53,7 +53,7 @@ bool isInOrder(XferPaneList* pList)
     return pList->lcidOrder == lcid && !pList->fForeignRows;
 }
 
-bool addWaiting(XferPaneList* pList, const char* pszName, panes::Change change)
+bool addWaiting(window::PaneList* pList, const char* pszName, panes::Change change)
 {
     if (pList->pWaiting == nullptr) {
         pList->pWaiting = static_cast<panes::Names*>(calloc(1, sizeof(panes::Names)));
@@ -72,7 +72,7 @@ void freeWaiting(panes::Names* pWaiting)
 // The names wait under the locale that they came under.
 bool applyList(XferWindowRecord* pRecord, int idControl)
 {
-    XferPaneList* pList = findList(pRecord, idControl);
+    window::PaneList* pList = findList(pRecord, idControl);
     panes::Names* pWaiting = pList->pWaiting;
     if (pWaiting == nullptr) {
         return true;
@@ -114,7 +114,7 @@ void changeFileAtOnce(XferWindowRecord* pRecord, int idControl, const char* pszN
 int panes::paneListIndex(int idControl)
 {
     int n = 0;
-    while (n < XFER_PANE_LISTS && LISTS[n] != idControl) {
+    while (n < window::PANE_LISTS && LISTS[n] != idControl) {
         ++n;
     }
     return n;
@@ -141,9 +141,9 @@ void panes::changeListAtOnce(XferWindowRecord* pRecord, int idControl, const cha
 void panes::changeList(XferWindowRecord* pRecord, int idControl, const char* pszName, Change change)
 {
     char szName[XFER_NAME_SIZE];
-    XferPaneList* pList = findList(pRecord, idControl);
+    window::PaneList* pList = findList(pRecord, idControl);
     cutToRow(szName, pszName);
-    bool fWaits = !pList->fMerging && isInOrder(pList) && expectResume(pRecord);
+    bool fWaits = !pList->fMerging && isInOrder(pList) && ensureResumePosted(pRecord);
     if (!fWaits || !addWaiting(pList, szName, change)) {
         changeListAtOnce(pRecord, idControl, szName, change);
     }
@@ -152,7 +152,7 @@ void panes::changeList(XferWindowRecord* pRecord, int idControl, const char* psz
 bool panes::applyChanges(XferWindowRecord* pRecord)
 {
     bool fAlive = true;
-    for (int n = 0; n < XFER_PANE_LISTS && fAlive; ++n) {
+    for (int n = 0; n < window::PANE_LISTS && fAlive; ++n) {
         fAlive = applyList(pRecord, LISTS[n]);
     }
     return fAlive;
@@ -161,7 +161,7 @@ bool panes::applyChanges(XferWindowRecord* pRecord)
 bool panes::prepareList(XferWindowRecord* pRecord, HWND hwndList, UINT uMessage)
 {
     int idControl = GetDlgCtrlID(hwndList);
-    if (paneListIndex(idControl) == XFER_PANE_LISTS) {
+    if (paneListIndex(idControl) == window::PANE_LISTS) {
         return true;
     }
     bool fAlive = applyList(pRecord, idControl);
@@ -174,7 +174,7 @@ bool panes::prepareList(XferWindowRecord* pRecord, HWND hwndList, UINT uMessage)
 
 void panes::forgetChanges(XferWindowRecord* pRecord)
 {
-    for (XferPaneList& list : pRecord->paneLists) {
+    for (window::PaneList& list : pRecord->paneLists) {
         freeWaiting(list.pWaiting);
         list.pWaiting = nullptr;
     }

@@ -9,6 +9,7 @@ namespace {
 constexpr char MARGIN[] = "  ";
 constexpr char LEAST_NAME[] = "eeeeeeeee.eee";
 constexpr int CHARS = 128;
+constexpr int CX_STEP = 4;
 
 struct Measure {
     HDC hdc;
@@ -66,7 +67,7 @@ void vXferDandDSetColumnWidth(XferWindowRecord* pRecord, int idControl)
     }
     HGDIOBJ hfontOld = SelectObject(widths.hdc, pRecord->hfontList);
     widths.fHasWidths = GetCharWidthA(widths.hdc, 0, CHARS - 1, widths.cxOfChar) != 0;
-    int cx = widestName(&widths, hwndList) / 4 * 4 + 4;
+    int cx = (widestName(&widths, hwndList) / CX_STEP + 1) * CX_STEP;
     SendMessageA(hwndList, LB_SETCOLUMNWIDTH, WPARAM(cx), 0);
     SelectObject(widths.hdc, hfontOld);
     ReleaseDC(hwndList, widths.hdc);

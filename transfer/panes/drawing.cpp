@@ -15,7 +15,7 @@ DWORD flagOf(int idControl)
 
 } // namespace
 
-bool panes::expectResume(XferWindowRecord* pRecord)
+bool panes::ensureResumePosted(XferWindowRecord* pRecord)
 {
     if ((pRecord->fsHeldLists & RESUME_POSTED) == 0 && pRecord->fBusy != 0 &&
         PostMessageA(pRecord->hwndDialog, WM_XFER_SHOWLISTS, 0, 0)) {
@@ -31,11 +31,11 @@ bool panes::suspendDrawing(XferWindowRecord* pRecord, int idControl)
     if ((pRecord->fsHeldLists & fsList) != 0) {
         return true;
     }
-    if (!expectResume(pRecord)) {
+    if (!ensureResumePosted(pRecord)) {
         return false;
     }
     pRecord->fsHeldLists |= fsList;
-    tellList(GetDlgItem(pRecord->hwndDialog, idControl), WM_SETREDRAW, FALSE);
+    sendToList(GetDlgItem(pRecord->hwndDialog, idControl), WM_SETREDRAW, FALSE);
     return true;
 }
 
@@ -50,7 +50,7 @@ bool panes::resumeDrawing(XferWindowRecord* pRecord)
     for (int idControl : HELD_LISTS) {
         if ((fsLists & flagOf(idControl)) != 0) {
             HWND hwndList = GetDlgItem(ref.hdlgDandD, idControl);
-            tellList(hwndList, WM_SETREDRAW, TRUE);
+            sendToList(hwndList, WM_SETREDRAW, TRUE);
             InvalidateRect(hwndList, nullptr, TRUE);
         }
     }

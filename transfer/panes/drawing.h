@@ -12,7 +12,7 @@ namespace panes {
 constexpr UINT WM_XFER_SHOWLISTS = 0x0519;
 
 // Whether the message that resumes drawing is on its way: in the busy state, if it can be posted.
-bool expectResume(XferWindowRecord* pRecord);
+bool ensureResumePosted(XferWindowRecord* pRecord);
 
 // Called before a change of a list. In the busy state a list isn't drawn from the first change
 // until the message loop runs again, or the busy state ends. Returns whether drawing is suspended.

@@ -28,14 +28,14 @@ HGLOBAL workingDirRecord(HWND hwndDirs)
 // it there is no place for it. Returns whether the row has its record again.
 bool putBack(const window::Ref& ref, HWND hwndDirs, const char* pszText, HGLOBAL hRecord)
 {
-    LRESULT nRow = panes::tellList(hwndDirs, LB_ADDSTRING, 0, pszText);
+    LRESULT nRow = panes::sendToList(hwndDirs, LB_ADDSTRING, 0, pszText);
     if (!window::isAlive(ref)) {
         return false;
     }
     if (nRow > 0) {
-        panes::tellList(hwndDirs, LB_SETITEMDATA, LONG(nRow), hRecord);
+        panes::sendToList(hwndDirs, LB_SETITEMDATA, LONG(nRow), hRecord);
     } else {
-        panes::tellList(hwndDirs, LB_DELETESTRING, LONG(nRow));
+        panes::sendToList(hwndDirs, LB_DELETESTRING, LONG(nRow));
     }
     return nRow > 0;
 }
@@ -47,15 +47,15 @@ bool reseedDirs(XferWindowRecord* pRecord, HWND hwndDirs)
     window::Ref ref = window::refOf(pRecord);
     bool fHeld = panes::suspendDrawing(pRecord, IDC_DANDD_HOSTDIRS);
     if (!fHeld) {
-        panes::tellList(hwndDirs, WM_SETREDRAW, FALSE);
+        panes::sendToList(hwndDirs, WM_SETREDRAW, FALSE);
     }
     panes::clearRows(ref, hwndDirs);
     if (!window::isAlive(ref)) {
         return false;
     }
-    panes::tellList(hwndDirs, LB_RESETCONTENT);
+    panes::sendToList(hwndDirs, LB_RESETCONTENT);
     if (!fHeld) {
-        panes::tellList(hwndDirs, WM_SETREDRAW, TRUE);
+        panes::sendToList(hwndDirs, WM_SETREDRAW, TRUE);
         InvalidateRect(hwndDirs, nullptr, TRUE);
     }
     fXferDandDAddListItem(ref.hdlgDandD, IDC_DANDD_HOSTDIRS, PARENT_DIR, panes::ICON_OPENFOLDER, 0,
@@ -142,7 +142,7 @@ int KRHAULAPI nXferDandDClearHostFileInfo(HWND hdlgDandD, DWORD dwFlags)
     }
     window::Ref ref = window::refOf(pRecord);
     if ((dwFlags & XFERCLEAR_FILES) != 0) {
-        panes::tellList(GetDlgItem(hdlgDandD, IDC_DANDD_HOSTFILES), LB_RESETCONTENT);
+        panes::sendToList(GetDlgItem(hdlgDandD, IDC_DANDD_HOSTFILES), LB_RESETCONTENT);
     }
     if ((dwFlags & XFERCLEAR_WORKDIR) != 0 && window::isAlive(ref)) {
         setPathLine(hdlgDandD, "");

@@ -30,14 +30,14 @@ bool isDirectory(const WIN32_FIND_DATAA* pFind)
     return (pFind->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
-void takeDirectory(panes::Names* pDirs, const WIN32_FIND_DATAA* pFind)
+void addIfDirectory(panes::Names* pDirs, const WIN32_FIND_DATAA* pFind)
 {
     if (isDirectory(pFind) && !isHidden(pFind) && pFind->cFileName[0] != '.') {
         panes::addName(pDirs, pFind->cFileName);
     }
 }
 
-void takeFile(panes::Names* pFiles, const WIN32_FIND_DATAA* pFind)
+void addIfFile(panes::Names* pFiles, const WIN32_FIND_DATAA* pFind)
 {
     if (!isDirectory(pFind) && !isHidden(pFind)) {
         panes::addName(pFiles, pFind->cFileName);
@@ -54,10 +54,10 @@ void enumerate(const char* pszMask, panes::Names* pDirs, panes::Names* pFiles)
     }
     do {
         if (pDirs != nullptr) {
-            takeDirectory(pDirs, &find);
+            addIfDirectory(pDirs, &find);
         }
         if (pFiles != nullptr) {
-            takeFile(pFiles, &find);
+            addIfFile(pFiles, &find);
         }
     } while (FindNextFileA(hFind, &find));
     FindClose(hFind);
@@ -182,7 +182,7 @@ void setRedraw(HWND hwndList, BOOL fRedraw)
     SendMessageA(hwndList, WM_SETREDRAW, WPARAM(fRedraw), 0);
 }
 
-void showAgain(HWND hwndList)
+void resumeRedraw(HWND hwndList)
 {
     RECT rc = {};
     setRedraw(hwndList, TRUE);
@@ -191,7 +191,7 @@ void showAgain(HWND hwndList)
     InvalidateRect(hwndList, &rc, FALSE);
 }
 
-// Takes the current directory of the process over into the record and the path line. Returns
+// Copies the current directory of the process to the record and the path line. Returns
 // whether the panes can be filled: they stay empty if the directory is unavailable. The caller's
 // windows hear of the new text, and the window can end in that.
 bool followDirectory(XferWindowRecord* pRecord)
@@ -250,8 +250,8 @@ void KRHAULAPI vXferDandDRefreshLocalFiles(HWND hdlgDandD)
         return;
     }
     vXferDandDSetColumnWidth(pRecord, IDC_DANDD_LOCALFILES);
-    showAgain(hwndDirs);
-    showAgain(hwndFiles);
+    resumeRedraw(hwndDirs);
+    resumeRedraw(hwndFiles);
 }
 
 bool panes::readCurrentDir(char (&szDir)[XFER_NAME_SIZE])

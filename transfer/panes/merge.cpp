@@ -17,14 +17,14 @@ constexpr LONG BULK = 1000; // names
 // Names that are equal to one another: the list has one row for them at most.
 struct Group {
     LONG nRow; // its row before the merge, or the one that it would have stood before
-    bool fWasThere;
-    bool fThere;
+    bool fWasPresent;
+    bool fPresent;
 };
 
 struct Plan {
     window::Ref ref;
     XferWindowRecord* pRecord;
-    XferPaneList* pList;
+    window::PaneList* pList;
     int idControl;
     HWND hwndList;
     panes::Names* pNames;
@@ -121,7 +121,7 @@ void findRows(Plan* pPlan)
         Group* pGroup = &pPlan->pGroups[nFound];
         LONG nGap = (pPlan->cRows - nLow) / (pPlan->cGroups - nFound);
         findRow(pPlan, pGroup, nLow, nGap > 0 ? nGap - 1 : 0, pName->pszName);
-        nLow = pGroup->nRow + pGroup->fWasThere;
+        nLow = pGroup->nRow + pGroup->fWasPresent;
         ++nFound;
     }
 }
@@ -163,11 +163,11 @@ bool canOrderByName(const Plan* pPlan)
     for (LONG n = 0; n < cNames; ++n) {
         const panes::SortedName* pName = &pPlan->pNames->pNames[n];
         if (pName->nTag != panes::CHANGE_ADD ||
-            (isDirs(pPlan) && pPlan->pGroups[pName->nGroup].fWasThere)) {
+            (isDirs(pPlan) && pPlan->pGroups[pName->nGroup].fWasPresent)) {
             return false;
         }
     }
-    return !isDirs(pPlan) || panes::tellList(pPlan->hwndList, LB_GETCURSEL) == LB_ERR;
+    return !isDirs(pPlan) || panes::sendToList(pPlan->hwndList, LB_GETCURSEL) == LB_ERR;
 }
 
 bool allocatePlan(Plan* pPlan)
@@ -190,7 +190,7 @@ void freePlan(Plan* pPlan)
 // directory list that begins with subdirectories, among which other rows may stand.
 bool makePlan(Plan* pPlan)
 {
-    pPlan->cRows = LONG(panes::tellList(pPlan->hwndList, LB_GETCOUNT));
+    pPlan->cRows = LONG(panes::sendToList(pPlan->hwndList, LB_GETCOUNT));
     if (isDirs(pPlan)) {
         pPlan->nFirst = panes::firstChildRow(pPlan->hwndList, pPlan->cRows);
     }
@@ -213,7 +213,7 @@ bool makePlan(Plan* pPlan)
 void deletePlanned(Plan* pPlan, LONG nGroup)
 {
     LONG nRow = rowNow(pPlan, nGroup);
-    pPlan->pGroups[nGroup].fThere = false;
+    pPlan->pGroups[nGroup].fPresent = false;
     shiftRows(pPlan, nGroup, -1);
     ++pPlan->cRowMessages;
     if (isDirs(pPlan)) {
@@ -245,7 +245,7 @@ void insertPlanned(Plan* pPlan, LONG nGroup, const char* pszName)
                                    : insertFilePlanned(pPlan, nRow, pszName);
     pPlan->fRefused = !fInserted;
     if (fInserted) {
-        pPlan->pGroups[nGroup].fThere = true;
+        pPlan->pGroups[nGroup].fPresent = true;
         shiftRows(pPlan, nGroup, 1);
     }
 }
@@ -255,25 +255,25 @@ bool runStep(Plan* pPlan, LONG nStep)
 {
     const panes::SortedName* pName = &pPlan->pNames->pNames[pPlan->pnSteps[nStep]];
     bool fAdd = pName->nTag == panes::CHANGE_ADD;
-    bool fThere = pPlan->pGroups[pName->nGroup].fThere;
-    if (fThere && (!fAdd || isDirs(pPlan))) {
+    bool fPresent = pPlan->pGroups[pName->nGroup].fPresent;
+    if (fPresent && (!fAdd || isDirs(pPlan))) {
         deletePlanned(pPlan, pName->nGroup);
-        fThere = false;
+        fPresent = false;
     }
     if (!isValid(pPlan)) {
         return !fAdd;
     }
-    if (fAdd && !fThere) {
+    if (fAdd && !fPresent) {
         insertPlanned(pPlan, pName->nGroup, pName->pszName);
     }
     return true;
 }
 
 // A list that is full has to hold the names that came first.
-void startAgain(Plan* pPlan)
+void undoInsertions(Plan* pPlan)
 {
     for (LONG n = pPlan->cGroups - 1; n >= 0 && isValid(pPlan); --n) {
-        if (pPlan->pGroups[n].fThere && !pPlan->pGroups[n].fWasThere) {
+        if (pPlan->pGroups[n].fPresent && !pPlan->pGroups[n].fWasPresent) {
             deletePlanned(pPlan, n);
         }
     }
@@ -288,7 +288,7 @@ LONG runPlan(Plan* pPlan)
             return n;
         }
         if (pPlan->fByName && pPlan->fRefused && isValid(pPlan)) {
-            startAgain(pPlan);
+            undoInsertions(pPlan);
             return runPlan(pPlan);
         }
     }

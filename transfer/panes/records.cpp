@@ -45,7 +45,7 @@ bool panes::readRecord(HGLOBAL hRecord, XferListItem* pItem)
 
 HGLOBAL panes::recordOfRow(HWND hwndList, LONG nRow)
 {
-    LRESULT nData = tellList(hwndList, LB_GETITEMDATA, nRow);
+    LRESULT nData = sendToList(hwndList, LB_GETITEMDATA, nRow);
     return reinterpret_cast<HGLOBAL>(nData == LB_ERR ? 0 : nData);
 }
 
@@ -66,7 +66,7 @@ void panes::deleteRow(HWND hwndList, LONG nRow)
     HGLOBAL hRecord = recordOfRow(hwndList, nRow);
     bool fOwned = hRecord != nullptr && !isHeld(hRecord);
     holdRecord(&held, hRecord);
-    tellList(hwndList, LB_DELETESTRING, nRow);
+    sendToList(hwndList, LB_DELETESTRING, nRow);
     releaseRecord(&held);
     if (fOwned) {
         GlobalFree(hRecord);
@@ -75,7 +75,8 @@ void panes::deleteRow(HWND hwndList, LONG nRow)
 
 void panes::clearRows(const window::Ref& ref, HWND hwndList)
 {
-    for (auto n = LONG(tellList(hwndList, LB_GETCOUNT)) - 1; n >= 0 && window::isAlive(ref); --n) {
+    for (auto n = LONG(sendToList(hwndList, LB_GETCOUNT)) - 1; n >= 0 && window::isAlive(ref);
+         --n) {
         deleteRow(hwndList, n);
     }
 }

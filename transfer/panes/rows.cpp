@@ -73,13 +73,13 @@ LONG bisectForPlace(HWND hwndList, LONG nLow, LONG nHigh, const char* pszName, b
 LRESULT insertDirRow(HWND hwndList, int idControl, const char* pszText, DWORD nIndent, LONG nKind)
 {
     if (idControl == IDC_DANDD_HOSTDIRS && nIndent == WORKDIR_INDENT) {
-        return panes::tellList(hwndList, LB_INSERTSTRING, WORKDIR_ROW, pszText);
+        return panes::sendToList(hwndList, LB_INSERTSTRING, WORKDIR_ROW, pszText);
     }
     if (nKind != XFERITEM_CHILD) {
-        return panes::tellList(hwndList, LB_ADDSTRING, 0, pszText);
+        return panes::sendToList(hwndList, LB_ADDSTRING, 0, pszText);
     }
     LONG nRow = panes::placeOfChild(hwndList, pszText, true);
-    return panes::tellList(hwndList, LB_INSERTSTRING, nRow, pszText);
+    return panes::sendToList(hwndList, LB_INSERTSTRING, nRow, pszText);
 }
 
 // Gives a new row its record, or frees the record of a row that was refused, or whose window ended
@@ -91,13 +91,13 @@ bool attachRecord(const window::Ref& ref, HWND hwndList, UINT uSetData, LRESULT 
         GlobalFree(hRecord);
         return false;
     }
-    panes::tellList(hwndList, uSetData, LONG(nRow), hRecord);
+    panes::sendToList(hwndList, uSetData, LONG(nRow), hRecord);
     return true;
 }
 
 } // namespace
 
-LRESULT panes::tellList(HWND hwndList, UINT uMessage, LONG nRow, const void* p)
+LRESULT panes::sendToList(HWND hwndList, UINT uMessage, LONG nRow, const void* p)
 {
     OwnMessage own = {hwndList, uMessage, false, s_pOwn};
     s_pOwn = &own;
@@ -139,7 +139,7 @@ LONG panes::firstChildRow(HWND hwndList, LONG cRows)
 
 LONG panes::placeOfChild(HWND hwndList, const char* pszName, bool fBehindEqual)
 {
-    auto cRows = LONG(tellList(hwndList, LB_GETCOUNT));
+    auto cRows = LONG(sendToList(hwndList, LB_GETCOUNT));
     if (cRows <= 0) {
         return 0;
     }
@@ -156,11 +156,11 @@ bool panes::isChildNamed(HWND hwndList, LONG nRow, const char* pszName)
 int panes::readRowText(HWND hwndList, LONG nRow, char (&szText)[XFER_NAME_SIZE])
 {
     szText[0] = '\0';
-    LRESULT cch = panes::tellList(hwndList, LB_GETTEXTLEN, nRow);
+    LRESULT cch = panes::sendToList(hwndList, LB_GETTEXTLEN, nRow);
     if (cch == LB_ERR || cch > XFER_MAX_NAME) {
         return LB_ERR;
     }
-    return int(panes::tellList(hwndList, LB_GETTEXT, nRow, szText));
+    return int(panes::sendToList(hwndList, LB_GETTEXT, nRow, szText));
 }
 
 bool panes::readRow(HWND hwndList, LONG nRow, panes::Row* pRow)
@@ -177,7 +177,7 @@ bool panes::readRow(HWND hwndList, LONG nRow, panes::Row* pRow)
 
 int fXferDandDFindName(HWND hwndList, const char* pszName, LONG* pnRow)
 {
-    auto cRows = LONG(panes::tellList(hwndList, LB_GETCOUNT));
+    auto cRows = LONG(panes::sendToList(hwndList, LB_GETCOUNT));
     LONG nLow = 1;
     LONG nHigh = cRows;
     while (nLow <= nHigh) {
@@ -201,7 +201,7 @@ int fXferDandDFindName(HWND hwndList, const char* pszName, LONG* pnRow)
 bool panes::insertFileRow(XferWindowRecord* pRecord, HWND hwndList, LONG nRow, const char* pszName)
 {
     suspendDrawing(pRecord, GetDlgCtrlID(hwndList));
-    return tellList(hwndList, LB_INSERTSTRING, nRow, pszName) >= 0;
+    return sendToList(hwndList, LB_INSERTSTRING, nRow, pszName) >= 0;
 }
 
 bool panes::insertSubDir(const window::Ref& ref, HWND hwndList, LONG nRow, const char* pszText,
@@ -209,7 +209,7 @@ bool panes::insertSubDir(const window::Ref& ref, HWND hwndList, LONG nRow, const
 {
     return hRecord != nullptr &&
            attachRecord(ref, hwndList, LB_SETITEMDATA,
-                        tellList(hwndList, LB_INSERTSTRING, nRow, pszText), hRecord);
+                        sendToList(hwndList, LB_INSERTSTRING, nRow, pszText), hRecord);
 }
 
 int fXferDandDAddListItem(HWND hdlgDandD, int idControl, const char* pszText, panes::ListIcon nIcon,
@@ -229,14 +229,14 @@ int fXferDandDAddListItem(HWND hdlgDandD, int idControl, const char* pszText, pa
         return 0;
     }
     panes::cutToRow(szText, pszText);
-    LRESULT nRow = fDrives ? panes::tellList(hwndList, CB_ADDSTRING, 0, szText)
+    LRESULT nRow = fDrives ? panes::sendToList(hwndList, CB_ADDSTRING, 0, szText)
                            : insertDirRow(hwndList, idControl, szText, nIndent, nKind);
     return attachRecord(ref, hwndList, fDrives ? CB_SETITEMDATA : LB_SETITEMDATA, nRow, hRecord);
 }
 
 void panes::appendFileName(HWND hwndList, const char* pszName)
 {
-    tellList(hwndList, LB_ADDSTRING, 0, pszName);
+    sendToList(hwndList, LB_ADDSTRING, 0, pszName);
 }
 
 void panes::appendSubDir(HWND hdlgDandD, int idControl, const char* pszText, DWORD nIndent)
@@ -265,16 +265,16 @@ void panes::deleteFileRow(XferWindowRecord* pRecord, HWND hwndList, LONG nRow)
 {
     window::Ref ref = window::refOf(pRecord);
     bool fHeld = suspendDrawing(pRecord, GetDlgCtrlID(hwndList));
-    tellList(hwndList, WM_SETREDRAW, FALSE);
-    tellList(hwndList, LB_SETCARETINDEX, nRow);
-    tellList(hwndList, LB_DELETESTRING, nRow);
+    sendToList(hwndList, WM_SETREDRAW, FALSE);
+    sendToList(hwndList, LB_SETCARETINDEX, nRow);
+    sendToList(hwndList, LB_DELETESTRING, nRow);
     if (!fHeld && window::isAlive(ref)) {
-        tellList(hwndList, WM_SETREDRAW, TRUE);
+        sendToList(hwndList, WM_SETREDRAW, TRUE);
         InvalidateRect(hwndList, nullptr, FALSE);
     }
 }
 
-void panes::releaseRows(const XferWindowRecord* pRecord)
+void panes::deleteRowsWithRecords(const XferWindowRecord* pRecord)
 {
     window::Ref ref = window::refOf(pRecord);
     clearRows(ref, GetDlgItem(ref.hdlgDandD, IDC_DANDD_LOCALDIRS));
@@ -285,9 +285,9 @@ void panes::releaseRows(const XferWindowRecord* pRecord)
         return;
     }
     HWND hwndDrives = GetDlgItem(ref.hdlgDandD, IDC_DANDD_LOCALDRIVES);
-    for (auto n = LONG(tellList(hwndDrives, CB_GETCOUNT)) - 1; n >= 0; --n) {
-        LRESULT nData = tellList(hwndDrives, CB_GETITEMDATA, n);
-        tellList(hwndDrives, CB_DELETESTRING, n);
+    for (auto n = LONG(sendToList(hwndDrives, CB_GETCOUNT)) - 1; n >= 0; --n) {
+        LRESULT nData = sendToList(hwndDrives, CB_GETITEMDATA, n);
+        sendToList(hwndDrives, CB_DELETESTRING, n);
         if (nData != CB_ERR && nData != 0) {
             GlobalFree(reinterpret_cast<HGLOBAL>(nData));
         }

@@ -24,7 +24,7 @@ int readRowText(HWND hwndList, LONG nRow, char (&szText)[XFER_NAME_SIZE]);
 
 // Sends a message to a list box. All messages of the library that change its rows go through
 // this, so that they can be told from those of the caller.
-LRESULT tellList(HWND hwndList, UINT uMessage, LONG nRow = 0, const void* p = nullptr);
+LRESULT sendToList(HWND hwndList, UINT uMessage, LONG nRow = 0, const void* p = nullptr);
 
 // Whether a message that a list receives now is the one that tellList sends it. Asked once for
 // each message.
@@ -64,7 +64,7 @@ LONG firstChildRow(HWND hwndList, LONG cRows);
 bool isChildNamed(HWND hwndList, LONG nRow, const char* pszName);
 
 // Handles WM_DESTROY: deletes all rows that have records, while the controls still exist.
-void releaseRows(const XferWindowRecord* pRecord);
+void deleteRowsWithRecords(const XferWindowRecord* pRecord);
 
 } // namespace panes
 

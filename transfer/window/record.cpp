@@ -122,7 +122,7 @@ void window::attachRecord(HWND hdlgDandD, XferWindowRecord* pRecord)
     pRecord->hwndDialog = hdlgDandD;
 }
 
-void window::tearDown(XferWindowRecord* pRecord)
+void window::freeRecord(XferWindowRecord* pRecord)
 {
     if (pRecord->hwndDialog != nullptr) {
         SetWindowLongA(pRecord->hwndDialog, DWL_USER, 0);

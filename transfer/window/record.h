@@ -35,15 +35,19 @@ namespace panes {
 struct Names;
 }
 
+namespace window {
+
 // What a list of the panes keeps beside its rows (transfer/panes/changes.h).
-struct XferPaneList {
+struct PaneList {
     panes::Names* pWaiting; // changes that the list doesn't show yet; owned, null if there are none
     LCID lcidOrder;         // locale that its rows are sorted by; 0 until the first name comes
     DWORD cRowMessages;     // messages so far that put rows in or took them out
     LONG fForeignRows;      // the caller put rows in by messages of its own
     LONG fMerging;
 };
-constexpr int XFER_PANE_LISTS = 4;
+constexpr int PANE_LISTS = 4;
+
+} // namespace window
 
 struct XferWindowRecord {
     HMODULE hLanguage; // owned
@@ -71,7 +75,7 @@ struct XferWindowRecord {
     LONG nViewMode;
     LONG fBusy;
     HCURSOR hcurBusy;
-    XferLayout layout;
+    layout::Distances layout;
     HMENU hmenuPopup[XFER_POPUPS];
     LONG fListsChanged; // new column widths are due at the end of the busy state
     LONG fMinimized;
@@ -81,9 +85,9 @@ struct XferWindowRecord {
     char szLocalMask[XFER_NAME_SIZE]; // the mask that filled the local file list
     DWORD cchLogTrimmed;              // characters that were cut from the start of the log so far
     DWORD fsHeldLists;                // what isn't drawn for the moment
-    XferPaneList paneLists[XFER_PANE_LISTS];
+    window::PaneList paneLists[window::PANE_LISTS];
     window::ModalDialog* pInnermost; // the modal dialog on top of the others, or null
-    DWORD nSerial;                   // tells this record from any other one at the same address
+    DWORD nSerial;                   // distinguishes this record from any other at the same address
     XferWindowRecord* pNextLive;
 };
 
@@ -139,7 +143,7 @@ void attachRecord(HWND hdlgDandD, XferWindowRecord* pRecord);
 
 // Handles WM_NCDESTROY: frees the record and everything that it owns. Also for a record whose
 // window was never created.
-void tearDown(XferWindowRecord* pRecord);
+void freeRecord(XferWindowRecord* pRecord);
 
 // Reports an action to KRUTILS, which can run the caller's code. Returns whether the window still
 // exists afterwards.
