@@ -7,6 +7,8 @@
 
 namespace panes {
 
+constexpr DWORD HOST_SUBDIR_INDENT = 2;
+
 // The text and record of a row of a directory list.
 struct Row {
     char szText[XFER_NAME_SIZE];
