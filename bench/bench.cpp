@@ -162,11 +162,8 @@ struct Group {
 };
 
 constexpr Group GROUPS[] = {
-    {"base", benchBase},
-    {"toolbar", benchToolbars},
-    {"frame", benchFrame},
-    {"panes", benchPanes},
-    {"waits", benchWaits},
+    {"base", benchBase},   {"toolbar", benchToolbars}, {"frame", benchFrame},
+    {"panes", benchPanes}, {"waits", benchWaits},
 };
 
 } // namespace

@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr DWORD SUBDIR_INDENT = 2;
 constexpr int LISTS[window::PANE_LISTS] = {IDC_DANDD_HOSTFILES, IDC_DANDD_HOSTDIRS,
                                            IDC_DANDD_LOCALFILES, IDC_DANDD_LOCALDIRS};
 
@@ -131,8 +130,8 @@ void panes::changeListAtOnce(XferWindowRecord* pRecord, int idControl, const cha
     suspendDrawing(pRecord, idControl);
     fXferDandDRemoveSubDir(ref.hdlgDandD, idControl, pszName);
     if (change == CHANGE_ADD && window::isAlive(ref)) {
-        fXferDandDAddListItem(ref.hdlgDandD, idControl, pszName, ICON_CLOSEDFOLDER, SUBDIR_INDENT,
-                              XFERITEM_CHILD, 0);
+        fXferDandDAddListItem(ref.hdlgDandD, idControl, pszName, ICON_CLOSEDFOLDER,
+                              HOST_SUBDIR_INDENT, XFERITEM_CHILD, 0);
     }
 }
 

@@ -5,14 +5,15 @@
 #include "transfer/panes/merge.h"
 #include "resources/ids.h"
 #include "transfer/panes/changes.h"
+#include "transfer/panes/drawing.h"
 #include "transfer/panes/rows.h"
 
 #include <stdlib.h>
 
 namespace {
 
-constexpr DWORD SUBDIR_INDENT = 2;
 constexpr LONG BULK = 1000; // names
+constexpr LONG NO_ROW = -1;
 
 // Names that are equal to one another: the list has one row for them at most.
 struct Group {
@@ -32,8 +33,10 @@ struct Plan {
     LONG nFirst; // row that the search begins with
     LONG cGroups;
     Group* pGroups;
-    LONG* pnShift; // by how much groups have moved those behind them, as a tree of partial sums
-    LONG* pnSteps; // the names, in the order in which the list gets them
+    LONG* pnShift;  // by how much groups have moved those behind them, as a tree of partial sums
+    LONG* pnSteps;  // the names, in the order in which the list gets them
+    LONG* pnCarets; // of each step: the row that gets the caret before it is deleted, or NO_ROW
+    bool fQuiet;    // drawing is off
     DWORD cRowMessages;
     bool fByName; // the steps are in the order of the names
     bool fRefused;
@@ -66,10 +69,11 @@ LONG rowNow(const Plan* pPlan, LONG nGroup)
     return nRow;
 }
 
+// Nothing waits for a list with rows of the caller's own, so no row is too long for the buffer.
 int compareRow(const Plan* pPlan, LONG nRow, const char* pszName)
 {
-    char szText[XFER_NAME_SIZE];
-    panes::readRowText(pPlan->hwndList, nRow, szText);
+    char szText[XFER_NAME_SIZE] = "";
+    panes::sendToList(pPlan->hwndList, LB_GETTEXT, nRow, szText);
     return lstrcmpA(szText, pszName);
 }
 
@@ -170,13 +174,91 @@ bool canOrderByName(const Plan* pPlan)
     return !isDirs(pPlan) || panes::sendToList(pPlan->hwndList, LB_GETCURSEL) == LB_ERR;
 }
 
+// Goes through the steps without the list, for the rows that they delete.
+void foreseeDeletions(Plan* pPlan)
+{
+    for (LONG n = 0; n < pPlan->pNames->cNames; ++n) {
+        const panes::SortedName* pName = &pPlan->pNames->pNames[pPlan->pnSteps[n]];
+        Group* pGroup = &pPlan->pGroups[pName->nGroup];
+        bool fAdd = pName->nTag == panes::CHANGE_ADD;
+        pPlan->pnCarets[n] = pGroup->fPresent && !fAdd ? rowNow(pPlan, pName->nGroup) : NO_ROW;
+        if (pGroup->fPresent != fAdd) {
+            shiftRows(pPlan, pName->nGroup, fAdd ? 1 : -1);
+            pGroup->fPresent = fAdd;
+        }
+    }
+    for (LONG n = 0; n < pPlan->cGroups; ++n) {
+        pPlan->pGroups[n].fPresent = pPlan->pGroups[n].fWasPresent;
+        pPlan->pnShift[n + 1] = 0;
+    }
+}
+
+// Rows that a list shows at most, with those that show in part.
+LONG rowsInSight(HWND hwndList)
+{
+    RECT rc = {};
+    RECT rcRow = {};
+    GetClientRect(hwndList, &rc);
+    SendMessageA(hwndList, LB_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&rcRow));
+    LONG cx = rcRow.right - rcRow.left;
+    LONG cy = rcRow.bottom - rcRow.top;
+    return cx <= 0 || cy <= 0 ? MAXLONG : (rc.right / cx + 2) * (rc.bottom / cy + 2);
+}
+
+// A list scrolls to its caret, no further than it has to, and in a list that shows this takes far
+// longer than the row. Where it ends up depends on the last deletions alone: on those that reach
+// further up or down than all behind them, until they lie further apart than it has rows in sight.
+void chooseCarets(Plan* pPlan, LONG cInSight)
+{
+    LONG nLowest = MAXLONG;
+    LONG nHighest = NO_ROW;
+    for (LONG n = pPlan->pNames->cNames - 1; n >= 0; --n) {
+        LONG nRow = pPlan->pnCarets[n];
+        bool fDecided = nHighest != NO_ROW && nHighest - nLowest > cInSight;
+        if (fDecided || (nRow >= nLowest && nRow <= nHighest)) {
+            pPlan->pnCarets[n] = NO_ROW;
+        } else if (nRow != NO_ROW) {
+            nLowest = nRow < nLowest ? nRow : nLowest;
+            nHighest = nRow > nHighest ? nRow : nHighest;
+        }
+    }
+}
+
+// Deletions that don't move the caret can be made in any order. Taken from the end, they leave the
+// list the fewest rows to move.
+void orderDeletions(Plan* pPlan)
+{
+    LONG cFree = 0;
+    LONG cNames = pPlan->pNames->cNames;
+    while (cFree < cNames && pPlan->pnCarets[cFree] == NO_ROW) {
+        ++cFree;
+    }
+    LONG nStep = 0;
+    for (LONG n = cNames - 1; n >= 0; --n) {
+        if (pPlan->pNames->pNames[n].nPlace < cFree) {
+            pPlan->pnSteps[nStep++] = n;
+        }
+    }
+}
+
+bool allAre(const Plan* pPlan, panes::Change change)
+{
+    LONG n = 0;
+    while (n < pPlan->pNames->cNames && pPlan->pNames->pNames[n].nTag == change) {
+        ++n;
+    }
+    return n == pPlan->pNames->cNames;
+}
+
 bool allocatePlan(Plan* pPlan)
 {
     auto c = size_t(pPlan->pNames->cNames) + 1;
     pPlan->pGroups = static_cast<Group*>(calloc(c, sizeof(Group)));
     pPlan->pnShift = static_cast<LONG*>(calloc(c, sizeof(LONG)));
     pPlan->pnSteps = static_cast<LONG*>(calloc(c, sizeof(LONG)));
-    return pPlan->pGroups != nullptr && pPlan->pnShift != nullptr && pPlan->pnSteps != nullptr;
+    pPlan->pnCarets = static_cast<LONG*>(calloc(c, sizeof(LONG)));
+    return pPlan->pGroups != nullptr && pPlan->pnShift != nullptr && pPlan->pnSteps != nullptr &&
+           pPlan->pnCarets != nullptr;
 }
 
 void freePlan(Plan* pPlan)
@@ -184,6 +266,7 @@ void freePlan(Plan* pPlan)
     free(pPlan->pGroups);
     free(pPlan->pnShift);
     free(pPlan->pnSteps);
+    free(pPlan->pnCarets);
 }
 
 // Returns false, with the names as they came, where no plan can be made: without memory, or in a
@@ -206,11 +289,31 @@ bool makePlan(Plan* pPlan)
         orderByName(pPlan);
     } else {
         orderByArrival(pPlan);
+        foreseeDeletions(pPlan);
+        chooseCarets(pPlan, rowsInSight(pPlan->hwndList));
+        if (pPlan->pNames->cNames >= BULK && !isDirs(pPlan) &&
+            allAre(pPlan, panes::CHANGE_REMOVE)) {
+            orderDeletions(pPlan);
+        }
     }
     return true;
 }
 
-void deletePlanned(Plan* pPlan, LONG nGroup)
+void deleteFilePlanned(Plan* pPlan, LONG nRow, bool fCaret)
+{
+    pPlan->pRecord->fListsChanged = 1;
+    if (!pPlan->fQuiet) {
+        pPlan->fQuiet = true;
+        panes::suspendDrawing(pPlan->pRecord, pPlan->idControl);
+        panes::sendToList(pPlan->hwndList, WM_SETREDRAW, FALSE);
+    }
+    if (fCaret) {
+        panes::sendToList(pPlan->hwndList, LB_SETCARETINDEX, nRow);
+    }
+    panes::sendToList(pPlan->hwndList, LB_DELETESTRING, nRow);
+}
+
+void deletePlanned(Plan* pPlan, LONG nGroup, bool fCaret)
 {
     LONG nRow = rowNow(pPlan, nGroup);
     pPlan->pGroups[nGroup].fPresent = false;
@@ -219,14 +322,14 @@ void deletePlanned(Plan* pPlan, LONG nGroup)
     if (isDirs(pPlan)) {
         panes::deleteRow(pPlan->hwndList, nRow);
     } else {
-        pPlan->pRecord->fListsChanged = 1;
-        panes::deleteFileRow(pPlan->pRecord, pPlan->hwndList, nRow);
+        deleteFilePlanned(pPlan, nRow, fCaret);
     }
 }
 
 bool insertDirPlanned(Plan* pPlan, LONG nRow, const char* pszName)
 {
-    HGLOBAL hRecord = panes::makeRecord(panes::ICON_CLOSEDFOLDER, SUBDIR_INDENT, XFERITEM_CHILD, 0);
+    HGLOBAL hRecord =
+        panes::makeRecord(panes::ICON_CLOSEDFOLDER, panes::HOST_SUBDIR_INDENT, XFERITEM_CHILD, 0);
     pPlan->cRowMessages += hRecord != nullptr;
     return panes::insertSubDir(pPlan->ref, pPlan->hwndList, nRow, pszName, hRecord);
 }
@@ -257,7 +360,7 @@ bool runStep(Plan* pPlan, LONG nStep)
     bool fAdd = pName->nTag == panes::CHANGE_ADD;
     bool fPresent = pPlan->pGroups[pName->nGroup].fPresent;
     if (fPresent && (!fAdd || isDirs(pPlan))) {
-        deletePlanned(pPlan, pName->nGroup);
+        deletePlanned(pPlan, pName->nGroup, pPlan->pnCarets[nStep] != NO_ROW);
         fPresent = false;
     }
     if (!isValid(pPlan)) {
@@ -274,7 +377,7 @@ void undoInsertions(Plan* pPlan)
 {
     for (LONG n = pPlan->cGroups - 1; n >= 0 && isValid(pPlan); --n) {
         if (pPlan->pGroups[n].fPresent && !pPlan->pGroups[n].fWasPresent) {
-            deletePlanned(pPlan, n);
+            deletePlanned(pPlan, n, false);
         }
     }
     orderByArrival(pPlan);
@@ -306,7 +409,10 @@ void panes::mergeChanges(XferWindowRecord* pRecord, int idControl, Names* pChang
     plan.idControl = idControl;
     plan.hwndList = GetDlgItem(pRecord->hwndDialog, idControl);
     plan.pNames = pChanges;
-    bool fPlanned = makePlan(&plan);
+    if (isDirs(&plan)) {
+        suspendDrawing(pRecord, idControl);
+    }
+    bool fPlanned = window::isAlive(plan.ref) && makePlan(&plan);
     for (LONG n = fPlanned ? runPlan(&plan) : 0; n < pChanges->cNames && window::isAlive(plan.ref);
          ++n) {
         const SortedName* pName = &pChanges->pNames[fPlanned ? plan.pnSteps[n] : n];

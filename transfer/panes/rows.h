@@ -7,6 +7,8 @@
 
 namespace panes {
 
+constexpr DWORD HOST_SUBDIR_INDENT = 2;
+
 // The text and record of a row of a directory list.
 struct Row {
     char szText[XFER_NAME_SIZE];
@@ -26,7 +28,7 @@ int readRowText(HWND hwndList, LONG nRow, char (&szText)[XFER_NAME_SIZE]);
 // this, so that they can be told from those of the caller.
 LRESULT sendToList(HWND hwndList, UINT uMessage, LONG nRow = 0, const void* p = nullptr);
 
-// Whether a message that a list receives now is the one that tellList sends it. Asked once for
+// Whether a message that a list receives now is the one that sendToList sends it. Asked once for
 // each message.
 bool isOwnMessage(HWND hwndList, UINT uMessage);
 
