@@ -3,6 +3,7 @@
 #include "dialogs/open.h"
 #include "resources/ids.h"
 #include "shared/krutils.h"
+#include "transfer/panes/locallist.h"
 #include "transfer/panes/rows.h"
 #include "transfer/window/request.h"
 
@@ -24,7 +25,9 @@ bool removeLocal(const dialogs::Dialog* pDialog, const char* pszDir)
     if (!RemoveDirectoryA(pszDir)) {
         return dialogs::reportFailure(pDialog, GetLastError());
     }
-    if (dialogs::recordAction(pDialog, KRACTION_LOCALDIR_REMOVED, pszDir)) {
+    panes::ShownDir dir = panes::shownDir(pDialog->pRecord);
+    if (dialogs::recordAction(pDialog, KRACTION_LOCALDIR_REMOVED, pszDir) &&
+        panes::stillShows(pDialog->pRecord, &dir)) {
         fXferDandDRemoveSubDir(pDialog->ref.hdlgDandD, IDC_DANDD_LOCALDIRS, pszDir);
     }
     return true;

@@ -42,13 +42,45 @@ void start(const dialogs::Dialog* pDialog)
 {
     vXferDandDCenterDialog(pDialog->hdlg);
     SetWindowLongA(pDialog->hdlg, DWL_USER, reinterpret_cast<LONG>(pDialog->pRecord));
-    window::noteStart(pDialog->pRecord, pDialog->hdlg);
+    window::noteStart(pDialog->pRecord, pDialog->hdlg,
+                      reinterpret_cast<DLGPROC>(GetWindowLongA(pDialog->hdlg, DWL_DLGPROC)));
     pDialog->pKind->pfnInit(pDialog);
+}
+
+// The OKs that are being handled. What an OK does can run a message loop, in which the dialog is
+// still enabled: until it is done, the dialog takes no other OK.
+struct Acceptance {
+    HWND hdlg;
+    Acceptance* pOuter;
+};
+Acceptance* s_pInnermost;
+
+bool isAccepting(HWND hdlg)
+{
+    const Acceptance* pAcceptance = s_pInnermost;
+    while (pAcceptance != nullptr && pAcceptance->hdlg != hdlg) {
+        pAcceptance = pAcceptance->pOuter;
+    }
+    return pAcceptance != nullptr;
+}
+
+void forgetAcceptance(HWND hdlg)
+{
+    for (Acceptance* pAcceptance = s_pInnermost; pAcceptance != nullptr;
+         pAcceptance = pAcceptance->pOuter) {
+        if (pAcceptance->hdlg == hdlg) {
+            pAcceptance->hdlg = nullptr;
+        }
+    }
 }
 
 void accept(const dialogs::Dialog* pDialog)
 {
-    if (pDialog->pKind->pfnAccept(pDialog) && dialogs::isAlive(pDialog)) {
+    Acceptance acceptance = {pDialog->hdlg, s_pInnermost};
+    s_pInnermost = &acceptance;
+    bool fAccepted = pDialog->pKind->pfnAccept(pDialog);
+    s_pInnermost = acceptance.pOuter;
+    if (fAccepted && dialogs::isAlive(pDialog)) {
         window::noteAcceptance(pDialog->pRecord, pDialog->hdlg);
         EndDialog(pDialog->hdlg, 0);
     }
@@ -71,6 +103,9 @@ INT_PTR onCommand(const dialogs::Dialog* pDialog, WPARAM wParam)
 {
     const dialogs::Kind* pKind = pDialog->pKind;
     int id = LOWORD(wParam);
+    if (id == IDOK && isAccepting(pDialog->hdlg)) {
+        return 1;
+    }
     if (id == IDOK) {
         accept(pDialog);
     } else if (id == IDCANCEL) {
@@ -112,6 +147,7 @@ INT_PTR onHelp(const dialogs::Dialog* pDialog, WPARAM)
 
 INT_PTR onNcDestroy(const dialogs::Dialog* pDialog, WPARAM)
 {
+    forgetAcceptance(pDialog->hdlg);
     window::noteEnd(pDialog->pRecord, pDialog->hdlg);
     return 0;
 }

@@ -119,6 +119,8 @@ int KRHAULAPI nXferTranslateHCS(const char* pszTemplate, const char* pszHostName
             break;
         } else if (const EscapeRow* pEscape = findEscape(*pch)) {
             fSent = pEscape->pfnAct(&translation);
+        } else {
+            pch = shared::nextChar(pch) - 1;
         }
         if (!fSent) {
             return -1;

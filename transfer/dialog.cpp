@@ -194,6 +194,14 @@ INT_PTR onMeasureItem(HWND hdlgDandD, LPARAM lParam)
     return 0;
 }
 
+// Only the creation of a window passes a record that has none yet.
+INT_PTR onInitDialog(HWND hdlgDandD, LPARAM lParam)
+{
+    XferWindowRecord* pRecord = window::liveRecord(LONG(lParam));
+    bool fNew = pRecord != nullptr && pRecord->hwndDialog == nullptr;
+    return fNew ? fXferDandDInitDialog(hdlgDandD, pRecord) : 0;
+}
+
 } // namespace
 
 INT_PTR CALLBACK fDlgXferDandDProc(HWND hdlgDandD, UINT uMessage, WPARAM wParam, LPARAM lParam)
@@ -202,7 +210,7 @@ INT_PTR CALLBACK fDlgXferDandDProc(HWND hdlgDandD, UINT uMessage, WPARAM wParam,
         return onMeasureItem(hdlgDandD, lParam);
     }
     if (uMessage == WM_INITDIALOG) {
-        return fXferDandDInitDialog(hdlgDandD, reinterpret_cast<XferWindowRecord*>(lParam));
+        return onInitDialog(hdlgDandD, lParam);
     }
     XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
     if (pRecord == nullptr) {

@@ -106,13 +106,19 @@ void focusCommandLine(HWND hdlgDandD, const XferWindowRecord* pRecord)
     }
 }
 
-void endListChanges(XferWindowRecord* pRecord)
+// Its messages pass through procedures that the caller can replace. Returns whether the window
+// still exists.
+bool endListChanges(XferWindowRecord* pRecord)
 {
+    window::Ref ref = window::refOf(pRecord);
     if (pRecord->fListsChanged) {
         vXferDandDSetColumnWidth(pRecord, IDC_DANDD_LOCALFILES);
+        if (!window::isAlive(ref)) {
+            return false;
+        }
         vXferDandDSetColumnWidth(pRecord, IDC_DANDD_HOSTFILES);
     }
-    panes::resumeDrawing(pRecord);
+    return window::isAlive(ref) && panes::resumeDrawing(pRecord);
 }
 
 } // namespace
@@ -127,14 +133,16 @@ void commands::enablePaneCommands(HWND hdlgDandD, bool fEnabled)
 void KRHAULAPI vXferDandDSetBusyState(HWND hdlgDandD, DWORD fBusy)
 {
     XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
-    if (pRecord == nullptr || pRecord->fBusy == LONG(fBusy) || !panes::applyChanges(pRecord)) {
+    // Making the changes that wait can run the caller's code, which may call this function too.
+    if (pRecord == nullptr || pRecord->fBusy == LONG(fBusy) || !panes::applyChanges(pRecord) ||
+        pRecord->fBusy == LONG(fBusy)) {
         return;
     }
     window::Ref ref = window::refOf(pRecord);
     if (fBusy != 0) {
         pRecord->fFocusCommandLine = 1;
-    } else {
-        endListChanges(pRecord);
+    } else if (!endListChanges(pRecord)) {
+        return;
     }
     pRecord->fListsChanged = 0;
     pRecord->fBusy = LONG(fBusy);

@@ -24,8 +24,11 @@ void deleteLocalFile(const commands::Command* pCommand, const char* pszName)
                                   commands::CCH_QUESTION);
         return;
     }
-    KrRecordAction(pCommand->pRecord->hwndParent, KRACTION_LOCALFILE_DELETED, pszName);
-    nXferDandDRemoveLocalFileName(pCommand->hdlgDandD, pszName);
+    panes::ShownDir dir = panes::shownDir(pCommand->pRecord);
+    if (window::recordAction(pCommand->pRecord, KRACTION_LOCALFILE_DELETED, pszName) &&
+        panes::stillShows(pCommand->pRecord, &dir)) {
+        nXferDandDRemoveLocalFileName(pCommand->hdlgDandD, pszName);
+    }
 }
 
 } // namespace

@@ -1,11 +1,11 @@
 // The list of local drives: a row that is chosen changes the drive.
 #include "resources/ids.h"
 #include "shared/krutils.h"
+#include "shared/text.h"
 #include "transfer/commands/commands.h"
 #include "transfer/panes/drives.h"
 
 #include <direct.h>
-#include <string.h>
 
 void commands::driveListNotified(const Command* pCommand)
 {
@@ -16,7 +16,7 @@ void commands::driveListNotified(const Command* pCommand)
     }
     SendDlgItemMessageA(pCommand->hdlgDandD, IDC_DANDD_LOCALDRIVES, WM_GETTEXT, sizeof szText,
                         reinterpret_cast<LPARAM>(szText));
-    _strlwr(szText);
+    shared::toLowerCase(szText);
     LONG nDrive = szText[0] - panes::LETTER_BEFORE_A;
     if (_chdrive(nDrive) != 0) {
         window::loadString(pRecord, IDS_DRIVE_FAILED, szText, sizeof szText);

@@ -37,7 +37,9 @@ void removeLocalDir(const commands::Command* pCommand, const panes::Row* pRow)
                                   commands::CCH_QUESTION);
         return;
     }
-    if (window::recordAction(pCommand->pRecord, KRACTION_LOCALDIR_REMOVED, pRow->szText)) {
+    panes::ShownDir dir = panes::shownDir(pCommand->pRecord);
+    if (window::recordAction(pCommand->pRecord, KRACTION_LOCALDIR_REMOVED, pRow->szText) &&
+        panes::stillShows(pCommand->pRecord, &dir)) {
         fXferDandDRemoveSubDir(pCommand->hdlgDandD, IDC_DANDD_LOCALDIRS, pRow->szText);
     }
 }

@@ -64,8 +64,11 @@ void KRHAULAPI vXferDandDSetFocus(HWND hdlgDandD)
         SetFocus(GetDlgItem(hdlgDandD, IDC_DANDD_COMMANDLINE));
         return;
     }
+    window::Ref ref = window::refOf(pRecord);
     HWND hwndFilter = GetDlgItem(hdlgDandD, IDC_DANDD_LOCALFILTER);
     SetFocus(hwndFilter);
-    SendMessageA(hwndFilter, EM_SETSEL, 0, -1);
-    SendMessageA(hwndFilter, EM_SCROLLCARET, 0, 0);
+    if (window::isAlive(ref)) {
+        SendMessageA(hwndFilter, EM_SETSEL, 0, -1);
+        SendMessageA(hwndFilter, EM_SCROLLCARET, 0, 0);
+    }
 }

@@ -292,8 +292,13 @@ LRESULT dirListProc(WNDPROC XferWindowRecord::*pOriginal, const ListMessage& mes
     if (!panes::prepareList(pRecord, message.hwnd, message.uMessage)) {
         return 0;
     }
+    window::Ref ref = window::refOf(pRecord);
     if (message.uMessage == WM_KILLFOCUS) {
+        // The row is drawn by its owner, whose procedure the caller can replace.
         SendMessageA(message.hwnd, LB_SETCURSEL, WPARAM(-1), 0);
+        if (!window::isAlive(ref)) {
+            return 0;
+        }
     }
     return passOn(pRecord->*pOriginal, message);
 }

@@ -39,10 +39,19 @@ LONG buildEntry(char (&szEntry)[ENTRY_SIZE], const char* pszText)
     return cch;
 }
 
+// Replaces the selection, which is reported to the caller's window procedure. Returns whether the
+// window still exists.
+bool replaceSelection(const window::Ref& ref, HWND hwndInfo, const char* pszText)
+{
+    SendMessageA(hwndInfo, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(pszText));
+    return window::isAlive(ref);
+}
+
 // Deletes whole lines from the start of the log, so that it holds at most KEPT_LENGTH characters
 // together with the new entry.
-void trim(HWND hdlgDandD, HWND hwndInfo, LONG cLines, LONG cchTotal)
+bool trim(XferWindowRecord* pRecord, HWND hwndInfo, LONG cLines, LONG cchTotal)
 {
+    window::Ref ref = window::refOf(pRecord);
     SendMessageA(hwndInfo, WM_SETREDRAW, FALSE, 0);
     LONG nLine = query(hwndInfo, EM_LINEFROMCHAR, cchTotal - KEPT_LENGTH);
     LONG nEnd = endOfLine(hwndInfo, nLine);
@@ -50,21 +59,24 @@ void trim(HWND hdlgDandD, HWND hwndInfo, LONG cLines, LONG cchTotal)
     if (cchTotal - nEnd > KEPT_LENGTH) {
         nEnd = endOfLine(hwndInfo, ++nLine);
     }
-    if (XferWindowRecord* pRecord = window::recordOf(hdlgDandD)) {
-        pRecord->cchLogTrimmed += DWORD(nEnd);
-    }
+    pRecord->cchLogTrimmed += DWORD(nEnd);
     SendMessageA(hwndInfo, EM_SETSEL, 0, nEnd);
-    SendMessageA(hwndInfo, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(""));
-    vXferDandDInfoScrollToEnd(hdlgDandD, int(cLines - nLine + 1));
+    if (!replaceSelection(ref, hwndInfo, "")) {
+        return false;
+    }
+    vXferDandDInfoScrollToEnd(ref.hdlgDandD, int(cLines - nLine + 1));
     SendMessageA(hwndInfo, WM_SETREDRAW, TRUE, 0);
     InvalidateRect(hwndInfo, nullptr, TRUE);
+    return window::isAlive(ref);
 }
 
-void append(HWND hwndInfo, const char* pszEntry)
+void append(const window::Ref& ref, HWND hwndInfo, const char* pszEntry)
 {
     // Clamped to the end of the text, which is never beyond the limit here.
     SendMessageA(hwndInfo, EM_SETSEL, TRIM_LIMIT, TRIM_LIMIT);
-    SendMessageA(hwndInfo, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(pszEntry));
+    if (!replaceSelection(ref, hwndInfo, pszEntry)) {
+        return;
+    }
     LONG nLast = query(hwndInfo, EM_LINEINDEX, query(hwndInfo, EM_GETLINECOUNT) - 1);
     SendMessageA(hwndInfo, EM_SETSEL, WPARAM(nLast), nLast);
     // Setting a selection doesn't scroll a multi-line control on every version, and a long entry
@@ -77,17 +89,18 @@ void append(HWND hwndInfo, const char* pszEntry)
 void KRHAULAPI vXferDandDInfoLine(HWND hdlgDandD, const char* pszText)
 {
     char szEntry[ENTRY_SIZE];
-    if (window::recordOf(hdlgDandD) == nullptr) {
+    XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
+    if (pRecord == nullptr) {
         return;
     }
+    window::Ref ref = window::refOf(pRecord);
     HWND hwndInfo = GetDlgItem(hdlgDandD, IDC_DANDD_INFOLINE);
     LONG cchEntry = buildEntry(szEntry, pszText);
     LONG cLines = query(hwndInfo, EM_GETLINECOUNT);
     LONG cchTotal = cchEntry + (cLines != 0 ? endOfLine(hwndInfo, cLines - 1) : 0);
-    if (cchTotal > TRIM_LIMIT) {
-        trim(hdlgDandD, hwndInfo, cLines, cchTotal);
+    if (cchTotal <= TRIM_LIMIT || trim(pRecord, hwndInfo, cLines, cchTotal)) {
+        append(ref, hwndInfo, szEntry);
     }
-    append(hwndInfo, szEntry);
 }
 
 LRESULT CALLBACK lInfoLineProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
@@ -96,8 +109,13 @@ LRESULT CALLBACK lInfoLineProc(HWND hwnd, UINT uMessage, WPARAM wParam, LPARAM l
     if (pRecord == nullptr || pRecord->pfnOrigInfoLine == nullptr) {
         return DefWindowProcA(hwnd, uMessage, wParam, lParam);
     }
+    window::Ref ref = window::refOf(pRecord);
     if (uMessage == WM_KILLFOCUS) {
+        // The control can repaint, for which the caller's window procedure is asked for colours.
         SendMessageA(hwnd, EM_SETSEL, WPARAM(-1), 0);
+        if (!window::isAlive(ref)) {
+            return 0;
+        }
     } else if ((uMessage == WM_KEYDOWN || uMessage == WM_KEYUP) && wParam == VK_ESCAPE) {
         return 0;
     }

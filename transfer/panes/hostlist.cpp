@@ -10,10 +10,12 @@ constexpr LONG WORKDIR_ROW = 1;
 constexpr DWORD WORKDIR_INDENT = 1;
 constexpr char PARENT_DIR[] = "..";
 
-void setPathLine(HWND hdlgDandD, const char* pszText)
+void setPathLine(const window::Ref& ref, const char* pszText)
 {
-    SetDlgItemTextA(hdlgDandD, IDC_DANDD_HOSTPATH, pszText);
-    SendDlgItemMessageA(hdlgDandD, IDC_DANDD_HOSTPATH, EM_SETMODIFY, FALSE, 0);
+    SetDlgItemTextA(ref.hdlgDandD, IDC_DANDD_HOSTPATH, pszText);
+    if (window::isAlive(ref)) {
+        SendDlgItemMessageA(ref.hdlgDandD, IDC_DANDD_HOSTPATH, EM_SETMODIFY, FALSE, 0);
+    }
 }
 
 // The record of row 1 if that row is the working directory, else null.
@@ -133,7 +135,7 @@ int KRHAULAPI nXferDandDClearHostFileList(HWND hdlgDandD)
                                                       XFERCLEAR_WORKDIR | XFERCLEAR_FILTER);
 }
 
-// The lists and the lines tell others of each change, and the window can end in that.
+// The lists and lines report each change to other code, which can destroy the window.
 int KRHAULAPI nXferDandDClearHostFileInfo(HWND hdlgDandD, DWORD dwFlags)
 {
     XferWindowRecord* pRecord = window::recordOf(hdlgDandD);
@@ -145,7 +147,7 @@ int KRHAULAPI nXferDandDClearHostFileInfo(HWND hdlgDandD, DWORD dwFlags)
         panes::sendToList(GetDlgItem(hdlgDandD, IDC_DANDD_HOSTFILES), LB_RESETCONTENT);
     }
     if ((dwFlags & XFERCLEAR_WORKDIR) != 0 && window::isAlive(ref)) {
-        setPathLine(hdlgDandD, "");
+        setPathLine(ref, "");
     }
     if ((dwFlags & XFERCLEAR_FILTER) != 0 && window::isAlive(ref)) {
         SetDlgItemTextA(hdlgDandD, IDC_DANDD_HOSTFILTER, "");
@@ -166,6 +168,6 @@ void KRHAULAPI vXferDandDPrintWorkingDir(HWND hdlgDandD, const char* pszRow, con
     fXferDandDAddListItem(hdlgDandD, IDC_DANDD_HOSTDIRS, pszRow, panes::ICON_SELECTEDFOLDER,
                           WORKDIR_INDENT, XFERITEM_CURRENT, 0);
     if (window::isAlive(ref)) {
-        setPathLine(hdlgDandD, pszPath);
+        setPathLine(ref, pszPath);
     }
 }

@@ -320,3 +320,15 @@ int nXferDandDRemoveLocalFileName(HWND hdlgDandD, const char* pszName)
     }
     return 0;
 }
+
+panes::ShownDir panes::shownDir(const XferWindowRecord* pRecord)
+{
+    ShownDir dir = {};
+    strcpy(dir.szDir, pRecord->szLocalDir);
+    return dir;
+}
+
+bool panes::stillShows(const XferWindowRecord* pRecord, const ShownDir* pDir)
+{
+    return strcmp(pRecord->szLocalDir, pDir->szDir) == 0;
+}

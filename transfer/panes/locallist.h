@@ -33,6 +33,14 @@ bool showsCurrentFiles(const XferWindowRecord* pRecord);
 // Whether the local file list shows files of a directory, which is a full path in any spelling.
 bool showsFilesOf(const XferWindowRecord* pRecord, const char* pszDir);
 
+// The directory that the local panes show, remembered over what can run foreign code: a row is
+// removed by its name only while the panes still show the directory of the file.
+struct ShownDir {
+    char szDir[XFER_NAME_SIZE];
+};
+ShownDir shownDir(const XferWindowRecord* pRecord);
+bool stillShows(const XferWindowRecord* pRecord, const ShownDir* pDir);
+
 } // namespace panes
 
 #endif

@@ -88,10 +88,10 @@ INT_PTR window::runModal(XferWindowRecord* pRecord, ModalDialog* pDialog)
 }
 
 // A file dialog that the caller runs with the platform's own functions is not noted.
-void window::noteStart(const XferWindowRecord* pRecord, HWND hdlg)
+void window::noteStart(const XferWindowRecord* pRecord, HWND hdlg, DLGPROC pfnDialog)
 {
     ModalDialog* pDialog = pRecord->pInnermost;
-    if (pDialog != nullptr && pDialog->hdlg == nullptr) {
+    if (pDialog != nullptr && pDialog->hdlg == nullptr && pDialog->pfnDialog == pfnDialog) {
         pDialog->hdlg = hdlg;
     }
 }

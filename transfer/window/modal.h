@@ -28,7 +28,7 @@ struct ModalDialog {
 INT_PTR runModal(XferWindowRecord* pRecord, ModalDialog* pDialog);
 
 // Called by a file dialog when it starts, when an OK has gone through, and when it is gone.
-void noteStart(const XferWindowRecord* pRecord, HWND hdlg);
+void noteStart(const XferWindowRecord* pRecord, HWND hdlg, DLGPROC pfnDialog);
 void noteAcceptance(const XferWindowRecord* pRecord, HWND hdlg);
 void noteEnd(const XferWindowRecord* pRecord, HWND hdlg);
 
