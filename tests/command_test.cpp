@@ -275,6 +275,20 @@ TEST_F(Command, AMaskMayNameTheShownDirectory)
     EXPECT_EQ(log(), Strings{});
 }
 
+// What is recorded may lead to another directory, where a file of that name is still there.
+TEST_F(Command, ANamesakeElsewhereKeepsItsRow)
+{
+    openFilled();
+    InRecord moving([&] {
+        SetCurrentDirectoryA(m_dir.path("full").c_str());
+        vXferDandDRefreshLocalFiles(m_hwnd);
+    });
+    selectFiles(IDC_DANDD_LOCALFILES, {"a"});
+    command(IDM_XFER_DELETE);
+    const Strings shown = rows(IDC_DANDD_LOCALFILES);
+    EXPECT_EQ(std::count(shown.begin(), shown.end(), "a"), 1);
+}
+
 // A question runs a message loop. What it leaves behind need not be what it found.
 TEST_F(Command, AQuestionCanBeOvertakenByEvents)
 {

@@ -595,6 +595,18 @@ TEST_F(Dialog, ADialogIsDisabledUnderThatOfTheCaller)
     EXPECT_EQ(requests(), Strings{"mkdir x"});
 }
 
+// A callback may run a message loop, in which the dialog is still enabled.
+TEST_F(Dialog, AnOkIsHandledOnce)
+{
+    open();
+    m_inRequest = [&] { SendMessageA(GetActiveWindow(), WM_COMMAND, IDOK, 0); };
+    run(IDM_XFER_MAKEDIR, accepting({choose(IDC_DIR_NAME, "x", ID_HOST)}, 0));
+    EXPECT_EQ(requests(), Strings{"mkdir x"});
+    m_inRequest = nullptr;
+    run(IDM_XFER_MAKEDIR, accepting({choose(IDC_DIR_NAME, "y", ID_HOST)}, 0));
+    EXPECT_EQ(requests(), Strings{"mkdir y"});
+}
+
 TEST_F(Dialog, AFileIsRenamed)
 {
     open();

@@ -128,6 +128,27 @@ TEST_F(InfoLine, IsTrimmedOnALineEndAboveItsLimit)
     }
 }
 
+// The caller hears of each change of the text.
+TEST_F(InfoLine, AChangeMayEndTheWindow)
+{
+    for (size_t cLines : {1u, 130u}) {
+        createHidden();
+        for (size_t n = 1; n < cLines; ++n) {
+            vXferDandDInfoLine(m_hwnd, std::string(240, 'x').c_str());
+        }
+        Subclassed ending(m_hwnd, [&](UINT uMessage, WPARAM wParam, LPARAM) {
+            if (uMessage == WM_COMMAND && HIWORD(wParam) == EN_CHANGE) {
+                DestroyWindow(m_hwnd);
+            }
+            return false;
+        });
+        for (int n = 0; n < 10 && IsWindow(m_hwnd); ++n) {
+            vXferDandDInfoLine(m_hwnd, "the last one");
+        }
+        EXPECT_FALSE(IsWindow(m_hwnd));
+    }
+}
+
 TEST_F(InfoLine, LosesItsSelectionWithTheFocusAndWithEachEntry)
 {
     create();
