@@ -325,10 +325,10 @@ int KRHAULAPI nXferStatFileInfo(HWND hdlgStat, const char* pszName1, const char*
 
 /** Shows at once how many errors there were, and how many retries.
  *  @param hdlgStat the window.
- *  @param cErrors1 errors.
- *  @param cErrors2 retries.
+ *  @param cErrors errors.
+ *  @param cRetries retries.
  *  @return always 0. */
-int KRHAULAPI nXferStatErrorInfo(HWND hdlgStat, DWORD cErrors1, DWORD cErrors2);
+int KRHAULAPI nXferStatErrorInfo(HWND hdlgStat, DWORD cErrors, DWORD cRetries);
 
 /** Stores the status text, cut to #XFERSTAT_MAXSTATUS characters; a null text changes
  *  nothing. A later window in the same slot still has it until another one is set.

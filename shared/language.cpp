@@ -1,4 +1,6 @@
 #include "shared/language.h"
+#include "resources/ids.h"
+#include "shared/krutils.h"
 
 #include <string.h>
 
@@ -77,4 +79,9 @@ int XferSystemErrorBox(HWND hwndOwner, DWORD dwError, UINT uStyle)
     int nResult = MessageBoxA(hwndOwner, pszText, ERROR_CAPTION, uStyle);
     LocalFree(pszText);
     return nResult;
+}
+
+void shared::showNoResources(HMODULE hLanguage, HWND hwndParent)
+{
+    KrMessageBoxId(hLanguage, hwndParent, IDS_NO_RESOURCES, 0, 3, 0);
 }

@@ -12,6 +12,13 @@ constexpr char XFER_DEFAULT_LANGUAGE[] = "EN";
 // than 12 characters.
 HMODULE XferLoadLanguageModule(const char* pszLanguage);
 
+namespace shared {
+
+// Shows the message box for a window that can't be created.
+void showNoResources(HMODULE hLanguage, HWND hwndParent);
+
+} // namespace shared
+
 // Shows the system's text for an error code, in the user's language or, if the system has no texts
 // in it, in another. Returns the result of MessageBoxA, or 1, with no box shown, if the system has
 // no text for the code.

@@ -1,6 +1,5 @@
 // The exported calls of the status window.
 #include "resources/ids.h"
-#include "shared/krutils.h"
 #include "shared/language.h"
 #include "shared/text.h"
 #include "status/bar.h"
@@ -21,7 +20,7 @@ HWND failCreation(HMODULE hLanguage)
 
 HWND failWithoutSlot(HMODULE hLanguage, HWND hwndParent)
 {
-    KrMessageBoxId(hLanguage, hwndParent, IDS_NO_RESOURCES, 0, 3, 0);
+    shared::showNoResources(hLanguage, hwndParent);
     return failCreation(hLanguage);
 }
 

@@ -1,6 +1,5 @@
 // Creating and destroying transfer windows, and their title.
 #include "resources/ids.h"
-#include "shared/krutils.h"
 #include "shared/language.h"
 #include "shared/module.h"
 #include "shared/version.h"
@@ -16,7 +15,7 @@ constexpr char TEMPLATE[] = "DLGDANDD";
 
 HWND failCreation(HMODULE hLanguage, HWND hwndParent)
 {
-    KrMessageBoxId(hLanguage, hwndParent, IDS_NO_RESOURCES, 0, 3, 0);
+    shared::showNoResources(hLanguage, hwndParent);
     FreeLibrary(hLanguage);
     return nullptr;
 }

@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr LONG WORKDIR_ROW = 1;
-constexpr DWORD WORKDIR_INDENT = 1;
 constexpr char PARENT_DIR[] = "..";
 
 void setPathLine(const window::Ref& ref, const char* pszText)
@@ -22,8 +20,9 @@ void setPathLine(const window::Ref& ref, const char* pszText)
 HGLOBAL workingDirRecord(HWND hwndDirs)
 {
     XferListItem item;
-    HGLOBAL hRecord = panes::recordOfRow(hwndDirs, WORKDIR_ROW);
-    return panes::readRecord(hRecord, &item) && item.nIndent == WORKDIR_INDENT ? hRecord : nullptr;
+    HGLOBAL hRecord = panes::recordOfRow(hwndDirs, panes::WORKDIR_ROW);
+    return panes::readRecord(hRecord, &item) && item.nIndent == panes::WORKDIR_INDENT ? hRecord
+                                                                                      : nullptr;
 }
 
 // Puts the working directory row back into the list that was cleared. Without the ".." row above
@@ -73,7 +72,7 @@ void clearAroundWorkingDir(XferWindowRecord* pRecord, HWND hwndDirs)
     panes::HeldRecord held;
     window::Ref ref = window::refOf(pRecord);
     HGLOBAL hRecord = workingDirRecord(hwndDirs);
-    panes::readRowText(hwndDirs, WORKDIR_ROW, szText);
+    panes::readRowText(hwndDirs, panes::WORKDIR_ROW, szText);
     panes::holdRecord(&held, hRecord);
     bool fKept = reseedDirs(pRecord, hwndDirs) && hRecord != nullptr &&
                  putBack(ref, hwndDirs, szText, hRecord);
@@ -91,7 +90,7 @@ void clearDirs(XferWindowRecord* pRecord, bool fSubDirs, bool fWorkingDir)
     } else if (fSubDirs) {
         reseedDirs(pRecord, hwndDirs);
     } else if (fWorkingDir && workingDirRecord(hwndDirs) != nullptr) {
-        panes::deleteRow(hwndDirs, WORKDIR_ROW);
+        panes::deleteRow(hwndDirs, panes::WORKDIR_ROW);
     }
 }
 
@@ -166,7 +165,7 @@ void KRHAULAPI vXferDandDPrintWorkingDir(HWND hdlgDandD, const char* pszRow, con
     }
     window::Ref ref = window::refOf(pRecord);
     fXferDandDAddListItem(hdlgDandD, IDC_DANDD_HOSTDIRS, pszRow, panes::ICON_SELECTEDFOLDER,
-                          WORKDIR_INDENT, XFERITEM_CURRENT, 0);
+                          panes::WORKDIR_INDENT, XFERITEM_CURRENT, 0);
     if (window::isAlive(ref)) {
         setPathLine(ref, pszPath);
     }

@@ -16,7 +16,7 @@
 namespace {
 
 constexpr int CCH_MASK = 10;
-constexpr int CCH_FAILED_FORMAT = 20;
+constexpr int CCH_CHDIR_FAILED = 20;
 constexpr int MAX_FAILED_FORMAT = 80;
 constexpr char ROOT[] = "\\";
 
@@ -61,7 +61,7 @@ void enterRoot(HWND hdlgDandD, const XferWindowRecord* pRecord)
 void enterLocalDir(HWND hdlgDandD, const XferWindowRecord* pRecord, const char* pszDir)
 {
     if (_chdir(pszDir) != 0) {
-        panes::reportLocalFailure(hdlgDandD, pRecord, pszDir, CCH_FAILED_FORMAT);
+        panes::reportLocalFailure(hdlgDandD, pRecord, pszDir, CCH_CHDIR_FAILED);
     } else if (window::recordAction(pRecord, KRACTION_LOCALDIR_CHANGED, pszDir)) {
         vXferDandDRefreshLocalFiles(hdlgDandD);
     }

@@ -22,6 +22,12 @@ struct XferListItem {
 
 namespace panes {
 
+// The place and level of the working directory row in the host directory list, and the level of its
+// subdirectories.
+constexpr LONG WORKDIR_ROW = 1;
+constexpr DWORD WORKDIR_INDENT = 1;
+constexpr DWORD SUBDIR_INDENT = 2;
+
 // Icons of the lists, in the order of g_listIcons.
 enum ListIcon {
     ICON_OPENFOLDER,

@@ -8,8 +8,6 @@
 namespace {
 
 constexpr LONG NOT_READ = -1;
-constexpr DWORD WORKDIR_INDENT = 1;
-constexpr LONG WORKDIR_ROW = 1;
 
 // A message of the library on its way to a list.
 struct OwnMessage {
@@ -72,8 +70,8 @@ LONG bisectForPlace(HWND hwndList, LONG nLow, LONG nHigh, const char* pszName, b
 
 LRESULT insertDirRow(HWND hwndList, int idControl, const char* pszText, DWORD nIndent, LONG nKind)
 {
-    if (idControl == IDC_DANDD_HOSTDIRS && nIndent == WORKDIR_INDENT) {
-        return panes::sendToList(hwndList, LB_INSERTSTRING, WORKDIR_ROW, pszText);
+    if (idControl == IDC_DANDD_HOSTDIRS && nIndent == panes::WORKDIR_INDENT) {
+        return panes::sendToList(hwndList, LB_INSERTSTRING, panes::WORKDIR_ROW, pszText);
     }
     if (nKind != XFERITEM_CHILD) {
         return panes::sendToList(hwndList, LB_ADDSTRING, 0, pszText);
