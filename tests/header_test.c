@@ -3,7 +3,8 @@
 #include "../include/krhaul.h"
 #include "../resources/ids.h"
 
-/* The header and the resources number commands and lists alike: a negative size ends the compilation. */
+/* The header and the resources number commands and lists alike: a negative size ends the
+   compilation. */
 #define SAME(name) typedef char same##name[XFERCMD_##name == IDM_XFER_##name ? 1 : -1]
 SAME(REMOVEDIR);
 SAME(HELP);
