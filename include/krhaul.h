@@ -411,6 +411,16 @@ INT_PTR CALLBACK fDlgXferStatProc(HWND hdlgStat, UINT uMessage, WPARAM wParam, L
 #define XFERCMD_STOP 256          /**< Stop: sends WM_COMMAND with IDABORT. */
 /**@}*/
 
+/** @name Lists of the panes
+ *  The control ids by which a caller tells what has the keyboard focus, such as for accelerators
+ *  that work in the lists alone. All are list boxes; those of files allow several selected rows. */
+/**@{*/
+#define XFERPANE_HOSTDIRS 208   /**< Directories of the host. */
+#define XFERPANE_HOSTFILES 209  /**< Files of the host. */
+#define XFERPANE_LOCALFILES 223 /**< Local files. */
+#define XFERPANE_LOCALDIRS 224  /**< Local directories. */
+/**@}*/
+
 /** @name Confirmation flags
  *  The bits of HostCallbacks::pfnConfirmFlags. Each has a check box in the confirmation dialog,
  *  in a group for local or for host files. The library acts on two of them, before it deletes local

@@ -3,7 +3,8 @@
 #include "../include/krhaul.h"
 #include "../resources/ids.h"
 
-/* The header and the resources number the commands alike: a negative size ends the compilation. */
+/* The header and the resources number commands and lists alike: a negative size ends the
+   compilation. */
 #define SAME(name) typedef char same##name[XFERCMD_##name == IDM_XFER_##name ? 1 : -1]
 SAME(REMOVEDIR);
 SAME(HELP);
@@ -26,6 +27,12 @@ SAME(SAVESELECTION);
 SAME(SELECTALL);
 SAME(HELPSEARCH);
 SAME(STOP);
+
+#define SAME_PANE(name) typedef char samePane##name[XFERPANE_##name == IDC_DANDD_##name ? 1 : -1]
+SAME_PANE(HOSTDIRS);
+SAME_PANE(HOSTFILES);
+SAME_PANE(LOCALFILES);
+SAME_PANE(LOCALDIRS);
 
 static int KRHAULAPI refuse(DWORD dwUserData, const char* pchText, LONG cchText, DWORD* pdwScratch)
 {

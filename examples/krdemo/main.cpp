@@ -13,12 +13,14 @@
 //                   trusts; listing.cpp: lists of servers
 //   names.cpp       names of a host as bytes and as they are shown
 //   loop.cpp        what comes later, from the message loop
+//   keys.cpp        keys of the keyboard, for the lists
 //   language.cpp    the languages that the user can choose
 //   ../common/      texts, safe names and unfinished files
 #include "address.h"
 #include "connect.h"
 #include "copy.h"
 #include "hostpanes.h"
+#include "keys.h"
 #include "language.h"
 #include "session.h"
 #include "statuswindow.h"
@@ -159,21 +161,6 @@ void makeWindow(HINSTANCE instance)
     mainWindow = CreateWindowA(CLASS, TITLE, WS_OVERLAPPEDWINDOW, 40, 40, 520, 480, nullptr, menu,
                                instance, nullptr);
     ShowWindow(mainWindow, SW_SHOW);
-}
-
-// Keys for the lists alone: in an edit line Del has to delete a letter.
-bool isKey(HWND session, MSG* msg)
-{
-    static ACCEL keys[] = {{FVIRTKEY, VK_DELETE, XFERCMD_DELETE},
-                           {FVIRTKEY, VK_F1, XFERCMD_HELP},
-                           {FVIRTKEY, VK_F2, XFERCMD_RENAME},
-                           {FVIRTKEY, VK_F5, XFERCMD_REFRESH}};
-    static HACCEL table = CreateAcceleratorTableA(keys, ARRAYSIZE(keys));
-    char className[16] = "";
-    HWND focus = GetFocus();
-    return session != nullptr && IsChild(session, focus) &&
-           GetClassNameA(focus, className, sizeof className) > 0 &&
-           lstrcmpiA(className, "ListBox") == 0 && TranslateAcceleratorA(session, table, msg);
 }
 
 bool isDialogMessage(HWND dialog, MSG* msg)

@@ -1,5 +1,6 @@
 #include "session.h"
 #include "hostpanes.h"
+#include "keys.h"
 #include "requests.h"
 #include "statuswindow.h"
 #include "work.h"
@@ -20,6 +21,8 @@ LRESULT CALLBACK sessionProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lPar
     if (message == WM_COMMAND && LOWORD(wParam) == XFERCMD_REFRESH) {
         vXferDandDRefreshLocalFiles(hwnd);
         enterDirectory("");
+    } else if (message == WM_COMMAND && LOWORD(wParam) == IDM_PARENT) {
+        enterParent(hwnd);
     } else if (message == WM_COMMAND && LOWORD(wParam) == IDABORT) {
         stopWork();
     } else if (message == WM_CLOSE) {

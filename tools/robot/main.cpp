@@ -14,7 +14,7 @@ namespace {
 // English, whose mnemonics are typed.
 constexpr char SESSION_ARGUMENTS[] = "/language:EN";
 
-using Tables = robot::StepTable (*const[4])();
+using Tables = robot::StepTable (*const[5])();
 
 struct Script {
     const char* name;
@@ -32,7 +32,8 @@ constexpr Script SCRIPTS[] = {
      "KRDEMO.EXE",
      SESSION_ARGUMENTS,
      IDC_DANDD_TOOLBAR,
-     {robot::transferSteps, robot::paneSteps, robot::dialogSteps, robot::windowSteps}},
+     {robot::transferSteps, robot::paneSteps, robot::keySteps, robot::dialogSteps,
+      robot::windowSteps}},
 };
 
 int runSteps(robot::StepTable table)

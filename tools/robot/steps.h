@@ -21,6 +21,7 @@ StepTable serverSteps(); // with a server, of whose files nothing is known
 StepTable terminalSteps(); // for the sample terminal
 StepTable transferSteps();
 StepTable paneSteps();
+StepTable keySteps();
 StepTable dialogSteps();
 StepTable windowSteps(); // closes the window at last
 
