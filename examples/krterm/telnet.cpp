@@ -15,6 +15,7 @@ constexpr bool LET[OPTIONS] = {true, true, true, false, false};
 constexpr bool CAN_DO[OPTIONS] = {true, false, true, true, true};
 constexpr bool ASKED[OPTIONS] = {true, false, false, false, false};
 
+// As TAKERS has them.
 enum { STATE_DATA, STATE_COMMAND, STATE_OPTION, STATE_SUB, STATE_SUB_COMMAND };
 
 int indexOf(BYTE code)
@@ -139,41 +140,53 @@ bool takeData(Telnet* telnet, BYTE byte)
     return !filler;
 }
 
-// Whether the byte belongs to the data.
-bool takeByte(Telnet* telnet, BYTE byte)
+bool takeCommandByte(Telnet* telnet, BYTE byte)
 {
-    switch (telnet->position) {
-    case STATE_COMMAND:
-        if (byte == IAC) {
-            telnet->position = STATE_DATA;
-            return takeData(telnet, byte);
-        }
-        onCommand(telnet, byte);
-        return false;
-    case STATE_OPTION:
+    if (byte == IAC) {
         telnet->position = STATE_DATA;
-        onOption(telnet, byte);
-        return false;
-    case STATE_SUB:
-        if (byte == IAC) {
-            telnet->position = STATE_SUB_COMMAND;
-        } else {
-            takeSubByte(telnet, byte);
-        }
-        return false;
-    case STATE_SUB_COMMAND:
-        telnet->position = byte == IAC ? STATE_SUB : STATE_DATA;
-        if (byte == IAC) {
-            takeSubByte(telnet, byte);
-        } else if (byte == SE) {
-            onSub(telnet);
-        }
-        return false;
-    default:
-        telnet->position = byte == IAC ? STATE_COMMAND : STATE_DATA;
-        return byte != IAC && takeData(telnet, byte);
+        return takeData(telnet, byte);
     }
+    onCommand(telnet, byte);
+    return false;
 }
+
+bool takeOption(Telnet* telnet, BYTE byte)
+{
+    telnet->position = STATE_DATA;
+    onOption(telnet, byte);
+    return false;
+}
+
+bool takeSubData(Telnet* telnet, BYTE byte)
+{
+    if (byte == IAC) {
+        telnet->position = STATE_SUB_COMMAND;
+    } else {
+        takeSubByte(telnet, byte);
+    }
+    return false;
+}
+
+bool takeSubCommand(Telnet* telnet, BYTE byte)
+{
+    telnet->position = byte == IAC ? STATE_SUB : STATE_DATA;
+    if (byte == IAC) {
+        takeSubByte(telnet, byte);
+    } else if (byte == SE) {
+        onSub(telnet);
+    }
+    return false;
+}
+
+bool takePlainByte(Telnet* telnet, BYTE byte)
+{
+    telnet->position = byte == IAC ? STATE_COMMAND : STATE_DATA;
+    return byte != IAC && takeData(telnet, byte);
+}
+
+// By position. They tell whether the byte belongs to the data.
+constexpr bool (*TAKERS[])(Telnet* telnet, BYTE byte) = {takePlainByte, takeCommandByte, takeOption,
+                                                         takeSubData, takeSubCommand};
 
 // How many bytes there are that need nothing done to them.
 DWORD plainBytes(const Telnet* telnet, const BYTE* bytes, DWORD count)
@@ -199,7 +212,7 @@ DWORD receiveTelnet(Telnet* telnet, BYTE* bytes, DWORD count)
 {
     DWORD dataSize = 0;
     for (DWORD n = 0; n < count; ++n) {
-        if (takeByte(telnet, bytes[n])) {
+        if (TAKERS[telnet->position](telnet, bytes[n])) {
             bytes[dataSize++] = bytes[n];
         }
     }

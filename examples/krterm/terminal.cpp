@@ -148,17 +148,18 @@ constexpr Command COMMANDS[] = {
     {IDM_CLEARKEPT, clearKeptLines}, {IDM_SEND, sendFiles},        {IDM_RECEIVE, receiveFiles},
 };
 
-void onCommand(UINT id)
+void onCommand(WPARAM wParam, LPARAM)
 {
     for (const Command& command : COMMANDS) {
-        if (command.id == id) {
+        if (command.id == LOWORD(wParam)) {
             command.run();
         }
     }
 }
 
-void onMenu(HMENU hmenu)
+void onMenu(WPARAM wParam, LPARAM)
 {
+    auto hmenu = reinterpret_cast<HMENU>(wParam);
     bool idle = isLineOpen() && !isTransferring();
     auto enable = [hmenu](UINT id, bool on) {
         EnableMenuItem(hmenu, id, on ? MF_ENABLED : MF_GRAYED);
@@ -181,14 +182,39 @@ LRESULT onCreate(HWND hwnd)
     return viewWindow != nullptr ? 0 : -1;
 }
 
-void onPercent(WPARAM percent)
+void onPercent(WPARAM percent, LPARAM)
 {
     char text[16];
     wsprintfA(text, "%u%% - ", UINT(percent));
     showTitle(text);
 }
 
-void onDestroy()
+void onEndOfPercent(WPARAM, LPARAM)
+{
+    showTitle("");
+}
+
+void onSize(WPARAM, LPARAM lParam)
+{
+    MoveWindow(viewWindow, 0, 0, LOWORD(lParam), HIWORD(lParam), TRUE);
+}
+
+void onFocus(WPARAM, LPARAM)
+{
+    SetFocus(viewWindow);
+}
+
+void onTimer(WPARAM, LPARAM)
+{
+    tickTransfer();
+}
+
+void onQuestion(WPARAM, LPARAM)
+{
+    askUser();
+}
+
+void onDestroy(WPARAM, LPARAM)
 {
     closeTransfer();
     closeLine();
@@ -196,44 +222,36 @@ void onDestroy()
     PostQuitMessage(0);
 }
 
+struct Handler {
+    UINT message;
+    void (*handle)(WPARAM wParam, LPARAM lParam);
+};
+
+constexpr Handler HANDLERS[] = {
+    {WM_SIZE, onSize},
+    {WM_SETFOCUS, onFocus},
+    {WM_COMMAND, onCommand},
+    {WM_INITMENUPOPUP, onMenu},
+    {WM_TIMER, onTimer},
+    {WM_LINE, onLineMessage},
+    {WM_QUESTION, onQuestion},
+    {WM_XFERSTAT_PERCENT, onPercent},
+    {WM_XFERSTAT_CLOSED, onEndOfPercent},
+    {WM_DESTROY, onDestroy},
+};
+
 LRESULT CALLBACK mainProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    switch (message) {
-    case WM_CREATE:
+    if (message == WM_CREATE) {
         return onCreate(hwnd);
-    case WM_SIZE:
-        MoveWindow(viewWindow, 0, 0, LOWORD(lParam), HIWORD(lParam), TRUE);
-        return 0;
-    case WM_SETFOCUS:
-        SetFocus(viewWindow);
-        return 0;
-    case WM_COMMAND:
-        onCommand(LOWORD(wParam));
-        return 0;
-    case WM_INITMENUPOPUP:
-        onMenu(reinterpret_cast<HMENU>(wParam));
-        return 0;
-    case WM_TIMER:
-        tickTransfer();
-        return 0;
-    case WM_LINE:
-        onLineMessage(wParam, lParam);
-        return 0;
-    case WM_QUESTION:
-        askUser();
-        return 0;
-    case WM_XFERSTAT_PERCENT:
-        onPercent(wParam);
-        return 0;
-    case WM_XFERSTAT_CLOSED:
-        showTitle("");
-        return 0;
-    case WM_DESTROY:
-        onDestroy();
-        return 0;
-    default:
-        return DefWindowProcA(hwnd, message, wParam, lParam);
     }
+    for (const Handler& handler : HANDLERS) {
+        if (handler.message == message) {
+            handler.handle(wParam, lParam);
+            return 0;
+        }
+    }
+    return DefWindowProcA(hwnd, message, wParam, lParam);
 }
 
 } // namespace

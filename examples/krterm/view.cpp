@@ -59,14 +59,14 @@ void scrollTo(int line)
     showScrollBar();
 }
 
-void onScroll(WORD code)
+void onScroll(WPARAM wParam, LPARAM)
 {
     SCROLLINFO info = {};
     info.cbSize = sizeof info;
     info.fMask = SIF_TRACKPOS;
     GetScrollInfo(window, SB_VERT, &info);
     int page = screenRows();
-    switch (code) {
+    switch (LOWORD(wParam)) {
     case SB_LINEUP:
         scrollTo(viewTop - 1);
         break;
@@ -200,11 +200,11 @@ void drawRow(HDC hdc, int line, int y)
     drawRun(hdc, &run, y);
 }
 
-void onPaint(HWND hwnd)
+void onPaint(WPARAM, LPARAM)
 {
     PAINTSTRUCT paint;
     RECT client;
-    HDC hdc = BeginPaint(hwnd, &paint);
+    HDC hdc = BeginPaint(window, &paint);
     HGDIOBJ oldFont = SelectObject(hdc, fixedFont());
     int rows = screenRows();
     for (int n = 0; n < rows; ++n) {
@@ -214,11 +214,11 @@ void onPaint(HWND hwnd)
         }
     }
     // What is left over at the edges.
-    GetClientRect(hwnd, &client);
+    GetClientRect(window, &client);
     ExcludeClipRect(hdc, 0, 0, screenColumns() * charWidth, rows * charHeight);
     FillRect(hdc, &client, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
     SelectObject(hdc, oldFont);
-    EndPaint(hwnd, &paint);
+    EndPaint(window, &paint);
 }
 
 // ---- selection and clipboard
@@ -239,15 +239,15 @@ void select(ScreenPlace begin, ScreenPlace end)
     InvalidateRect(window, nullptr, FALSE);
 }
 
-void onButtonDown(HWND hwnd, LPARAM lParam)
+void onButtonDown(WPARAM, LPARAM lParam)
 {
-    SetFocus(hwnd);
-    SetCapture(hwnd);
+    SetFocus(window);
+    SetCapture(window);
     dragging = true;
     select(placeAt(lParam), placeAt(lParam));
 }
 
-void onMouseMove(LPARAM lParam)
+void onMouseMove(WPARAM, LPARAM lParam)
 {
     int y = int(short(HIWORD(lParam)));
     if (!dragging) {
@@ -259,7 +259,7 @@ void onMouseMove(LPARAM lParam)
     select(selectionBegin, placeAt(lParam));
 }
 
-void onDoubleClick(LPARAM lParam)
+void onDoubleClick(WPARAM, LPARAM lParam)
 {
     ScreenPlace place = {viewTop + int(short(HIWORD(lParam))) / charHeight,
                          int(short(LOWORD(lParam))) / charWidth};
@@ -334,9 +334,9 @@ bool takeOwnKey(WPARAM vk, VTermModifier modifier)
     } else if (vk == VK_INSERT && modifier == VTERM_MOD_SHIFT) {
         paste();
     } else if (vk == VK_PRIOR && modifier == VTERM_MOD_SHIFT) {
-        onScroll(SB_PAGEUP);
+        onScroll(SB_PAGEUP, 0);
     } else if (vk == VK_NEXT && modifier == VTERM_MOD_SHIFT) {
-        onScroll(SB_PAGEDOWN);
+        onScroll(SB_PAGEDOWN, 0);
     } else {
         return false;
     }
@@ -349,7 +349,7 @@ void beforeTyping()
     scrollTo(topLine());
 }
 
-void onKeyDown(WPARAM vk)
+void onKeyDown(WPARAM vk, LPARAM)
 {
     VTermModifier modifier = modifiers();
     if (takeOwnKey(vk, modifier) || listener->locked()) {
@@ -368,7 +368,7 @@ void onKeyDown(WPARAM vk)
 }
 
 // The keys of the table make characters too, which have gone out as keys.
-void onChar(WPARAM wParam)
+void onChar(WPARAM wParam, LPARAM)
 {
     WCHAR ch = 0;
     char ansi = char(wParam);
@@ -388,7 +388,7 @@ void onChar(WPARAM wParam)
 
 // ---- the window
 
-void onSize(LPARAM lParam)
+void onSize(WPARAM, LPARAM lParam)
 {
     int columns = LOWORD(lParam) / charWidth;
     int rows = HIWORD(lParam) / charHeight;
@@ -430,18 +430,18 @@ LRESULT onCreate(HWND hwnd)
     return 0;
 }
 
-void onWheel(WPARAM wParam)
+void onWheel(WPARAM wParam, LPARAM)
 {
     scrollTo(viewTop - 3 * short(HIWORD(wParam)) / WHEEL_DELTA);
 }
 
-void showCursor()
+void onFocusChanged(WPARAM, LPARAM)
 {
     int row = cursorPlace().line - topLine();
     onScreenChanged(row, row + 1);
 }
 
-void onButtonUp()
+void onButtonUp(WPARAM, LPARAM)
 {
     dragging = false;
     ReleaseCapture();
@@ -452,52 +452,44 @@ LRESULT onTextLength()
     return screenRows() * (screenColumns() * 2 + 2);
 }
 
+struct Handler {
+    UINT message;
+    void (*handle)(WPARAM wParam, LPARAM lParam);
+};
+
+constexpr Handler HANDLERS[] = {
+    {WM_PAINT, onPaint},
+    {WM_SIZE, onSize},
+    {WM_VSCROLL, onScroll},
+    {WM_MOUSEWHEEL, onWheel},
+    {WM_KEYDOWN, onKeyDown},
+    {WM_CHAR, onChar},
+    {WM_LBUTTONDOWN, onButtonDown},
+    {WM_MOUSEMOVE, onMouseMove},
+    {WM_LBUTTONUP, onButtonUp},
+    {WM_LBUTTONDBLCLK, onDoubleClick},
+    {WM_SETFOCUS, onFocusChanged},
+    {WM_KILLFOCUS, onFocusChanged},
+};
+
 LRESULT CALLBACK viewProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    switch (message) {
-    case WM_CREATE:
+    if (message == WM_CREATE) {
         return onCreate(hwnd);
-    case WM_PAINT:
-        onPaint(hwnd);
-        return 0;
-    case WM_SIZE:
-        onSize(lParam);
-        return 0;
-    case WM_VSCROLL:
-        onScroll(LOWORD(wParam));
-        return 0;
-    case WM_MOUSEWHEEL:
-        onWheel(wParam);
-        return 0;
-    case WM_KEYDOWN:
-        onKeyDown(wParam);
-        return 0;
-    case WM_CHAR:
-        onChar(wParam);
-        return 0;
-    case WM_LBUTTONDOWN:
-        onButtonDown(hwnd, lParam);
-        return 0;
-    case WM_MOUSEMOVE:
-        onMouseMove(lParam);
-        return 0;
-    case WM_LBUTTONUP:
-        onButtonUp();
-        return 0;
-    case WM_LBUTTONDBLCLK:
-        onDoubleClick(lParam);
-        return 0;
-    case WM_SETFOCUS:
-    case WM_KILLFOCUS:
-        showCursor();
-        return 0;
-    case WM_GETTEXT:
-        return onGetText(wParam, lParam);
-    case WM_GETTEXTLENGTH:
-        return onTextLength();
-    default:
-        return DefWindowProcA(hwnd, message, wParam, lParam);
     }
+    if (message == WM_GETTEXT) {
+        return onGetText(wParam, lParam);
+    }
+    if (message == WM_GETTEXTLENGTH) {
+        return onTextLength();
+    }
+    for (const Handler& handler : HANDLERS) {
+        if (handler.message == message) {
+            handler.handle(wParam, lParam);
+            return 0;
+        }
+    }
+    return DefWindowProcA(hwnd, message, wParam, lParam);
 }
 
 } // namespace
