@@ -19,30 +19,30 @@ bool pressOnRow(int idList, const char* name, WORD vk)
 
 bool receiveByEnter()
 {
-    return pressOnRow(IDC_DANDD_HOSTFILES, "setup.exe", VK_RETURN) &&
-           waitForRow(IDC_DANDD_LOCALFILES, "setup.exe") && waitForIdle() && waitForNoBox() &&
-           areEqual("setup.exe", "setup.exe");
+    return pressOnRow(IDC_DANDD_HOSTFILES, "price list.csv", VK_RETURN) &&
+           waitForRow(IDC_DANDD_LOCALFILES, "price list.csv") && waitForIdle() && waitForNoBox() &&
+           areEqual("price list.csv", "price list.csv");
 }
 
 bool renameByKey()
 {
-    bool opened = pressOnRow(IDC_DANDD_LOCALFILES, "setup.exe", VK_F2) && waitForBox();
+    bool opened = pressOnRow(IDC_DANDD_LOCALFILES, "price list.csv", VK_F2) && waitForBox();
     pressWithAlt('T');
-    typeOver("keys.exe");
+    typeOver("keys.csv");
     pressKey(VK_RETURN);
-    return waitForNoBox() && opened && waitForNoLocal("setup.exe") &&
-           waitForRow(IDC_DANDD_LOCALFILES, "keys.exe");
+    return waitForNoBox() && opened && waitForNoLocal("price list.csv") &&
+           waitForRow(IDC_DANDD_LOCALFILES, "keys.csv");
 }
 
 bool deleteByKey()
 {
-    bool asked = pressOnRow(IDC_DANDD_LOCALFILES, "keys.exe", VK_DELETE) && waitForBox();
+    bool asked = pressOnRow(IDC_DANDD_LOCALFILES, "keys.csv", VK_DELETE) && waitForBox();
     pressKey('Y');
-    bool deleted = waitForNoBox() && asked && waitForNoLocal("keys.exe") &&
-                   waitForNoRow(IDC_DANDD_LOCALFILES, "keys.exe");
-    return pressOnRow(IDC_DANDD_HOSTFILES, "setup.exe", VK_DELETE) &&
-           sayYesTo("Delete setup.exe on the host?") && deleted && waitForNoHost("setup.exe") &&
-           waitForNoRow(IDC_DANDD_HOSTFILES, "setup.exe");
+    bool deleted = waitForNoBox() && asked && waitForNoLocal("keys.csv") &&
+                   waitForNoRow(IDC_DANDD_LOCALFILES, "keys.csv");
+    return pressOnRow(IDC_DANDD_HOSTFILES, "price list.csv", VK_DELETE) &&
+           sayYesTo("Delete price list.csv on the host?") && deleted &&
+           waitForNoHost("price list.csv") && waitForNoRow(IDC_DANDD_HOSTFILES, "price list.csv");
 }
 
 bool refreshByKey()
