@@ -120,8 +120,25 @@ const char* noteProblem(const char* name, const char* problem)
 
 // ---- what the modem asks for
 
+// Some hosts answer a block and only then throw away what has come. On a quick line that would be
+// the next block, which they'd miss for seconds. The moment is too short for a timer.
+void letHostListen()
+{
+    constexpr LONGLONG MICROSECONDS = 300;
+    LARGE_INTEGER perSecond, start, now;
+    QueryPerformanceFrequency(&perSecond);
+    QueryPerformanceCounter(&start);
+    do {
+        Sleep(0); // the host may be on this machine
+        QueryPerformanceCounter(&now);
+    } while ((now.QuadPart - start.QuadPart) * 1000000 < MICROSECONDS * perSecond.QuadPart);
+}
+
 void putToLine(void*, const BYTE* bytes, DWORD count)
 {
+    if (transfer.order.sending) {
+        letHostListen();
+    }
     transfer.events->put(bytes, count);
 }
 
