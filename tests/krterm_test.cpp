@@ -262,15 +262,13 @@ TEST_F(KrtermTest, BatchesComeAndGoByYmodem)
     expectShell();
 }
 
-// One byte in some thousands is spoilt, and blocks that are damaged or lost cost a host's program
-// that receives them many seconds.
+// Only received: each spoilt byte of what is sent costs the host's program many seconds.
 TEST_F(KrtermTest, FilesSurviveABadLine)
 {
     connect("KRHAUL_SHELL_BAD");
-    transferBatch("sb @H", false, filesOf({0, 1000, 40000}));
+    transferBatch("sb -k @H", false, filesOf({0, 1000, 25000}));
     EXPECT_GT(lastTransfer()->errors, 0u);
     EXPECT_GT(lastTransfer()->retries, 0u);
-    transferBatch("rb", true, filesOf({3000}));
 }
 
 // ---- ends before the end
