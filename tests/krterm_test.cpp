@@ -286,28 +286,31 @@ void closeStatusWindow()
 TEST_F(KrtermTest, ACancelledTransferLeavesACleanShellAndNoFile)
 {
     const Files big = {{"big", bytes(3000000)}};
-    for (auto stop : {pressCancel, closeStatusWindow}) {
-        for (bool sends : {false, true}) {
-            SCOPED_TRACE(sends);
-            makeFolder("local", sends ? big : Files());
-            makeFolder("host", sends ? Files() : big);
-            connect();
-            TransferOrder order =
-                sends ? sending(YMODEM, "rb", "", big) : receiving(YMODEM, "sb @H", "big", "");
-            ASSERT_TRUE(transferInTerminal(&order));
-            ASSERT_TRUE(waitUntil([] { return lastTransfer()->done > 100000; }));
-            stop();
-            ASSERT_TRUE(waitForEnd());
-            EXPECT_EQ(RESULT_CANCELLED, lastTransfer()->result);
-            if (stop == pressCancel) {
-                EXPECT_EQ("0 files " + string(sends ? "sent" : "received") + ". Cancelled",
-                          textOf(transferWindow(), IDC_STAT_STATUS));
-                closeStatus();
-            }
-            EXPECT_TRUE(waitUntil([] { return transferWindow() == nullptr; }));
-            EXPECT_EQ(sends ? 1u : 0u, filesIn("local").size());
-            expectShell();
+    struct Case {
+        void (*stop)();
+        bool sends;
+    };
+    for (auto [stop, sends] :
+         {Case{pressCancel, false}, Case{pressCancel, true}, Case{closeStatusWindow, false}}) {
+        SCOPED_TRACE(sends);
+        makeFolder("local", sends ? big : Files());
+        makeFolder("host", sends ? Files() : big);
+        connect();
+        TransferOrder order =
+            sends ? sending(YMODEM, "rb", "", big) : receiving(YMODEM, "sb @H", "big", "");
+        ASSERT_TRUE(transferInTerminal(&order));
+        ASSERT_TRUE(waitUntil([] { return lastTransfer()->done > 100000; }));
+        stop();
+        ASSERT_TRUE(waitForEnd());
+        EXPECT_EQ(RESULT_CANCELLED, lastTransfer()->result);
+        if (stop == pressCancel) {
+            EXPECT_EQ("0 files " + string(sends ? "sent" : "received") + ". Cancelled",
+                      textOf(transferWindow(), IDC_STAT_STATUS));
+            closeStatus();
         }
+        EXPECT_TRUE(waitUntil([] { return transferWindow() == nullptr; }));
+        EXPECT_EQ(sends ? 1u : 0u, filesIn("local").size());
+        expectShell();
     }
 }
 
