@@ -187,44 +187,51 @@ void run(const TransferOrder& order, ModemResult result = RESULT_DONE)
     closeStatus();
 }
 
+void transferBatch(const char* command, bool sends, const Files& files)
+{
+    makeFolder(sends ? "local" : "host", files);
+    makeFolder(sends ? "host" : "local", {});
+    run(sends ? sending(YMODEM, command, "", files) : receiving(YMODEM, command, "*", ""));
+    EXPECT_TRUE(filesIn("local") == filesIn("host"));
+    EXPECT_EQ(files.size(), lastTransfer()->fileCount);
+}
+
 // What XMODEM fills a last block up with.
 string padded(const string& text, const string& whole)
 {
     return text + string(whole.size() - std::min(whole.size(), text.size()), '\x1A');
 }
 
-TEST_F(KrtermTest, FilesOfEverySizeComeAndGoByXmodem)
+// The machine's own tests have all the sizes against each other: the programs of a host take
+// seconds over the end of each file that they receive.
+TEST_F(KrtermTest, FilesComeAndGoByXmodem)
 {
     struct Case {
         ModemProtocol protocol;
         const char *receive, *send;
-        Files files;
+        size_t size;
     };
     const Case CASES[] = {
-        {XMODEM_CHECKSUM, "sx @H", "rx @H", filesOf({0, 128, 1025})},
-        {XMODEM_CRC, "sx @H", "rx -c @H", filesOf({1, 127, 1023})},
-        {XMODEM_1K, "sx -k @H", "rx -c @H", filesOf({1024, 40000})},
+        {XMODEM_CHECKSUM, "sx @H", "rx @H", 0},
+        {XMODEM_CRC, "sx @H", "rx -c @H", 300},
+        {XMODEM_1K, "sx -k @H", "rx -c @H", 40000},
     };
     connect();
     for (const Case& test : CASES) {
-        for (const auto& file : test.files) {
-            SCOPED_TRACE(file.first + " by protocol " + std::to_string(test.protocol));
-            makeFolder("host", {file});
-            makeFolder("local", {});
-            run(receiving(test.protocol, test.receive, file.first, "received"));
-            string received = filesIn("local")["received"];
-            EXPECT_TRUE(received == padded(file.second, received));
-            EXPECT_TRUE(received.size() >= file.second.size());
-            makeFolder("local", {file});
-            run(sending(test.protocol, test.send, "sent", {file}));
-            string sent = filesIn("host")["sent"];
-            EXPECT_TRUE(sent == padded(file.second, sent) && sent.size() >= file.second.size());
-        }
+        SCOPED_TRACE(test.protocol);
+        const string file = bytes(test.size);
+        makeFolder("host", {{"file", file}});
+        makeFolder("local", {});
+        run(receiving(test.protocol, test.receive, "file", "received"));
+        string received = filesIn("local")["received"];
+        EXPECT_TRUE(received == padded(file, received) && received.size() >= file.size());
+        makeFolder("local", {{"file", file}});
+        run(sending(test.protocol, test.send, "sent", {{"file", file}}));
+        string sent = filesIn("host")["sent"];
+        EXPECT_TRUE(sent == padded(file, sent) && sent.size() >= file.size());
     }
     expectShell();
 }
-
-const Files SIZES = filesOf({0, 1, 127, 128, 1023, 1024, 1025, 1000000});
 
 Files fifty()
 {
@@ -235,48 +242,33 @@ Files fifty()
     return files;
 }
 
-// A host throws away what comes right behind its answer, so that blocks that are sent may be wanted
-// again; and it takes seconds over the end of each file that it receives.
 TEST_F(KrtermTest, BatchesComeAndGoByYmodem)
 {
     struct Case {
-        Files files;
-        const char* receive;
+        const char* command;
         bool sends;
+        Files files;
+    };
+    const Case CASES[] = {
+        {"sb -k @H", false, filesOf({0, 1, 127, 128, 1023, 1024, 1025, 1000000})},
+        {"sb @H", false, fifty()},
+        {"rb", true, filesOf({0, 128, 200000})},
     };
     connect();
-    for (const Case& test : {Case{SIZES, "sb -k @H", true}, Case{fifty(), "sb @H", false}}) {
-        makeFolder("host", test.files);
-        makeFolder("local", {});
-        run(receiving(YMODEM, test.receive, "*", ""));
-        EXPECT_TRUE(filesIn("local") == test.files);
-        EXPECT_EQ(test.files.size(), lastTransfer()->fileCount);
-        EXPECT_EQ(0u, lastTransfer()->errors);
-        if (test.sends) {
-            makeFolder("host", {});
-            run(sending(YMODEM, "rb", "", test.files));
-            EXPECT_TRUE(filesIn("host") == test.files);
-            EXPECT_EQ(test.files.size(), lastTransfer()->fileCount);
-        }
+    for (const Case& test : CASES) {
+        SCOPED_TRACE(test.command);
+        transferBatch(test.command, test.sends, test.files);
     }
     expectShell();
 }
 
+// Only received: each spoilt byte of what is sent costs the host's program many seconds.
 TEST_F(KrtermTest, FilesSurviveABadLine)
 {
-    const Files files = filesOf({0, 1000, 40000});
-    for (int n = 0; n < 4; ++n) {
-        SCOPED_TRACE(n);
-        bool sends = n % 2 == 0;
-        makeFolder(sends ? "local" : "host", files);
-        makeFolder(sends ? "host" : "local", {});
-        connect("KRHAUL_SHELL_BAD");
-        run(sends ? sending(YMODEM, "rb", "", files) : receiving(YMODEM, "sb @H", "*", ""));
-        EXPECT_TRUE(filesIn("local") == filesIn("host"));
-        EXPECT_EQ(files.size(), lastTransfer()->fileCount);
-        EXPECT_GT(lastTransfer()->errors, 3u);
-        EXPECT_GT(lastTransfer()->retries, 3u);
-    }
+    connect("KRHAUL_SHELL_BAD");
+    transferBatch("sb -k @H", false, filesOf({0, 1000, 25000}));
+    EXPECT_GT(lastTransfer()->errors, 0u);
+    EXPECT_GT(lastTransfer()->retries, 0u);
 }
 
 // ---- ends before the end
@@ -294,28 +286,31 @@ void closeStatusWindow()
 TEST_F(KrtermTest, ACancelledTransferLeavesACleanShellAndNoFile)
 {
     const Files big = {{"big", bytes(3000000)}};
-    for (auto stop : {pressCancel, closeStatusWindow}) {
-        for (bool sends : {false, true}) {
-            SCOPED_TRACE(sends);
-            makeFolder("local", sends ? big : Files());
-            makeFolder("host", sends ? Files() : big);
-            connect();
-            TransferOrder order =
-                sends ? sending(YMODEM, "rb", "", big) : receiving(YMODEM, "sb @H", "big", "");
-            ASSERT_TRUE(transferInTerminal(&order));
-            ASSERT_TRUE(waitUntil([] { return lastTransfer()->done > 100000; }));
-            stop();
-            ASSERT_TRUE(waitForEnd());
-            EXPECT_EQ(RESULT_CANCELLED, lastTransfer()->result);
-            if (stop == pressCancel) {
-                EXPECT_EQ("0 files " + string(sends ? "sent" : "received") + ". Cancelled",
-                          textOf(transferWindow(), IDC_STAT_STATUS));
-                closeStatus();
-            }
-            EXPECT_TRUE(waitUntil([] { return transferWindow() == nullptr; }));
-            EXPECT_EQ(sends ? 1u : 0u, filesIn("local").size());
-            expectShell();
+    struct Case {
+        void (*stop)();
+        bool sends;
+    };
+    for (auto [stop, sends] :
+         {Case{pressCancel, false}, Case{pressCancel, true}, Case{closeStatusWindow, false}}) {
+        SCOPED_TRACE(sends);
+        makeFolder("local", sends ? big : Files());
+        makeFolder("host", sends ? Files() : big);
+        connect();
+        TransferOrder order =
+            sends ? sending(YMODEM, "rb", "", big) : receiving(YMODEM, "sb @H", "big", "");
+        ASSERT_TRUE(transferInTerminal(&order));
+        ASSERT_TRUE(waitUntil([] { return lastTransfer()->done > 100000; }));
+        stop();
+        ASSERT_TRUE(waitForEnd());
+        EXPECT_EQ(RESULT_CANCELLED, lastTransfer()->result);
+        if (stop == pressCancel) {
+            EXPECT_EQ("0 files " + string(sends ? "sent" : "received") + ". Cancelled",
+                      textOf(transferWindow(), IDC_STAT_STATUS));
+            closeStatus();
         }
+        EXPECT_TRUE(waitUntil([] { return transferWindow() == nullptr; }));
+        EXPECT_EQ(sends ? 1u : 0u, filesIn("local").size());
+        expectShell();
     }
 }
 

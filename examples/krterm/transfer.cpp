@@ -120,8 +120,28 @@ const char* noteProblem(const char* name, const char* problem)
 
 // ---- what the modem asks for
 
+// Some hosts answer a block and only then throw away what has come. On a quick line that would be
+// the next block, which they'd miss for seconds. The moment is too short for a timer; with each
+// block that is wanted again a slow host is given longer.
+void letHostListen()
+{
+    constexpr DWORD MICROSECONDS = 300, LONGEST = 3000;
+    DWORD wanted = MICROSECONDS * (1 + transfer.modem.retries);
+    LONGLONG pause = wanted < LONGEST ? wanted : LONGEST;
+    LARGE_INTEGER perSecond, start, now;
+    QueryPerformanceFrequency(&perSecond);
+    QueryPerformanceCounter(&start);
+    do {
+        Sleep(0); // the host may be on this machine
+        QueryPerformanceCounter(&now);
+    } while ((now.QuadPart - start.QuadPart) * 1000000 < pause * perSecond.QuadPart);
+}
+
 void putToLine(void*, const BYTE* bytes, DWORD count)
 {
+    if (transfer.order.sending) {
+        letHostListen();
+    }
     transfer.events->put(bytes, count);
 }
 
