@@ -60,7 +60,7 @@ int widestName(const Measure* pMeasure, HWND hwndList)
 void vXferDandDSetColumnWidth(XferWindowRecord* pRecord, int idControl)
 {
     HWND hwndList = GetDlgItem(pRecord->hwndDialog, idControl);
-    // Without this, no control would mean the whole screen to GetDC.
+    // GetDC takes a null window for the whole screen.
     Measure widths = {hwndList == nullptr ? nullptr : GetDC(hwndList), {}, false};
     if (widths.hdc == nullptr) {
         return;

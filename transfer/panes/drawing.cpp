@@ -51,8 +51,12 @@ bool panes::resumeDrawing(XferWindowRecord* pRecord)
         if ((fsLists & flagOf(idControl)) != 0) {
             HWND hwndList = GetDlgItem(ref.hdlgDandD, idControl);
             sendToList(hwndList, WM_SETREDRAW, TRUE);
+            // The message passes through procedures that the caller can replace.
+            if (!window::isAlive(ref)) {
+                return false;
+            }
             InvalidateRect(hwndList, nullptr, TRUE);
         }
     }
-    return window::isAlive(ref);
+    return true;
 }
